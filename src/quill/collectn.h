@@ -1,0 +1,79 @@
+// Collection, the abstract root of the containers, and Iterator, their cursor.
+#ifndef QUILL_COLLECTN_H
+#define QUILL_COLLECTN_H
+
+#include "quill/object.h"
+#include "quill/qclass.h"
+
+class ArrayOb;
+class OrderedCltn;
+class Set;
+class SortedCltn;
+class Iterator;
+
+extern Class class_Collection;
+extern Class class_Iterator;
+
+// Error codes added to the table by the class initors of Collection and Dictionary.
+extern int CLTNEMPTY, OBNOTFOUND, REMOVEERR, ITEREMOVE, DUPKEY, KEYNOTFOUND;
+
+class Collection : public Object {
+    DECLARE_MEMBERS(Collection)
+public:
+    virtual Object* add(Object& ob);
+    virtual Object* remove(const Object& ob);
+    virtual Object* removeSame(const Object& ob);
+    virtual Object* replace(const Object& oldOb, Object& newOb);
+    virtual Object* replaceSame(const Object& oldOb, Object& newOb);
+    virtual Object* find(const Object& ob) const;
+    virtual Object* findSame(const Object& ob) const;
+    virtual const Collection& addContentsOf(const Collection& c);
+    virtual const Collection& removeContentsOf(const Collection& c);
+    virtual void removeAll();
+    virtual void deleteContents();
+    virtual Object* doNext(Iterator& it) const;
+    virtual void doReset(Iterator& it) const;
+    virtual bool includes(const Object& ob) const;
+    virtual unsigned occurrencesOf(const Object& ob) const;
+    virtual void reSize(unsigned n);
+
+    ArrayOb asArrayOb() const;
+    OrderedCltn asOrderedCltn() const;
+    Set asSet() const;
+    SortedCltn asSortedCltn() const;
+    // A new, empty collection of class c (made by its creator) holding these elements.
+    Collection* convert(const Class& c) const;
+
+    bool isEmpty() const { return size() == 0; }
+    void printOn(std::ostream& os) const override;  // Class[a, b, c]
+
+protected:
+    Collection() {}
+    Collection(const Collection& c) : Object(c) {}
+};
+
+class Iterator : public Object {
+    DECLARE_MEMBERS(Iterator)
+public:
+    explicit Iterator(const Collection& c);
+    Iterator(const Iterator& it);
+
+    void reset();
+    Object* operator()();  // next element, or null at the end
+    Object* operator++() { return (*this)(); }
+    const Collection* collection() const { return cltn; }
+
+    bool isEqual(const Object& ob) const override;
+    unsigned hash() const override;
+    void printOn(std::ostream& os) const override;
+
+    const Collection* cltn;
+    int index;
+    Object* current;  // null before the first element and after the last
+    int count;        // calls of doNext since the reset
+
+private:
+    Iterator();       // refused: "creator"
+};
+
+#endif

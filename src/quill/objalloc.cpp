@@ -1,0 +1,174 @@
+// The guarded object allocator: every block carries its size, xored with
+// 0x55555555, in a guard word before and after the data, so that a freed,
+// overrun or foreign block is recognised when it is freed again.
+#include "quill/objalloc.h"
+
+#include "quill/quillerr.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+namespace {
+
+// The head guard sits in the last word of a 32-byte header: the data keeps
+// malloc's 16-byte alignment, and the word lies beyond the 16 bytes that the
+// C library writes into a small block when it is freed, so that a second free
+// still finds the poison.
+const size_t HEADER = 32;
+const size_t TRAILER = 4;
+const size_t OVERHEAD = HEADER + TRAILER;
+const uint32_t GUARD_XOR = 0x55555555u;
+const uint32_t FREED = 0xAAAAAAAAu;
+const int MAX_TRACKED = 20000;
+
+unsigned long inUse = 0;
+bool tracking = false;
+bool overflowed = false;
+void* tracked[MAX_TRACKED];
+int trackedCount = 0;
+
+uint32_t headWord(const void* p) {
+    uint32_t w;
+    memcpy(&w, static_cast<const char*>(p) - 4, 4);
+    return w;
+}
+
+void setHeadWord(void* p, uint32_t w) { memcpy(static_cast<char*>(p) - 4, &w, 4); }
+
+uint32_t tailWord(const void* p, size_t n) {
+    uint32_t w;
+    memcpy(&w, static_cast<const char*>(p) + n, 4);
+    return w;
+}
+
+void writeGuards(void* p, size_t n) {
+    uint32_t w = uint32_t(n + OVERHEAD) ^ GUARD_XOR;
+    setHeadWord(p, w);
+    memcpy(static_cast<char*>(p) + n, &w, 4);
+}
+
+size_t sizeOf(const void* p) { return size_t(headWord(p) ^ GUARD_XOR) - OVERHEAD; }
+
+void* blockOf(void* p) { return static_cast<char*>(p) - HEADER; }
+
+void lock() { if (allocLock) allocLock(); }
+void unlock() { if (allocUnlock) allocUnlock(); }
+
+void track(void* p) {
+    if (!tracking) return;
+    if (trackedCount >= MAX_TRACKED) {
+        overflowed = true;
+        tracking = false;
+        std::cerr << "Allocated Pointer Buffer overflow" << std::endl;
+        return;
+    }
+    tracked[trackedCount++] = p;
+}
+
+void untrack(void* p) {
+    for (int i = trackedCount - 1; i >= 0; --i)
+        if (tracked[i] == p) {
+            tracked[i] = tracked[--trackedCount];
+            return;
+        }
+}
+
+[[noreturn]] void outOfMemory(size_t n) {
+    char available[100], request[100];
+    snprintf(available, sizeof available, "out of memory: available %lu bytes\n", inUse);
+    snprintf(request, sizeof request, "last request size = %lu\n", (unsigned long)n);
+    setError(BADPTR, SEV_ERROR, "myalloc", available, request);
+}
+
+}  // namespace
+
+AllocLockHook allocLock = 0, allocUnlock = 0;
+
+void* objectAlloc(size_t n) {
+    void* block = malloc(n + OVERHEAD);
+    if (!block) outOfMemory(n);
+    void* p = static_cast<char*>(block) + HEADER;
+    writeGuards(p, n);
+    lock();
+    inUse += n + OVERHEAD;
+    track(p);
+    unlock();
+    return p;
+}
+
+void* objectCalloc(size_t count, size_t size) {
+    void* p = objectAlloc(count * size);
+    memset(p, 0, count * size);
+    return p;
+}
+
+void checkPointer(const void* p, const char* name, size_t n) {
+    if (!p) setError(BADPTR, SEV_ERROR, name, "failed: NULL pointer", "");
+    auto address = [p] { return formatText("%#8.08lx", (unsigned long)(uintptr_t)p); };
+    uint32_t head = headWord(p);
+    if (head == FREED) setError(BADPTR, SEV_ERROR, name, address(), "failed: deallocated pointer");
+    size_t size = size_t(head ^ GUARD_XOR);
+    // A size beyond all live bytes is garbage: the tail is not read then.
+    if (size < OVERHEAD || size > inUse || tailWord(p, size - OVERHEAD) != head)
+        setError(BADPTR, SEV_ERROR, name, address(), "failed: corrupted memory");
+    if (n > 0 && n > size - OVERHEAD)
+        setError(BADPTR, SEV_ERROR, name, address(),
+                 formatText("failed: pointer has size %lu, requested %lu bytes.",
+                            (unsigned long)(size - OVERHEAD), (unsigned long)n));
+}
+
+void objectFree(void* p) {
+    checkPointer(p, "myfree", 0);
+    size_t n = sizeOf(p);
+    lock();
+    inUse -= n + OVERHEAD;
+    untrack(p);
+    unlock();
+    setHeadWord(p, FREED);
+    free(blockOf(p));
+}
+
+void* objectRealloc(void* p, size_t n) {
+    checkPointer(p, "myrealloc", 0);
+    size_t old = sizeOf(p);
+    lock();
+    inUse -= old + OVERHEAD;
+    untrack(p);
+    unlock();
+    setHeadWord(p, FREED);
+    void* block = realloc(blockOf(p), n + OVERHEAD);
+    if (!block) setError(BADPTR, SEV_ERROR, "realloc", "", "");
+    void* q = static_cast<char*>(block) + HEADER;
+    writeGuards(q, n);
+    lock();
+    inUse += n + OVERHEAD;
+    track(q);
+    unlock();
+    return q;
+}
+
+size_t objectSize(const void* p) {
+    checkPointer(p, "objectSize", 0);
+    return sizeOf(p);
+}
+
+unsigned long bytesInUse() { return inUse; }
+
+void setTrackPointers(bool on) {
+    tracking = on;
+    if (on) overflowed = false;
+}
+
+bool pointerOverflow() { return overflowed; }
+
+void listTrackedPointers() {
+    int shown = trackedCount < 300 ? trackedCount : 300;
+    for (int i = 0; i < shown; ++i) {
+        const Object* ob = static_cast<const Object*>(tracked[i]);
+        const char* text = validObject(ob) ? ob->className() : formatText("%p", tracked[i]);
+        std::cout << "Object " << i << " " << text << std::endl;
+    }
+}

@@ -1,0 +1,114 @@
+// Object, the root of every class, and Nil, the "no object" of the library.
+#ifndef QUILL_OBJECT_H
+#define QUILL_OBJECT_H
+
+#include <cstddef>
+#include <iosfwd>
+
+class Class;
+class Object;
+class String;
+class OrderedCltn;
+struct CbackData;
+
+extern Class class_Object;
+extern Class class_Nil;
+
+// The unique Nil instance: "no object" in collections, look-ups and iterators.
+extern Object* const nil;
+
+const unsigned OBJECT_MAGIC = 0xA5A5A5A5u;
+
+class Object {
+public:
+    Object();
+    Object(const Object&);  // copies nothing: the copy is alive and has no callbacks
+    virtual ~Object() noexcept(false);
+
+    virtual void checkContents(const char* functionName) const;
+    virtual Class* isA() const;
+    virtual bool isEqual(const Object& ob) const;
+    virtual int compare(const Object& ob) const;
+    virtual unsigned hash() const;
+    virtual Class* species() const;
+    virtual unsigned capacity() const;
+    virtual unsigned size() const;
+    virtual void scanFrom(std::istream& is);
+    virtual void printOn(std::ostream& os) const;
+    virtual const char* asCharPointer() const;
+    virtual void clearCopiedState();
+    virtual void deepenShallowCopy();
+    virtual void deepDeleteContents();
+
+    const char* className() const;
+    Class* baseClass() const;
+    const char* classIdent() const;
+    unsigned classSignature() const;
+    unsigned classReadVersion() const;
+
+    bool isKindOf(const Class& c) const;
+    bool isMemberOf(const Class& c) const;
+    bool isSpecies(const Class& c) const;
+
+    bool operator==(const Object& ob) const;
+    bool operator!=(const Object& ob) const { return !(*this == ob); }
+    bool operator<(const Object& ob) const { return compare(ob) < 0; }
+    bool operator<=(const Object& ob) const { return compare(ob) <= 0; }
+    bool operator>(const Object& ob) const { return compare(ob) > 0; }
+    bool operator>=(const Object& ob) const { return compare(ob) >= 0; }
+    bool operator==(const char* text) const;
+    bool operator!=(const char* text) const;
+    bool operator<(const char* text) const;
+    bool operator<=(const char* text) const;
+    bool operator>(const char* text) const;
+    bool operator>=(const char* text) const;
+
+    Object* shallowCopy() const;
+    Object* deepCopy() const;
+    Object& operator=(const Object& rhs);  // shallow: bytewise over this
+    Object& deepAssign(const Object& rhs);
+
+    // Prints into a caller's buffer instead of the ring; answers null when it
+    // does not fit.
+    const char* asCharPointer(char* buffer, size_t length) const;
+
+    void derivedClassResponsibility(const char* method) const;
+    void shouldNotImplement(const char* method) const;
+    void notYetImplemented(const char* method) const;
+
+    void assertArgClass(const Object& ob, const Class& expected, const char* method) const;
+    void assertArgSpecies(const Object& ob, const Class& expected, const char* method) const;
+    void assertArgKindOf(const Object& ob, const Class& expected, const char* method) const;
+
+    static void* operator new(size_t n);
+    static void* operator new(size_t, void* where) { return where; }
+    static void operator delete(void* p);
+    static void operator delete(void*, void*) {}
+
+    unsigned magic;          // OBJECT_MAGIC while alive, 0 after destruction
+    CbackData* cbackData;    // callbacks of this object, created on demand
+};
+
+class Nil : public Object {
+public:
+    Nil();
+    ~Nil() noexcept(false) override;
+    Class* isA() const override;
+    bool isEqual(const Object& ob) const override;
+    int compare(const Object& ob) const override;
+    void printOn(std::ostream& os) const override;
+};
+
+// Liveness test that never faults, whatever the pointer value.
+bool validObject(const void* p);
+// Raises BADOBJECT unless p is alive; with deep, checks its members too.
+void validate(const Object* p, const char* functionName, int deep = 0);
+// Checked down-cast: raises CASTBADOB or CASTBADCL.
+Object* castCheck(const Class& c, const Object* p, const char* file, int line);
+// Deletes an object graph in which members may be shared: each once.
+void deepDelete(Object* ob);
+
+#define CAST(ClassName, p) \
+    (static_cast<ClassName*>(castCheck(class_##ClassName, (p), __FILE__, __LINE__)))
+
+#endif
