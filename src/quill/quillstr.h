@@ -3,6 +3,7 @@
 #define QUILL_QUILLSTR_H
 
 #include "quill/object.h"
+#include "quill/qclass.h"
 
 #include <cstddef>
 #include <iosfwd>

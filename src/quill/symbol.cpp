@@ -1,0 +1,111 @@
+// Symbol and the symbol table: interning, comparison and printing.
+#include "quill/symbol.h"
+
+#include "quill/integer.h"
+#include "quill/quillerr.h"
+#include "quill/set.h"
+
+#include <cstring>
+#include <ostream>
+
+DEFINE_CLASS(Symbol, Object, 1, 0)
+
+namespace {
+
+const unsigned SYMBOL_TABLE_CAPACITY = 200;
+
+Set* currentTable = 0;
+Set* defaultTable = 0;
+
+}  // namespace
+
+Set& symbolTable() {
+    if (!defaultTable) {
+        defaultTable = new Set(SYMBOL_TABLE_CAPACITY);
+        currentTable = defaultTable;
+    }
+    return *currentTable;
+}
+
+Set* setSymbolTable(Set* table) {
+    Set* former = &symbolTable();
+    currentTable = table;
+    return former;
+}
+
+void resetSymbolTable() {
+    symbolTable();
+    currentTable = defaultTable;
+}
+
+void deleteSymbolTable() {
+    if (!defaultTable) return;
+    defaultTable->deleteContents();
+    delete defaultTable;
+    defaultTable = currentTable = 0;
+}
+
+String* addToSymbolTable(String* s) { return CAST(String, symbolTable().add(*s)); }
+
+String* internName(const String& text) {
+    Object* found = symbolTable().find(text);
+    if (found != nil) return CAST(String, found);
+    String* name = new String(text);
+    symbolTable().add(*name);
+    return name;
+}
+
+Symbol::Symbol() : name_(internName(String())) {}
+
+Symbol::Symbol(const char* text) : name_(internName(String(text))) {}
+
+Symbol::Symbol(const String& text) : name_(internName(text)) {}
+
+Symbol::Symbol(const Float& f) : name_(internName(String(f))) {}
+
+Symbol::Symbol(const Symbol& s) : Object(s), name_(s.name_) {}
+
+Symbol& Symbol::operator=(const Symbol& s) {
+    name_ = s.name_;
+    return *this;
+}
+
+Symbol& Symbol::operator=(const Object& ob) {
+    QASSERT(ob.isKindOf(class_Symbol) || ob.isKindOf(class_String) ||
+            ob.isKindOf(class_Integer) || ob.isKindOf(class_Float));
+    if (ob.isKindOf(class_Symbol))
+        name_ = static_cast<const Symbol&>(ob).name_;
+    else if (ob.isKindOf(class_String))
+        name_ = internName(static_cast<const String&>(ob));
+    else if (ob.isKindOf(class_Integer))
+        name_ = internName(String(static_cast<const Integer&>(ob)));
+    else
+        name_ = internName(String(static_cast<const Float&>(ob)));
+    return *this;
+}
+
+bool Symbol::isEqual(const Object& ob) const {
+    if (ob.isKindOf(class_Symbol)) return name_ == static_cast<const Symbol&>(ob).name_;
+    return *name_ == ob;
+}
+
+bool Symbol::isEqual(const char* text) const {
+    return text != 0 && std::strcmp(name_->asCharPointer(), text) == 0;
+}
+
+int Symbol::compare(const Object& ob) const {
+    if (ob.isKindOf(class_Symbol)) return name_->compare(*static_cast<const Symbol&>(ob).name_);
+    return name_->compare(ob);
+}
+
+unsigned Symbol::hash() const { return name_->hash(); }
+
+void Symbol::printOn(std::ostream& os) const { os << "#" << name_->asCharPointer() << "#"; }
+
+const char* Symbol::asCharPointer() const { return formatText("#%s#", name_->asCharPointer()); }
+
+void Symbol::scanFrom(std::istream& is) {
+    String line;
+    line.scanFrom(is);
+    name_ = internName(line);
+}

@@ -1,0 +1,411 @@
+// Tests of String and SubString: growth, windows, hashing, comparison, scanning, formatting.
+#include "quill/integer.h"
+#include "quill/objalloc.h"
+#include "quill/quillerr.h"
+#include "quill/quillstr.h"
+#include "quill/substrng.h"
+
+#include "testutil.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+TEST(StringTest, ConstructionSizesTheBuffer) {
+    String none(static_cast<const char*>(0));
+    EXPECT_EQ(none.size(), 0u);
+    EXPECT_EQ(none.allocated(), 1u);
+    EXPECT_STREQ(none.asCharPointer(), "");
+
+    String extra("abc", 5);
+    EXPECT_EQ(extra.size(), 3u);
+    EXPECT_EQ(extra.allocated(), 9u);
+    EXPECT_EQ(extra.capacity(), 8u);
+
+    String copy(extra, 2);
+    EXPECT_STREQ(copy.asCharPointer(), "abc");
+    EXPECT_EQ(copy.allocated(), 6u);
+
+    String filled(4, '*', 3);
+    EXPECT_STREQ(filled.asCharPointer(), "****");
+    EXPECT_EQ(filled.allocated(), 8u);
+
+    EXPECT_STREQ(String(Integer(-42)).asCharPointer(), "-42");
+    EXPECT_STREQ(String(Float(0.1)).asCharPointer(), "0.1");
+    EXPECT_STREQ(String(Float(1.0 / 3)).asCharPointer(), "0.3333333333333333");
+}
+
+TEST(StringTest, NegativeFillCountIsAnAssertion) {
+    std::string text = raisedText([] { String s(-1, 'x'); });
+    EXPECT_EQ(text.rfind("[ASSERTFLD] Assertion failed \"String::String(int,char,size_t) must be "
+                         "called with 'int' >= 0\" in File quill/quillstr.cpp: Line ", 0),
+              0u)
+        << text;
+}
+
+// A full buffer grows by exactly what is appended: char by char it
+// reallocates at every step.
+TEST(StringTest, AppendGrowsByWhatIsAppended) {
+    String s(10, 'a');
+    ASSERT_EQ(s.allocated(), 11u);
+    s += 'b';
+    EXPECT_EQ(s.allocated(), 12u);
+    s += 'c';
+    EXPECT_EQ(s.allocated(), 13u);
+    EXPECT_STREQ(s.asCharPointer(), "aaaaaaaaaabc");
+
+    String chunk("abc");
+    chunk += "de";
+    EXPECT_EQ(chunk.allocated(), 6u);
+
+    String roomy("abc", 10);
+    roomy += "de";
+    EXPECT_EQ(roomy.allocated(), 14u);
+    roomy += "";
+    EXPECT_EQ(roomy.allocated(), 14u);
+    EXPECT_STREQ(roomy.asCharPointer(), "abcde");
+}
+
+TEST(StringTest, AppendNumbers) {
+    String s;
+    s += 7;
+    s += ' ';
+    s += 4000000000u;
+    s += ' ';
+    s += -9000000000L;
+    s += ' ';
+    s += 18000000000000000000UL;
+    s += ' ';
+    s += 0.25;
+    s += ' ';
+    s += 2.0 / 3;
+    EXPECT_STREQ(s.asCharPointer(),
+                 "7 4000000000 -9000000000 18000000000000000000 0.25 0.6666666666666666");
+}
+
+TEST(StringTest, AppendingItselfCopiesTheOldText) {
+    String s("abc");
+    s += s;
+    EXPECT_STREQ(s.asCharPointer(), "abcabc");
+
+    String t("hello");
+    t += t(1, 3);  // needs a larger buffer: the window lies in the old one
+    EXPECT_STREQ(t.asCharPointer(), "helloell");
+
+    String u("hello", 20);
+    u += u(3);  // fits: no reallocation
+    EXPECT_STREQ(u.asCharPointer(), "hellolo");
+    EXPECT_EQ(u.allocated(), 26u);
+}
+
+TEST(StringTest, AssignmentReallocatesOnlyWhenTooSmall) {
+    String s("abcdef");
+    ASSERT_EQ(s.allocated(), 7u);
+    s = "xy";
+    EXPECT_EQ(s.allocated(), 7u);
+    s = "123456";
+    EXPECT_EQ(s.allocated(), 7u);
+    s = "1234567";
+    EXPECT_EQ(s.allocated(), 8u);
+    s = String("a, b, c, d");
+    EXPECT_EQ(s.allocated(), 11u);
+    s = static_cast<const char*>(0);
+    EXPECT_STREQ(s.asCharPointer(), "");
+    EXPECT_EQ(s.allocated(), 11u);
+
+    s = Integer(12);
+    EXPECT_STREQ(s.asCharPointer(), "12");
+    s = Float(2.5);
+    EXPECT_STREQ(s.asCharPointer(), "2.5");
+}
+
+TEST(StringTest, AssignmentFromItself) {
+    String s("hello world");
+    const char* buffer = s.asCharPointer();
+    s = s;
+    EXPECT_EQ(s.asCharPointer(), buffer);
+    EXPECT_STREQ(s.asCharPointer(), "hello world");
+
+    s = s(6, 5);
+    EXPECT_STREQ(s.asCharPointer(), "world");
+    s = s.asCharPointer() + 2;
+    EXPECT_STREQ(s.asCharPointer(), "rld");
+    EXPECT_EQ(s.asCharPointer(), buffer);
+}
+
+TEST(StringTest, ConcatenationAllocatesTheExactSum) {
+    String a("abc", 10), b("de");
+    String ab = a + b;
+    EXPECT_STREQ(ab.asCharPointer(), "abcde");
+    EXPECT_EQ(ab.allocated(), 6u);
+    EXPECT_EQ((a + "xyz").allocated(), 7u);
+    EXPECT_STREQ(("<" + b).asCharPointer(), "<de");
+    EXPECT_EQ(("<" + b).allocated(), 4u);
+    EXPECT_STREQ((a + b(1, 1)).asCharPointer(), "abce");
+}
+
+TEST(StringTest, IndexOutOfRange) {
+    String s("hello");
+    s[0] = 'j';
+    EXPECT_EQ(s.at(4), 'o');
+    EXPECT_STREQ(s.asCharPointer(), "jello");
+    EXPECT_EQ(raisedText([&] { s[5]; }), "[INDEXRANGE] Index out of range: String::operator[](5)");
+    const String& c = s;
+    EXPECT_EQ(raisedText([&] { c.at(99); }), "[INDEXRANGE] Index out of range: String::operator[](99)");
+}
+
+TEST(StringTest, WindowsAreClipped) {
+    struct Case {
+        int position, length;
+        unsigned start, count;
+    };
+    const Case cases[] = {
+        {1, 3, 1, 3},   {0, 5, 0, 5},  {5, 0, 5, 0},  {100, 5, 5, 0}, {5, 2, 5, 0},
+        {-1, 2, 5, 0},  {3, -2, 1, 2}, {2, -5, 0, 2}, {4, 0, 4, 0},
+    };
+    String s("hello");
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "s(" << c.position << "," << c.length << ")");
+        SubString w = s(c.position, c.length);
+        EXPECT_EQ(w.position(), c.start);
+        EXPECT_EQ(w.length(), c.count);
+        EXPECT_EQ(w.owner(), &s);
+    }
+    EXPECT_STREQ(s(2).toString().asCharPointer(), "llo");
+    EXPECT_EQ(s(9).position(), 5u);
+    EXPECT_EQ(s(9).length(), 0u);
+}
+
+TEST(StringTest, WindowPastTheEndIsAnError) {
+    String s("hello");
+    EXPECT_EQ(raisedText([&] { s(3, 5); }),
+              "[SUBSTRERR] SubString position/length out of range: "
+              "String::operator()(3,5)for string hello");
+    EXPECT_EQ(raisedText([&] { SubString w(s, 6, 1); }),
+              "[SUBSTRERR] SubString position/length out of range: "
+              "String::operator()(6,1)for string hello");
+    SubString end(s, 40, 0);  // an empty window past the end is the end
+    EXPECT_EQ(end.position(), 5u);
+    EXPECT_EQ(raisedText([] { SubString w; }),
+              "[ILLEGALMETHOD] Should not implement method SubString::creator()");
+}
+
+TEST(StringTest, AssignmentThroughAWindowMovesTheTail) {
+    String s("hello world");
+    SubString w = s(0, 5);
+    w = "goodbye";
+    EXPECT_STREQ(s.asCharPointer(), "goodbye world");
+    EXPECT_EQ(w.length(), 7u);
+    w = "";
+    EXPECT_STREQ(s.asCharPointer(), " world");
+    s(6, 0) = String("!");
+    EXPECT_STREQ(s.asCharPointer(), " world!");
+    s(0, 1) = s(1, 5);  // the source lies in the buffer being changed
+    EXPECT_STREQ(s.asCharPointer(), "worldworld!");
+}
+
+TEST(StringTest, HashIsTheXorOfLittleEndianWords) {
+    struct Case {
+        const char* text;
+        unsigned hash;
+    };
+    const Case cases[] = {
+        {"", 0},
+        {"a", 97},                   // 0x61
+        {"ab", 25185},               // 0x6261
+        {"abc", 44374},              // 0x636261 = 6513249
+        {"abcd", 50305},             // 0x64636261, the four-byte path
+        {"abcde", 50212},            // 0x64636261 ^ 0x65
+        {"abcdefgh", 19619},         // 0x64636261 ^ 0x68676665 = 0x0c040404
+        {"Tarn symbol", 32525},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(String(c.text).hash(), c.hash);
+    }
+    String s("xxabcdxx");
+    EXPECT_EQ(s(2, 4).hash(), 50305u);
+}
+
+TEST(StringTest, CompareAcceptsStringsAndWindowsOnly) {
+    String abc("abc"), abd("abd"), ab("ab"), big("xabcx");
+    EXPECT_LT(abc.compare(abd), 0);
+    EXPECT_GT(abc.compare(ab), 0);
+    EXPECT_EQ(abc.compare(big(1, 3)), 0);
+    EXPECT_EQ(big(1, 3).compare(abc), 0);
+    EXPECT_LT(big(1, 2).compare(big(1, 3)), 0);
+    EXPECT_EQ(big(1, 3).compare("abc"), 0);
+    EXPECT_TRUE(abc < abd);
+    EXPECT_TRUE(abc == "abc");
+
+    Integer one(1);
+    EXPECT_EQ(raisedText([&] { abc.compare(one); }),
+              "[BADARGS] Invalid argument class: expected SubString OR String, was Integer");
+    EXPECT_EQ(raisedText([&] { big(1, 3).compare(one); }),
+              "[BADARGS] Invalid argument class: expected SubString OR String, was Integer");
+}
+
+TEST(StringTest, IsEqualBySpecies) {
+    String abc("abc"), big("xabcx");
+    EXPECT_TRUE(abc.isEqual(String("abc")));
+    EXPECT_TRUE(abc.isEqual(big(1, 3)));
+    EXPECT_TRUE(big(1, 3).isEqual(abc));
+    EXPECT_FALSE(abc.isEqual(big(1, 2)));
+    EXPECT_FALSE(String("1").isEqual(Integer(1)));
+    EXPECT_FALSE(big(1, 1).isEqual(Integer(1)));
+}
+
+TEST(StringTest, ScanReadsLinesOfEveryEnding) {
+    std::string longLine(2500, 'q');
+    longLine[999] = '1';
+    longLine[1000] = '2';
+    std::istringstream in("one\rtwo\nthree\r\nfour\n\n" + longLine + "\r\rlast");
+    const std::vector<std::string> expected = {"one", "two", "three", "four", "",
+                                               longLine, "", "last"};
+    String s;
+    for (const std::string& line : expected) {
+        SCOPED_TRACE(line.substr(0, 10));
+        s.scanFrom(in);
+        EXPECT_EQ(std::string(s.asCharPointer()), line);
+        EXPECT_EQ(s.size(), line.size());
+    }
+    EXPECT_TRUE(in.eof());
+    EXPECT_FALSE(in.fail());
+    s.scanFrom(in);
+    EXPECT_TRUE(in.fail());
+    EXPECT_STREQ(s.asCharPointer(), "");
+}
+
+TEST(StringTest, ScanLeavesTheNextLineOnTheStream) {
+    std::istringstream in("ab\rcd");
+    String s;
+    s.scanFrom(in);
+    EXPECT_EQ(in.peek(), 'c');
+}
+
+TEST(StringTest, ScanIntoAWindow) {
+    String s("[.....]");
+    std::istringstream in("abc\nabcdefgh\n");
+    s(1, 5).scanFrom(in);
+    EXPECT_STREQ(s.asCharPointer(), "[abc]");
+    EXPECT_EQ(raisedText([&] { s(1, 3).scanFrom(in); }),
+              "[SCANERR] SubString scan error: fail on read abcdefgh");
+    EXPECT_STREQ(s.asCharPointer(), "[abc]");
+}
+
+TEST(StringTest, YesNoAndTruth) {
+    String s;
+    s.setYesNo(false);
+    EXPECT_STREQ(s.asCharPointer(), "NO ");
+    EXPECT_TRUE(s.isTrue());  // the blank makes it another word
+    s.setYesNo(true);
+    EXPECT_STREQ(s.asCharPointer(), "YES");
+
+    const struct {
+        const char* text;
+        bool truth;
+    } cases[] = {{"no", false}, {"No", false}, {"N", false}, {"0", false},
+                 {"", true},    {"yes", true}, {"00", true}, {"nope", true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(String(c.text).isTrue(), c.truth);
+    }
+}
+
+TEST(StringTest, CaseStripAndParts) {
+    String s("Mixed 42 \xC1z");
+    EXPECT_STREQ(s.toUpper().asCharPointer(), "MIXED 42 \xC1Z");
+    EXPECT_STREQ(s.toLower().asCharPointer(), "mixed 42 \xC1z");
+    EXPECT_STREQ(s.toAscii().asCharPointer(), "Mixed 42 Az");
+
+    String padded(" \t x y \n");
+    EXPECT_STREQ(padded.stripLeft().asCharPointer(), "x y \n");
+    EXPECT_STREQ(padded.stripRight().asCharPointer(), " \t x y");
+    EXPECT_STREQ(padded.stripBoth().asCharPointer(), "x y");
+    EXPECT_STREQ(String("--a-b--").stripBoth("-").asCharPointer(), "a-b");
+    EXPECT_STREQ(String("   ").stripBoth().asCharPointer(), "");
+
+    EXPECT_STREQ(s.left(3).asCharPointer(), "Mix");
+    EXPECT_STREQ(s.right(2).asCharPointer(), "\xC1z");
+    EXPECT_STREQ(s.left(50).asCharPointer(), s.asCharPointer());
+    EXPECT_STREQ(s.right(50).asCharPointer(), s.asCharPointer());
+
+    EXPECT_EQ(s.index("42"), 6);
+    EXPECT_EQ(s.index(String("43")), -1);
+    EXPECT_EQ(s.index(""), 0);
+
+    EXPECT_DOUBLE_EQ(String(" 3.5e2xyz").asDouble(), 350.0);
+    EXPECT_DOUBLE_EQ(String("xyz").asDouble(), 0.0);
+}
+
+TEST(StringTest, ReSizeNeverDropsText) {
+    String s("abcdef");
+    EXPECT_EQ(s.reSize(20), 20u);
+    EXPECT_EQ(s.allocated(), 21u);
+    EXPECT_EQ(s.reSize(2), 6u);
+    EXPECT_EQ(s.allocated(), 7u);
+    EXPECT_STREQ(s.asCharPointer(), "abcdef");
+}
+
+TEST(StringTest, ShallowCopyHasItsOwnBuffer) {
+    String s("shared?", 4);
+    String* copy = CAST(String, s.shallowCopy());
+    EXPECT_NE(copy->asCharPointer(), s.asCharPointer());
+    EXPECT_EQ(copy->allocated(), s.allocated());
+    (*copy)[0] = 'S';
+    EXPECT_STREQ(s.asCharPointer(), "shared?");
+    EXPECT_STREQ(copy->asCharPointer(), "Shared?");
+    delete copy;
+}
+
+// Every path that replaces a buffer frees the old one.
+TEST(StringTest, BuffersAreReleased) {
+    unsigned long before = bytesInUse();
+    {
+        String s("abc");
+        for (int i = 0; i < 20; ++i) s += 'x';
+        s += s;
+        s += s(2, 5);
+        s = "a longer text than the buffer held before, by far, by far, by far";
+        s(0, 2) = s(10, 30);
+        String t = s + "tail" + s;
+        t.reSize(500);
+        t.reSize(0);
+        String* copy = CAST(String, t.shallowCopy());
+        delete copy;
+    }
+    EXPECT_EQ(bytesInUse(), before);
+}
+
+TEST(StringTest, PrintOnWritesTheTextRaw) {
+    std::ostringstream out;
+    String("a\"b").printOn(out);
+    String big("xyz");
+    big(1, 1).printOn(out);
+    EXPECT_EQ(out.str(), "a\"by");
+}
+
+TEST(StringTest, FormatString) {
+    String result("old");
+    formatString(result, "%s-%04d-%.2f", "id", 7, 1.5);
+    EXPECT_STREQ(result.asCharPointer(), "id-0007-1.50");
+
+    std::string wide(12000, 'w');
+    formatString(result, "%s", wide.c_str());
+    EXPECT_EQ(result.size(), 9999u);
+}
+
+// The ring holds ten texts: each stays valid for nine further calls.
+TEST(StringTest, FormatTextRing) {
+    const char* first = formatText("%lu bytes", 12ul);
+    for (int i = 0; i < 9; ++i) formatText("%d", i);
+    EXPECT_STREQ(first, "12 bytes");
+    EXPECT_EQ(formatText("%#8.08lx", 0xbeefUL), first);
+    EXPECT_STREQ(first, "0x0000beef");
+}
+
+}  // namespace
