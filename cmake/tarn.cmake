@@ -1,7 +1,10 @@
 # Shared build settings of Tarn's libraries and programs.
 
 # Assertion messages print source paths relative to src/ (quill/orderedc.cpp).
-set(TARN_COMMON_FLAGS -Wall -Wextra "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/src/=")
+# Faults become errors through the signal handlers, which throw: every
+# instruction that can fault must be able to unwind.
+set(TARN_COMMON_FLAGS -Wall -Wextra -fnon-call-exceptions "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/src/="
+    "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/tests/=")
 if(TARN_SANITIZE)
   list(APPEND TARN_COMMON_FLAGS -fsanitize=address,undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
@@ -19,7 +22,7 @@ endfunction()
 # program even when no code names its classes: link the libraries whole.
 function(tarn_link target)
   foreach(lib ${ARGN})
-    target_link_libraries(${target} PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,${lib}>")
+    target_link_libraries(${target} PUBLIC "$<LINK_LIBRARY:WHOLE_ARCHIVE,${lib}>")
   endforeach()
 endfunction()
 
@@ -29,7 +32,7 @@ function(tarn_test name)
   add_executable(${name} ${T_SOURCES})
   target_compile_options(${name} PRIVATE ${TARN_COMMON_FLAGS})
   tarn_link(${name} ${T_LIBS})
-  target_link_libraries(${name} PRIVATE GTest::gtest GTest::gtest_main)
+  target_link_libraries(${name} PUBLIC GTest::gtest GTest::gtest_main)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
     PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()

@@ -73,6 +73,18 @@ const Object* opaque(const Object* p) {
 
 Object* const nil = &nilHolder.object;
 
+LockFunction lockObjects = 0, unlockObjects = 0;
+int storeReadLockLevel = 1;
+int dependentsLockLevel = 2;
+
+void enterObjectRegion(int level) {
+    if (lockObjects) lockObjects(level);
+}
+
+void leaveObjectRegion(int level) {
+    if (unlockObjects) unlockObjects(level);
+}
+
 // Object
 
 Class class_Object(0, "Object", 1, QUILL_IDENT(Object, 1), sizeof(Object), 0, 0, 0, 0, 0, 0);
@@ -289,13 +301,18 @@ Object* castCheck(const Class& c, const Object* p, const char* file, int line) {
 
 void deepDelete(Object* ob) {
     if (ob == nil) return;
+    enterObjectRegion(storeReadLockLevel);
     bool outermost = deletionSet == 0;
     if (outermost) deletionSet = new IdentSet(1024);
     ob->deepDeleteContents();
     deletionSet->add(*ob);
-    if (!outermost) return;
+    if (!outermost) {
+        leaveObjectRegion(storeReadLockLevel);
+        return;
+    }
     IdentSet* set = deletionSet;
     deletionSet = 0;
+    leaveObjectRegion(storeReadLockLevel);
     if (set->size() <= 1)
         delete ob;
     else

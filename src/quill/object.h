@@ -108,6 +108,15 @@ Object* castCheck(const Class& c, const Object* p, const char* file, int line);
 // Deletes an object graph in which members may be shared: each once.
 void deepDelete(Object* ob);
 
+// Critical regions of the object core. This program runs on one thread and
+// installs no lock functions; the regions stay marked for a host that does.
+typedef void (*LockFunction)(int level);
+extern LockFunction lockObjects, unlockObjects;
+extern int storeReadLockLevel;    // stores, reads and the copying machinery
+extern int dependentsLockLevel;   // dependents and callbacks
+void enterObjectRegion(int level);
+void leaveObjectRegion(int level);
+
 #define CAST(ClassName, p) \
     (static_cast<ClassName*>(castCheck(class_##ClassName, (p), __FILE__, __LINE__)))
 

@@ -167,7 +167,7 @@ void deleteClassDictionary() {
     if (!classesDictionary) return;
     OrderedCltn keys;
     classesDictionary->addKeysTo(keys);
-    classesDictionary->removeAll();
+    classesDictionary->deleteContents();  // the pairs; the keys go below
     keys.deleteContents();
     delete classesDictionary;
     classesDictionary = 0;

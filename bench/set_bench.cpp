@@ -1,0 +1,216 @@
+// Set and Dictionary against std::unordered_set and std::unordered_map: add, find, remove.
+//
+// Set holds Integer objects and is probed with distinct equal Integers, so
+// each step pays for the virtual hash and isEqual; std::unordered_set<int>
+// holds the numbers themselves. Dictionary maps String keys to Integer
+// values, probed with distinct equal Strings; std::unordered_map maps
+// std::string to int. Sizes 10^3, 10^4 and 10^5 elements.
+#include "quill/all.h"
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace {
+
+// Distinct numbers spread over the int range, the same in every run.
+std::vector<int> numbers(int n) {
+    std::vector<int> v;
+    v.reserve(n);
+    unsigned x = 12345;
+    for (int i = 0; i < n; ++i) {
+        x = x * 1103515245u + 12345u;
+        v.push_back(int(x));  // distinct: the generator has full period
+    }
+    return v;
+}
+
+std::vector<std::string> words(int n) {
+    std::vector<std::string> v;
+    v.reserve(n);
+    for (int i = 0; i < n; ++i) v.push_back("signal_" + std::to_string(i * 7919));
+    return v;
+}
+
+// Two object copies of each number: the elements and the probes.
+struct IntegerData {
+    explicit IntegerData(int n) {
+        for (int v : numbers(n)) {
+            elements.emplace_back(new Integer(v));
+            probes.emplace_back(new Integer(v));
+        }
+    }
+    std::vector<std::unique_ptr<Integer>> elements, probes;
+};
+
+struct StringData {
+    explicit StringData(int n) {
+        for (const std::string& w : words(n)) {
+            keys.emplace_back(new String(w.c_str()));
+            probes.emplace_back(new String(w.c_str()));
+            values.emplace_back(new Integer(int(values.size())));
+        }
+    }
+    std::vector<std::unique_ptr<String>> keys, probes;
+    std::vector<std::unique_ptr<Integer>> values;
+};
+
+void fill(Set& s, const IntegerData& data) {
+    for (auto& e : data.elements) s.add(*e);
+}
+
+void fill(Dictionary& d, const StringData& data) {
+    for (size_t i = 0; i < data.keys.size(); ++i) d.atPut(*data.keys[i], *data.values[i]);
+}
+
+// Set
+
+void BM_SetAdd(benchmark::State& state) {
+    IntegerData data(int(state.range(0)));
+    for (auto _ : state) {
+        Set s;
+        fill(s, data);
+        benchmark::DoNotOptimize(s.size());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_SetFind(benchmark::State& state) {
+    IntegerData data(int(state.range(0)));
+    Set s;
+    fill(s, data);
+    for (auto _ : state)
+        for (auto& p : data.probes) benchmark::DoNotOptimize(s.find(*p));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_SetRemove(benchmark::State& state) {
+    IntegerData data(int(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        Set s;
+        fill(s, data);
+        state.ResumeTiming();
+        for (auto& p : data.probes) benchmark::DoNotOptimize(s.remove(*p));
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_StdUnorderedSetAdd(benchmark::State& state) {
+    std::vector<int> v = numbers(int(state.range(0)));
+    for (auto _ : state) {
+        std::unordered_set<int> s;
+        for (int x : v) s.insert(x);
+        benchmark::DoNotOptimize(s.size());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_StdUnorderedSetFind(benchmark::State& state) {
+    std::vector<int> v = numbers(int(state.range(0)));
+    std::unordered_set<int> s(v.begin(), v.end());
+    for (auto _ : state)
+        for (int x : v) benchmark::DoNotOptimize(s.find(x));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_StdUnorderedSetRemove(benchmark::State& state) {
+    std::vector<int> v = numbers(int(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::unordered_set<int> s(v.begin(), v.end());
+        state.ResumeTiming();
+        for (int x : v) benchmark::DoNotOptimize(s.erase(x));
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// Dictionary
+
+void BM_DictionaryAdd(benchmark::State& state) {
+    StringData data(int(state.range(0)));
+    for (auto _ : state) {
+        Dictionary d;
+        fill(d, data);
+        benchmark::DoNotOptimize(d.size());
+        state.PauseTiming();
+        d.deleteContents();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_DictionaryFind(benchmark::State& state) {
+    StringData data(int(state.range(0)));
+    Dictionary d;
+    fill(d, data);
+    for (auto _ : state)
+        for (auto& p : data.probes) benchmark::DoNotOptimize(d.atKey(*p));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+    d.deleteContents();
+}
+
+void BM_DictionaryRemove(benchmark::State& state) {
+    StringData data(int(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        Dictionary d;
+        fill(d, data);
+        state.ResumeTiming();
+        for (auto& p : data.probes) delete d.removeKey(*p);
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_StdUnorderedMapAdd(benchmark::State& state) {
+    std::vector<std::string> keys = words(int(state.range(0)));
+    for (auto _ : state) {
+        std::unordered_map<std::string, int> m;
+        for (size_t i = 0; i < keys.size(); ++i) m.emplace(keys[i], int(i));
+        benchmark::DoNotOptimize(m.size());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_StdUnorderedMapFind(benchmark::State& state) {
+    std::vector<std::string> keys = words(int(state.range(0)));
+    std::unordered_map<std::string, int> m;
+    for (size_t i = 0; i < keys.size(); ++i) m.emplace(keys[i], int(i));
+    std::vector<std::string> probes = keys;
+    for (auto _ : state)
+        for (const std::string& p : probes) benchmark::DoNotOptimize(m.at(p));
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void BM_StdUnorderedMapRemove(benchmark::State& state) {
+    std::vector<std::string> keys = words(int(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::unordered_map<std::string, int> m;
+        for (size_t i = 0; i < keys.size(); ++i) m.emplace(keys[i], int(i));
+        state.ResumeTiming();
+        for (const std::string& k : keys) benchmark::DoNotOptimize(m.erase(k));
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+}  // namespace
+
+#define SIZES RangeMultiplier(10)->Range(1000, 100000)
+
+BENCHMARK(BM_SetAdd)->SIZES;
+BENCHMARK(BM_StdUnorderedSetAdd)->SIZES;
+BENCHMARK(BM_SetFind)->SIZES;
+BENCHMARK(BM_StdUnorderedSetFind)->SIZES;
+BENCHMARK(BM_SetRemove)->SIZES;
+BENCHMARK(BM_StdUnorderedSetRemove)->SIZES;
+BENCHMARK(BM_DictionaryAdd)->SIZES;
+BENCHMARK(BM_StdUnorderedMapAdd)->SIZES;
+BENCHMARK(BM_DictionaryFind)->SIZES;
+BENCHMARK(BM_StdUnorderedMapFind)->SIZES;
+BENCHMARK(BM_DictionaryRemove)->SIZES;
+BENCHMARK(BM_StdUnorderedMapRemove)->SIZES;

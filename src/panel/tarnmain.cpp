@@ -1,0 +1,147 @@
+// The program's main: program directory, environment, language and mode dispatch.
+#include "panel/tarnmain.h"
+
+#include "quill/quillstr.h"
+#include "quill/startup.h"
+
+#include <climits>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <unistd.h>
+
+String programDirectory;
+String jvPathOption;
+String ccPathOption;
+String dsPathOption;
+String idePathOption;
+
+namespace {
+
+// The absolute path of the executable that argv0 names. A bare name was
+// found through PATH, so the system tells where the file lies.
+std::string executablePath(const char* argv0) {
+    std::string path = argv0 ? argv0 : "";
+    if (path.find('/') == std::string::npos) {
+        char buffer[PATH_MAX];
+        ssize_t n = readlink("/proc/self/exe", buffer, sizeof buffer - 1);
+        if (n > 0) return std::string(buffer, n);
+    }
+    char resolved[PATH_MAX];
+    if (realpath(path.c_str(), resolved)) return resolved;
+    if (!path.empty() && path[0] == '/') return path;
+    char cwd[PATH_MAX];
+    return std::string(getcwd(cwd, sizeof cwd) ? cwd : ".") + "/" + path;
+}
+
+void computeProgramDirectory() {
+    std::string path = executablePath(getArg(0));
+    std::string::size_type slash = path.rfind('/');
+    programDirectory = path.substr(0, slash == 0 ? 1 : slash).c_str();
+}
+
+// First pass of the environment set-up, done once: the -env assignments in
+// the order given, then the four tool roots.
+void environmentFirstPass() {
+    static bool done = false;
+    if (done) return;
+    done = true;
+    consumeEnvOptions();
+    findOption("-JV_PATH", jvPathOption);
+    findOption("-CC_PATH", ccPathOption);
+    findOption("-DS_PATH", dsPathOption);
+    findOption("-IDE_PATH", idePathOption);
+}
+
+// The PostScript drawer finds its prologue through TARN_HEADER_PS; by default
+// it lies beside the executable.
+void defaultHeaderPs() {
+    const char* value = std::getenv("TARN_HEADER_PS");
+    if (value && *value) return;
+    String assignment("TARN_HEADER_PS=");
+    assignment += programDirectory;
+    putEnvironment(assignment.asCharPointer());
+}
+
+// The panel's texts come with the program in English; a language table
+// replaces them once language tables are part of the build.
+void loadPanelLanguage() {}
+
+int usageError() {
+    std::cerr << "Syntax error: usage " << Argv[0] << " <filename>" << std::endl;
+    return 1;
+}
+
+// The file named by the only positional argument, or empty.
+const char* fileArgument() { return Argc > 1 ? Argv[1] : ""; }
+
+int notBuilt(const char* what, const char* file) {
+    std::cout << "tarn: " << what << " is not built yet";
+    if (file) std::cout << " (file \"" << file << "\")";
+    std::cout << std::endl;
+    return 0;
+}
+
+int runBlockDiagram() {
+    if (Argc >= 3) return usageError();
+    return notBuilt("the block-diagram editor", fileArgument());
+}
+
+int runTextEditor() {
+    if (Argc >= 3) return usageError();
+    return notBuilt("the text editor", fileArgument());
+}
+
+int dispatchMode() {
+    if (findFlag("-blockDiagram")) return runBlockDiagram();
+    if (findFlag("-interpreter")) return notBuilt("the interpreter", 0);
+    if (findFlag("-robustControlDesign")) return notBuilt("the robust control design panel", 0);
+    if (findFlag("-text")) return runTextEditor();
+    return notBuilt("the command panel", 0);
+}
+
+struct OptionLine {
+    const char* option;
+    const char* text;
+};
+
+const OptionLine optionLines[] = {
+    {"-blockDiagram [file]", "edit a block diagram"},
+    {"-interpreter", "run the interpreter with its debugger"},
+    {"-robustControlDesign", "open the robust control design panel"},
+    {"-text [file]", "edit a text file"},
+    {"-env NAME=VALUE", "put NAME=VALUE into the environment, %NAME% expanded; repeatable"},
+    {"-JV_PATH dir", "root of the second tool chain"},
+    {"-CC_PATH dir", "root of the compiler"},
+    {"-DS_PATH dir", "root of the shared designer tools"},
+    {"-IDE_PATH dir", "root of the shared IDE"},
+    {"-printClasses", "list the linked classes, their initors and terminators"},
+    {"-deleteGlobals", "free the global tables at exit"},
+    {"-traceOn", "trace every traced function"},
+    {"-traceOff", "no trace output (wins over -traceOn)"},
+    {"-traceFile file", "write the trace into an existing file"},
+    {"-traceLevel n", "trace the functions of level n and above"},
+    {"-dumpTrace", "record the name of every traced function met"},
+    {"-help", "print this list and exit"},
+};
+
+}  // namespace
+
+void printUsage(std::ostream& os) {
+    os << "Usage: tarn [options] [file]\n"
+       << "Without a mode the command panel opens. Options may stand anywhere.\n";
+    for (const OptionLine& line : optionLines) {
+        std::string option = line.option;
+        option.resize(24, ' ');
+        os << "  " << option << line.text << "\n";
+    }
+    os.flush();
+}
+
+int tarnMain() {
+    computeProgramDirectory();
+    environmentFirstPass();
+    defaultHeaderPs();
+    loadPanelLanguage();
+    return dispatchMode();
+}

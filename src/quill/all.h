@@ -1,0 +1,37 @@
+// The object core in one include: objects, classes, errors, strings, collections, start-up.
+#ifndef QUILL_ALL_H
+#define QUILL_ALL_H
+
+#include "quill/object.h"
+#include "quill/qclass.h"
+#include "quill/quillerr.h"
+#include "quill/objalloc.h"
+#include "quill/startup.h"
+#include "quill/quillsig.h"
+#include "quill/integer.h"
+#include "quill/quillstr.h"
+#include "quill/substrng.h"
+#include "quill/symbol.h"
+#include "quill/collectn.h"
+#include "quill/arrayob.h"
+#include "quill/intarray.h"
+#include "quill/seqcltn.h"
+#include "quill/orderedc.h"
+#include "quill/sortedcl.h"
+#include "quill/stack.h"
+#include "quill/heap.h"
+#include "quill/set.h"
+#include "quill/identset.h"
+#include "quill/dictnary.h"
+#include "quill/identdct.h"
+#include "quill/lookupky.h"
+#include "quill/assoc.h"
+#include "quill/assocint.h"
+#include "quill/trace.h"
+#include "quill/point.h"
+#include "quill/date.h"
+#include "quill/clock.h"
+#include "quill/random.h"
+#include "quill/filename.h"
+
+#endif

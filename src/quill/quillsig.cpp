@@ -1,0 +1,61 @@
+// Signal handlers: a fatal signal becomes a TarnException with code SYSERR.
+#include "quill/quillsig.h"
+
+#include "quill/quillerr.h"
+
+#include <pthread.h>
+#include <signal.h>
+
+namespace {
+
+struct SignalEntry {
+    int number;
+    const char* name;
+};
+
+const SignalEntry handledSignals[] = {
+    {SIGABRT, "Program sent an abort()"},
+    {SIGFPE, "Floating Exception"},
+    {SIGTERM, "Terminal Interrupt"},
+    {SIGILL, "Illegal Instruction"},
+    {SIGSEGV, "Segment Violation"},
+};
+
+void onSignal(int sig);
+
+void setAction(int sig, void (*handler)(int)) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    sigemptyset(&action.sa_mask);
+    // The handler leaves by throwing, never through sigreturn: the signal must
+    // not stay blocked behind it, or its next arrival would be lost.
+    action.sa_flags = handler == SIG_DFL ? 0 : SA_NODEFER;
+    sigaction(sig, &action, 0);
+}
+
+void onSignal(int sig) {
+    setAction(sig, onSignal);
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, sig);
+    pthread_sigmask(SIG_UNBLOCK, &set, 0);
+    setError(SYSERR, SEV_FATAL, "System Signal ", signalName(sig), "");
+}
+
+}  // namespace
+
+const char* signalName(int sig) {
+    for (const SignalEntry& s : handledSignals)
+        if (s.number == sig) return s.name;
+    return 0;
+}
+
+void installSignalHandlers() {
+    for (const SignalEntry& s : handledSignals) setAction(s.number, onSignal);
+}
+
+void removeSignalHandlers() {
+    for (const SignalEntry& s : handledSignals) setAction(s.number, SIG_DFL);
+}
+
+void resetAbortSignal() { setAction(SIGABRT, SIG_DFL); }

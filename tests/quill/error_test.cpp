@@ -1,0 +1,210 @@
+// The error table, setError, the report sinks and the guarded allocator.
+#include "quill/all.h"
+#include "testutil.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <sstream>
+#include <string>
+
+namespace {
+
+// Later code and users' scripts match these texts: they stay as they are.
+const char* const pinnedTexts[] = {
+    "[ANY] Generic error -- should not happen ",
+    "[ALLOCFAIL] Not enough memory -- NEW failed: requested %ld bytes",
+    "[ALLOCSIZE] Negative or zero object allocation size requested: %s::%s()",
+    "[ASSERTFLD] Assertion failed \"%s\" in File %s: Line %d",
+    "[BADARGCL] Invalid argument class: expected %s(%s), was %s(%s)",
+    "[BADARGCLM] Invalid argument class: expected %s::%s(%s), was %s::%s(%s)",
+    "[BADARGS] Invalid argument class: expected %s OR %s, was %s",
+    "[BADARGSP] Invalid argument species: expected %s(%s), was %s(%s)",
+    "[BADARGSPM] Invalid argument species: expected %s::%s(%s), was %s::%s(%s)",
+    "[BADCLASS] Invalid object class: expected %s, was %s",
+    "[BADERRNUM] Invalid error code: %s(%d)",
+    "[BADOBJECT] Invalid object: %#.08lx in function %s()",
+    "[BADPTR] %s(%s): %s",
+    "[BADSPEC] Invalid object species: expected %s, was %s",
+    "[CASTBADCL] Cast bad class in file %s at line %d: expected %s, was %s",
+    "[CASTBADOB] Cast bad object in file %s at line %d: expected %s",
+    "[DELETENIL] Tried to delete the nil object",
+    "[DRVDCLASSRSP] Derived class responsability method %s::%s()",
+    "[%s] %s%s%s",
+    "[ILLEGALMETHOD] Should not implement method %s::%s()",
+    "[INDEXRANGE] Index out of range: %s::%s(%d)",
+    "[NOTINIT] Tried to use uninitialized class %s: %s::%s()",
+    "[NOTYET] Sorry, method %s:%s() has not yet been implemented",
+    "[RDABSTCLASS] Tried to read object of abstract class %s",
+    "[RDBADTYP] Bad record type (%d) read from file descriptor %d",
+    "[RDEOF] Premature EOF encountered on input stream",
+    "[RDFAIL] Input stream read failed ... %s ...",
+    "[RDREFERR] Tried to read object reference into pre-allocated area: class %s @%d",
+    "[RDSYNERR] Syntax error on input stream: expected %s, was %s ...",
+    "[RDUNKCLASS] Tried to read object of unknown class %s",
+    "[RDVERSERR] Incorrect class %s version number encountered on read: expected %lu, was %lu",
+    "[RDWRONGCLASS] Tried to read object of wrong class: expected %s, was %s",
+    "[READBINERR] %s",
+    "[READBINUNDFL] Underflow -- %d bytes expected - %d bytes read",
+    "[STOREBINERR] %s",
+    "[STRINGOV] String buffer overflowed during read (%u characters)",
+    "[SYSERR] %s(%s): %s",
+    "[TOOMANYERRS] One too many error was set: %s",
+};
+
+TEST(ErrorTableTest, FixedTextsAndCodes) {
+    ASSERT_EQ(sizeof pinnedTexts / sizeof *pinnedTexts, 38u);
+    for (int code = 0; code <= TOOMANYERRS; ++code) {
+        SCOPED_TRACE(code);
+        EXPECT_STREQ(errorText(code), pinnedTexts[code]);
+    }
+    EXPECT_STREQ(errorText(lastErrorCodeInUse() + 1), "UNKNOW ERROR");
+}
+
+TEST(ErrorTableTest, SetErrorFormatsAndThrows) {
+    int code = 0, severity = 0;
+    EXPECT_EQ(raisedText([] { setError(INDEXRANGE, SEV_ERROR, "String", "operator[]", 12); }, &code, &severity),
+              "[INDEXRANGE] Index out of range: String::operator[](12)");
+    EXPECT_EQ(code, INDEXRANGE);
+    EXPECT_EQ(severity, SEV_ERROR);
+    EXPECT_EQ(raisedText([] { setError(GENERICERR, SEV_ERROR, "WORD", "a", "b", "c"); }), "[WORD] abc");
+    EXPECT_EQ(raisedText([] { setError(9999, SEV_ERROR); }, &code),
+              "[BADERRNUM] Invalid error code: ExceptionAction(9999)");
+    EXPECT_EQ(code, BADERRNUM);
+    EXPECT_EQ(raisedText([] { setError(-1, SEV_ERROR); }), "[BADERRNUM] Invalid error code: ExceptionAction(-1)");
+}
+
+TEST(ErrorTableTest, AssertionNamesExpressionFileAndLine) {
+    int line = __LINE__ + 1;
+    std::string text = raisedText([] { QASSERT(1 + 1 == 3); });
+    EXPECT_EQ(text, "[ASSERTFLD] Assertion failed \"1 + 1 == 3\" in File quill/error_test.cpp: Line " +
+                        std::to_string(line));
+}
+
+TEST(ErrorTableTest, NewErrorsGrowTheTable) {
+    static std::string texts[150];
+    int first = -1;
+    for (int i = 0; i < 150; ++i) {
+        texts[i] = "[GROWN" + std::to_string(i) + "] grown %s";
+        int code = newQUILLerror(texts[i].c_str());
+        if (i == 0) first = code;
+        EXPECT_EQ(code, first + i);
+    }
+    EXPECT_EQ(raisedText([&] { setError(first + 149, SEV_ERROR, "x"); }), "[GROWN149] grown x");
+    EXPECT_EQ(lastErrorCodeInUse(), first + 149);
+}
+
+TEST(ErrorTableTest, TarnExceptionEqualityAndPrinting) {
+    TarnException a(5, "first", SEV_ERROR), b(5, "second", SEV_WARNING), c(6, "first", SEV_ERROR);
+    EXPECT_TRUE(a.isEqual(b));
+    EXPECT_FALSE(a.isEqual(c));
+    std::ostringstream os;
+    a.printOn(os);
+    EXPECT_EQ(os.str(), "TarnException 5first");
+    errorInProgress = 1;
+    { TarnException gone(1, "", 1); }
+    EXPECT_EQ(errorInProgress, 0);
+}
+
+TEST(ReportTest, SeverityWords) {
+    const struct { int severity; const char* word; } rows[] = {
+        {-4, "FATAL"}, {-3, "ERROR"}, {1, "ERROR"}, {-2, "WARNING"},
+        {-1, "INFO"},  {0, "SUCCESS"}, {2, "UNKNOWN SEVERITY CODE"}, {-5, "UNKNOWN SEVERITY CODE"},
+    };
+    for (const auto& row : rows) EXPECT_STREQ(severityWord(row.severity), row.word) << row.severity;
+}
+
+int hookCalls = 0;
+int handlingHook(int, const char*) { return ++hookCalls; }
+int decliningHook(int, const char*) { ++hookCalls; return 0; }
+
+TEST(ReportTest, StreamsAndHook) {
+    std::ostringstream one, two;
+    setReportStreams(&one, &two);
+    reportError(SEV_WARNING, "disk almost full");
+    EXPECT_EQ(one.str(), "\nWARNING disk almost full\n");
+    EXPECT_EQ(two.str(), one.str());
+
+    errorReportHook = handlingHook;
+    reportError(SEV_INFO, "shown in a box");
+    errorReportHook = decliningHook;
+    reportError(SEV_INFO, "passed on");
+    errorReportHook = 0;
+    setReportStreams(0, &std::cerr);
+    EXPECT_EQ(hookCalls, 2);
+    EXPECT_EQ(two.str(), "\nWARNING disk almost full\n\nINFO passed on\n");
+}
+
+TEST(ReportTest, TooLongAMessageStopsTheProcess) {
+    std::string huge(20000, 'x');
+    EXPECT_EXIT(setError(GENERICERR, SEV_ERROR, "LONG", huge.c_str(), "", ""), ::testing::ExitedWithCode(0),
+                "QUILL_NOCONTINUE");
+}
+
+// The allocator
+
+TEST(AllocatorTest, AccountingAndSizes) {
+    unsigned long before = bytesInUse();
+    void* p = objectAlloc(100);
+    EXPECT_EQ(objectSize(p), 100u);
+    EXPECT_GT(bytesInUse(), before + 100);
+    memset(p, 7, 100);
+    p = objectRealloc(p, 5000);
+    EXPECT_EQ(objectSize(p), 5000u);
+    EXPECT_EQ(static_cast<unsigned char*>(p)[99], 7);
+    checkPointer(p, "check", 5000);
+    EXPECT_EQ(raisedText([&] { checkPointer(p, "check", 5001); }).find("[BADPTR] check(0x"), 0u);
+    objectFree(p);
+    EXPECT_EQ(bytesInUse(), before);
+
+    char* zeroed = static_cast<char*>(objectCalloc(10, 3));
+    for (int i = 0; i < 30; ++i) EXPECT_EQ(zeroed[i], 0);
+    objectFree(zeroed);
+}
+
+TEST(AllocatorTest, ReportsBadFrees) {
+    EXPECT_EQ(raisedText([] { objectFree(0); }), "[BADPTR] myfree(failed: NULL pointer): ");
+
+    char* overrun = static_cast<char*>(objectAlloc(24));
+    overrun[24] = 1;
+    std::string text = raisedText([&] { objectFree(overrun); });
+    EXPECT_NE(text.find("): failed: corrupted memory"), std::string::npos) << text;
+    overrun[24] = 0;
+    memcpy(overrun + 24, overrun - 4, 4);  // mend the guard so that the block can go
+    objectFree(overrun);
+
+#if !defined(__SANITIZE_ADDRESS__)
+    void* twice = objectAlloc(40);
+    objectFree(twice);
+    text = raisedText([&] { objectFree(twice); });
+    EXPECT_NE(text.find("): failed: deallocated pointer"), std::string::npos) << text;
+
+    Integer onStack;
+    text = raisedText([&] { objectFree(&onStack); });
+    EXPECT_NE(text.find("failed: corrupted memory"), std::string::npos) << text;
+#endif
+}
+
+TEST(AllocatorTest, PointerTracking) {
+    setTrackPointers(true);
+    void* a = objectAlloc(8);
+    Integer* i = new Integer(3);
+    testing::internal::CaptureStdout();
+    listTrackedPointers();
+    std::string listing = testing::internal::GetCapturedStdout();
+    EXPECT_NE(listing.find("Object 1 Integer"), std::string::npos) << listing;
+    objectFree(a);
+    delete i;
+    setTrackPointers(false);
+
+    testing::internal::CaptureStderr();
+    setTrackPointers(true);
+    std::vector<void*> blocks;
+    for (int n = 0; n <= 20000; ++n) blocks.push_back(objectAlloc(1));
+    EXPECT_TRUE(pointerOverflow());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Allocated Pointer Buffer overflow\n");
+    for (void* b : blocks) objectFree(b);
+    setTrackPointers(false);
+}
+
+}  // namespace

@@ -1,0 +1,20 @@
+// Starts the library once for every test of the object core.
+#include "quill/startup.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class QuillEnvironment : public ::testing::Environment {
+public:
+    void SetUp() override {
+        static char name[] = "quill_tests";
+        static char* argv[] = {name, 0};
+        quillStart(1, argv, 0);
+    }
+};
+
+::testing::Environment* const quillEnvironment =
+    ::testing::AddGlobalTestEnvironment(new QuillEnvironment);
+
+}  // namespace
