@@ -1,0 +1,118 @@
+// File-name helpers and fileCopy, on the C runtime's files.
+#include "quill/filename.h"
+
+#include "quill/quillerr.h"
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+std::string currentDirectory() {
+    std::vector<char> buffer(256);
+    while (!getcwd(buffer.data(), buffer.size())) {
+        if (buffer.size() > 65536) return "/";
+        buffer.resize(buffer.size() * 2);
+    }
+    return buffer.data();
+}
+
+// The words between separators of an absolute path, "." and ".." resolved.
+std::vector<std::string> pathWords(const std::string& path) {
+    std::vector<std::string> words;
+    size_t start = 0;
+    while (start <= path.size()) {
+        size_t end = path.find('/', start);
+        if (end == std::string::npos) end = path.size();
+        std::string word = path.substr(start, end - start);
+        if (word == "..") {
+            if (!words.empty()) words.pop_back();
+        } else if (!word.empty() && word != ".") {
+            words.push_back(word);
+        }
+        start = end + 1;
+    }
+    return words;
+}
+
+// The part behind the last separator.
+const char* lastWord(const char* name) {
+    const char* slash = std::strrchr(name, '/');
+    return slash ? slash + 1 : name;
+}
+
+// The dot that opens the extension of the last word, or null.
+const char* extensionDot(const char* word) {
+    const char* dot = std::strrchr(word, '.');
+    return dot && dot != word ? dot : 0;
+}
+
+void closeBoth(FILE* in, FILE* out) {
+    if (in) std::fclose(in);
+    if (out) std::fclose(out);
+}
+
+[[noreturn]] void cannotOpen(const char* name) {
+    setError(GENERICERR, SEV_ERROR, "CANNOT_OPEN", "cannot open file ", name, " in fileCopy function");
+}
+
+[[noreturn]] void copyFailed(const char* from, const char* to) {
+    setError(GENERICERR, SEV_ERROR, "FILECOPY_ERROR", "error coping file ",
+             formatText("%s on file %s", from, to), "");
+}
+
+}  // namespace
+
+String absolutePath(const char* name) {
+    std::string path = name ? name : "";
+    if (path.empty() || path[0] != '/') path = currentDirectory() + "/" + path;
+    std::string result;
+    for (const std::string& word : pathWords(path)) result += "/" + word;
+    return String(result.empty() ? "/" : result.c_str());
+}
+
+String directoryPart(const char* name) {
+    const char* text = name ? name : "";
+    const char* slash = std::strrchr(text, '/');
+    if (!slash) return String(".");
+    if (slash == text) return String("/");
+    return String(std::string(text, slash).c_str());
+}
+
+String baseName(const char* name) {
+    const char* word = lastWord(name ? name : "");
+    const char* dot = extensionDot(word);
+    return String(dot ? std::string(word, dot).c_str() : word);
+}
+
+String fileNamePart(const char* name) { return String(lastWord(name ? name : "")); }
+
+String extensionPart(const char* name) {
+    const char* dot = extensionDot(lastWord(name ? name : ""));
+    return String(dot ? dot : "");
+}
+
+void fileCopy(const char* from, const char* to) {
+    if (!from) from = "";
+    if (!to) to = "";
+    FILE* in = std::fopen(from, "rb");
+    if (!in) cannotOpen(from);
+    FILE* out = std::fopen(to, "wb");
+    if (!out) {
+        closeBoth(in, 0);
+        cannotOpen(to);
+    }
+    char buffer[8192];
+    size_t n;
+    bool failed = false;
+    while (!failed && (n = std::fread(buffer, 1, sizeof buffer, in)) > 0)
+        failed = std::fwrite(buffer, 1, n, out) != n;
+    failed = failed || std::ferror(in);
+    std::fclose(in);
+    // Buffered writes may fail only when the file is closed.
+    failed = std::fclose(out) != 0 || failed;
+    if (failed) copyFailed(from, to);
+}

@@ -1,0 +1,59 @@
+// LookupKey: a pair's key, standing for the pair in hashing and comparison.
+#include "quill/lookupky.h"
+
+#include <ostream>
+
+DEFINE_CLASS(LookupKey, Object, 1, 0)
+
+Object* LookupKey::key(Object& newKey) {
+    Object* old = key_;
+    key_ = &newKey;
+    return old;
+}
+
+Object* LookupKey::value() const { return nil; }
+
+Object* LookupKey::value(Object&) {
+    derivedClassResponsibility("value");
+    return nil;
+}
+
+// Another pair compares by its key; anything else is compared with the key.
+bool LookupKey::isEqual(const Object& ob) const {
+    if (ob.isKindOf(class_LookupKey))
+        return key_->isEqual(*static_cast<const LookupKey&>(ob).key_);
+    return key_->isEqual(ob);
+}
+
+// Against a plain object the comparison runs from the argument's side,
+// negated, so that the argument's class decides how it compares with a key.
+int LookupKey::compare(const Object& ob) const {
+    if (ob.isKindOf(class_LookupKey))
+        return key_->compare(*static_cast<const LookupKey&>(ob).key_);
+    return -ob.compare(*key_);
+}
+
+unsigned LookupKey::hash() const { return key_->hash(); }
+
+void LookupKey::printOn(std::ostream& os) const {
+    os << className() << "(";
+    key_->printOn(os);
+    os << "=>";
+    value()->printOn(os);
+    os << ")";
+}
+
+void LookupKey::checkContents(const char* functionName) const {
+    Object::checkContents(functionName);
+    validate(key_, functionName, 1);
+}
+
+void LookupKey::deepenShallowCopy() {
+    Object::deepenShallowCopy();
+    key_ = key_->deepCopy();
+}
+
+void LookupKey::deepDeleteContents() {
+    Object::deepDeleteContents();
+    deepDelete(key_);
+}
