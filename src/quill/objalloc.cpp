@@ -76,6 +76,20 @@ void untrack(void* p) {
         }
 }
 
+void recordBlock(void* p, size_t n) {
+    lock();
+    inUse += n + OVERHEAD;
+    track(p);
+    unlock();
+}
+
+void forgetBlock(void* p, size_t n) {
+    lock();
+    inUse -= n + OVERHEAD;
+    untrack(p);
+    unlock();
+}
+
 [[noreturn]] void outOfMemory(size_t n) {
     char available[100], request[100];
     snprintf(available, sizeof available, "out of memory: available %lu bytes\n", inUse);
@@ -92,10 +106,7 @@ void* objectAlloc(size_t n) {
     if (!block) outOfMemory(n);
     void* p = static_cast<char*>(block) + HEADER;
     writeGuards(p, n);
-    lock();
-    inUse += n + OVERHEAD;
-    track(p);
-    unlock();
+    recordBlock(p, n);
     return p;
 }
 
@@ -122,31 +133,20 @@ void checkPointer(const void* p, const char* name, size_t n) {
 
 void objectFree(void* p) {
     checkPointer(p, "myfree", 0);
-    size_t n = sizeOf(p);
-    lock();
-    inUse -= n + OVERHEAD;
-    untrack(p);
-    unlock();
+    forgetBlock(p, sizeOf(p));
     setHeadWord(p, FREED);
     free(blockOf(p));
 }
 
 void* objectRealloc(void* p, size_t n) {
     checkPointer(p, "myrealloc", 0);
-    size_t old = sizeOf(p);
-    lock();
-    inUse -= old + OVERHEAD;
-    untrack(p);
-    unlock();
+    forgetBlock(p, sizeOf(p));
     setHeadWord(p, FREED);
     void* block = realloc(blockOf(p), n + OVERHEAD);
     if (!block) setError(BADPTR, SEV_ERROR, "realloc", "", "");
     void* q = static_cast<char*>(block) + HEADER;
     writeGuards(q, n);
-    lock();
-    inUse += n + OVERHEAD;
-    track(q);
-    unlock();
+    recordBlock(q, n);
     return q;
 }
 

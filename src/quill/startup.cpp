@@ -5,6 +5,7 @@
 #include "quill/quillerr.h"
 #include "quill/quillsig.h"
 #include "quill/quillstr.h"
+#include "quill/random.h"
 #include "quill/symbol.h"
 #include "quill/trace.h"
 
@@ -45,6 +46,7 @@ void removeArg(int i) {
 
 // The global tables that -deleteGlobals frees at stop, in this order.
 void deleteGlobals() {
+    deleteDefaultRandom();
     deleteSymbolTable();
     deleteTraceNames();
     deleteClassDictionary();

@@ -18,7 +18,7 @@ int traceLevel = TRACE_LEVEL_START;
 std::ostream* traceStream = &std::cout;
 bool allFunctions = false;
 bool dumpTrace = false;
-int depth = 0;
+int traceDepth = 0;
 
 namespace {
 
@@ -165,8 +165,8 @@ void disableTrace() { traceLevel = TRACE_DISABLED; }
 GlobalTracer::GlobalTracer(const char* name, int level) : name_(name), written_(false) {
     if (traceLevel > TRACE_LEVEL_START) return;
     if (isTraced(name) && level >= traceLevel) {
-        *traceStream << depth << " TarnTRACE, Begin  " << name << std::endl;
-        depth++;
+        *traceStream << traceDepth << " TarnTRACE, Begin  " << name << std::endl;
+        traceDepth++;
         written_ = true;
     }
     if (dumpTrace) addTraceName(name);
@@ -174,9 +174,9 @@ GlobalTracer::GlobalTracer(const char* name, int level) : name_(name), written_(
 
 GlobalTracer::~GlobalTracer() {
     if (!written_) return;
-    depth--;
+    traceDepth--;
     if (errorInProgress || traceLevel > TRACE_LEVEL_START) return;
-    *traceStream << depth << " TarnTRACE, End    " << name_ << std::endl;
+    *traceStream << traceDepth << " TarnTRACE, End    " << name_ << std::endl;
 }
 
 const char* libraryDate() { return "21 Aug 2006"; }

@@ -15,7 +15,7 @@ extern int traceLevel;
 extern std::ostream* traceStream;  // standard output unless -traceFile named an existing file
 extern bool allFunctions;          // every name matches, not only those of traceNames
 extern bool dumpTrace;             // every name met is recorded in traceNames
-extern int depth;                  // nesting of the traced calls now running
+extern int traceDepth;                  // nesting of the traced calls now running
 
 // The names of the traced functions, Strings owned by the set; made on first use.
 Set& traceNames();
@@ -32,8 +32,8 @@ void readTraceOptions();
 // Turns all output off for good: the level becomes 2147483647.
 void disableTrace();
 
-// Records a traced call: "<depth> TarnTRACE, Begin  <name>" at entry and
-// "<depth> TarnTRACE, End    <name>" at exit, when the name is traced and
+// Records a traced call: "<traceDepth> TarnTRACE, Begin  <name>" at entry and
+// "<traceDepth> TarnTRACE, End    <name>" at exit, when the name is traced and
 // level is at or above traceLevel. No end record is written while a raised
 // error travels.
 class GlobalTracer {

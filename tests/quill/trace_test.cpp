@@ -39,7 +39,7 @@ protected:
         savedStream_ = traceStream;
         savedAll_ = allFunctions;
         savedDump_ = dumpTrace;
-        savedDepth_ = depth;
+        savedDepth_ = traceDepth;
         Iterator it(traceNames());
         while (Object* name = it()) savedNames_.push_back(name->asCharPointer());
     }
@@ -52,7 +52,7 @@ protected:
         traceStream = savedStream_;
         allFunctions = savedAll_;
         dumpTrace = savedDump_;
-        depth = savedDepth_;
+        traceDepth = savedDepth_;
         for (const std::string& name : savedNames_) addTraceName(name.c_str());
         std::filesystem::current_path(savedDirectory_);
         std::filesystem::remove_all(directory_);
@@ -169,7 +169,7 @@ TEST_F(TraceTest, NamedFunctionsAreWrittenWithTheirNesting) {
               "0 TarnTRACE, End    outer\n"
               "0 TarnTRACE, Begin  outer\n"
               "0 TarnTRACE, End    outer\n");
-    EXPECT_EQ(depth, 0);
+    EXPECT_EQ(traceDepth, 0);
 }
 
 TEST_F(TraceTest, TheCallsLevelMustReachTheTraceLevel) {
@@ -250,7 +250,7 @@ TEST_F(TraceTest, NoEndRecordWhileAnErrorTravels) {
         delete e;
     }
     EXPECT_EQ(seen, "0 TarnTRACE, Begin  f\n");
-    EXPECT_EQ(depth, 0);
+    EXPECT_EQ(traceDepth, 0);
     tracedLeaf("f");
     EXPECT_EQ(output(), "0 TarnTRACE, Begin  f\n0 TarnTRACE, Begin  f\n0 TarnTRACE, End    f\n");
 }
@@ -266,7 +266,7 @@ TEST_F(TraceTest, DisableTraceSilencesEvenOpenCalls) {
         tracedLeaf("f");
     }
     EXPECT_EQ(output(), "0 TarnTRACE, Begin  f\n");
-    EXPECT_EQ(depth, 0);
+    EXPECT_EQ(traceDepth, 0);
 }
 
 TEST_F(TraceTest, DeletedNamesComeBackEmpty) {
