@@ -12,6 +12,7 @@
 #include "quill/quillstr.h"
 #include "quill/substrng.h"
 #include "quill/symbol.h"
+#include "quill/language.h"
 #include "quill/collectn.h"
 #include "quill/arrayob.h"
 #include "quill/intarray.h"

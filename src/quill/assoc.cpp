@@ -3,9 +3,11 @@
 
 DEFINE_CLASS(Assoc, LookupKey, 1, 0)
 
+// Tells the pair's dependents, without call data.
 Object* Assoc::value(Object& newValue) {
     Object* old = value_;
     value_ = &newValue;
+    changed(0);
     return old;
 }
 

@@ -9,8 +9,7 @@ extern Class class_Assoc;
 class Assoc : public LookupKey {
     DECLARE_MEMBERS(Assoc)
 public:
-    explicit Assoc(Object& newKey = *nil, Object& newValue = *nil)
-        : LookupKey(newKey), value_(&newValue) {}
+    explicit Assoc(Object& newKey = *nil, Object& newValue = *nil) : LookupKey(newKey), value_(&newValue) {}
 
     Object* value() const override { return value_; }
     Object* value(Object& newValue) override;  // answers the former value

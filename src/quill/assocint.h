@@ -10,8 +10,7 @@ extern Class class_AssocInt;
 class AssocInt : public LookupKey {
     DECLARE_MEMBERS(AssocInt)
 public:
-    explicit AssocInt(Object& newKey = *nil, int newValue = 0)
-        : LookupKey(newKey), value_(newValue) {}
+    explicit AssocInt(Object& newKey = *nil, int newValue = 0) : LookupKey(newKey), value_(newValue) {}
 
     // The embedded Integer itself.
     Object* value() const override { return const_cast<Integer*>(&value_); }

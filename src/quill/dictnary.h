@@ -32,9 +32,9 @@ public:
     Object* atPut(Object& key, Object& value);
     Object* atPut(Object* key, Object* value) { return atPut(*key, *value); }
 
-    Object* atKey(const Object& key) const;  // the value; KEYNOTFOUND when absent
+    Object* atKey(const Object& key) const;              // the value; KEYNOTFOUND when absent
     Object* atKey(const Object& key, Object& newValue);  // answers the former value
-    Object* assocAt(const Object& key) const;  // the pair, or nil
+    Object* assocAt(const Object& key) const;            // the pair, or nil
     bool includesKey(const Object& key) const;
     // Takes the pair out and answers it, deleting nothing; KEYNOTFOUND when absent.
     Object* removeKey(const Object& key);

@@ -16,9 +16,7 @@ const Object* keyOfPair(const Object& ob) {
 
 }  // namespace
 
-unsigned IdentDict::startIndex(const Object& ob) const {
-    return unsigned(uintptr_t(keyOfPair(ob)) % mask);
-}
+unsigned IdentDict::startIndex(const Object& ob) const { return unsigned(uintptr_t(keyOfPair(ob)) % mask); }
 
 bool IdentDict::matches(const Object& stored, const Object& candidate) const {
     return static_cast<const LookupKey&>(stored).key() == keyOfPair(candidate);

@@ -5,10 +5,6 @@
 
 DEFINE_CLASS(IdentSet, Set, 1, 0)
 
-unsigned IdentSet::startIndex(const Object& ob) const {
-    return unsigned(uintptr_t(&ob) % mask);
-}
+unsigned IdentSet::startIndex(const Object& ob) const { return unsigned(uintptr_t(&ob) % mask); }
 
-bool IdentSet::matches(const Object& stored, const Object& candidate) const {
-    return &stored == &candidate;
-}
+bool IdentSet::matches(const Object& stored, const Object& candidate) const { return &stored == &candidate; }

@@ -20,16 +20,14 @@ Object* LookupKey::value(Object&) {
 
 // Another pair compares by its key; anything else is compared with the key.
 bool LookupKey::isEqual(const Object& ob) const {
-    if (ob.isKindOf(class_LookupKey))
-        return key_->isEqual(*static_cast<const LookupKey&>(ob).key_);
+    if (ob.isKindOf(class_LookupKey)) return key_->isEqual(*static_cast<const LookupKey&>(ob).key_);
     return key_->isEqual(ob);
 }
 
 // Against a plain object the comparison runs from the argument's side,
 // negated, so that the argument's class decides how it compares with a key.
 int LookupKey::compare(const Object& ob) const {
-    if (ob.isKindOf(class_LookupKey))
-        return key_->compare(*static_cast<const LookupKey&>(ob).key_);
+    if (ob.isKindOf(class_LookupKey)) return key_->compare(*static_cast<const LookupKey&>(ob).key_);
     return -ob.compare(*key_);
 }
 

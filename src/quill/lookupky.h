@@ -15,8 +15,8 @@ public:
     explicit LookupKey(Object& newKey = *nil) : key_(&newKey) {}
 
     Object* key() const { return key_; }
-    Object* key(Object& newKey);          // answers the former key
-    virtual Object* value() const;        // nil
+    Object* key(Object& newKey);              // answers the former key
+    virtual Object* value() const;            // nil
     virtual Object* value(Object& newValue);  // answers the former value
 
     bool isEqual(const Object& ob) const override;

@@ -1,6 +1,7 @@
 // Object and Nil: identity, type tests, copying, deletion and printing.
 #include "quill/object.h"
 
+#include "quill/cback.h"
 #include "quill/identset.h"
 #include "quill/objalloc.h"
 #include "quill/qclass.h"
@@ -43,11 +44,14 @@ protected:
     int_type overflow(int_type) override { return traits_type::eof(); }
 };
 
-// Prints ob into buffer; false when it does not fit.
-bool printInto(const Object& ob, char* buffer, size_t length) {
+// Prints ob into buffer, or stores it; false when it does not fit.
+bool printInto(const Object& ob, char* buffer, size_t length, bool useStoreOn = false) {
     FixedBuffer fixed(buffer, length);
     std::ostream os(&fixed);
-    ob.printOn(os);
+    if (useStoreOn)
+        ob.storeOn(os);
+    else
+        ob.printOn(os);
     if (!os) return false;
     buffer[fixed.written()] = 0;
     return true;
@@ -87,7 +91,16 @@ void leaveObjectRegion(int level) {
 
 // Object
 
-Class class_Object(0, "Object", 1, QUILL_IDENT(Object, 1), sizeof(Object), 0, 0, 0, 0, 0, 0);
+// The root is abstract on streams: a stream that names it is refused.
+static void readAbstractObject(std::istream&, Object*) {
+    setError(RDABSTCLASS, SEV_ERROR, "Object");
+}
+static void readAbstractObject(BinIstream&, Object*) {
+    setError(RDABSTCLASS, SEV_ERROR, "Object");
+}
+
+Class class_Object(0, "Object", 1, QUILL_IDENT(Object, 1), sizeof(Object), readAbstractObject,
+                   readAbstractObject, 0, 0, 0, 0);
 
 Object::Object() : magic(OBJECT_MAGIC), cbackData(0) {
     if (!nilBuilt) buildNil();
@@ -98,7 +111,9 @@ Object::Object(const Object&) : Object() {}
 Object::~Object() noexcept(false) {
     if (magic != OBJECT_MAGIC)
         setError(BADOBJECT, SEV_ERROR, (unsigned long)(uintptr_t)this, "~Object");
-    if (this != nil) magic = 0;
+    if (this == nil) return;
+    if (cbackData) destroyCbacks(*this);
+    magic = 0;
 }
 
 void Object::checkContents(const char*) const {}
@@ -209,8 +224,8 @@ const char* Object::asCharPointer() const {
     return result;
 }
 
-const char* Object::asCharPointer(char* buffer, size_t length) const {
-    if (length == 0 || !printInto(*this, buffer, length)) return 0;
+const char* Object::asCharPointer(char* buffer, size_t length, bool useStoreOn) const {
+    if (length == 0 || !printInto(*this, buffer, length, useStoreOn)) return 0;
     return buffer;
 }
 
@@ -258,7 +273,16 @@ void Object::operator delete(void* p) {
 
 // Nil
 
-Class class_Nil(&class_Object, "Nil", 1, QUILL_IDENT(Nil, 1), sizeof(Nil), 0, 0, 0, 0, 0, 0);
+// nil is never read: a stream refers to it as "@0 ".
+static void readNil(std::istream&, Object*) {
+    setError(ILLEGALMETHOD, SEV_ERROR, "Nil", "reader constructor");
+}
+static void readNil(BinIstream&, Object*) {
+    setError(ILLEGALMETHOD, SEV_ERROR, "Nil", "reader constructor");
+}
+
+Class class_Nil(&class_Object, "Nil", 1, QUILL_IDENT(Nil, 1), sizeof(Nil), readNil, readNil, 0, 0,
+                0, 0);
 
 Nil::Nil() {}
 
@@ -275,6 +299,8 @@ int Nil::compare(const Object&) const {
 }
 
 void Nil::printOn(std::ostream& os) const { os << "NIL"; }
+void Nil::storer(std::ostream&) const { shouldNotImplement("storer"); }
+void Nil::storer(BinOstream&) const { shouldNotImplement("storer"); }
 
 // Free functions
 

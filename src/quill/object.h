@@ -9,7 +9,17 @@ class Class;
 class Object;
 class String;
 class OrderedCltn;
+class BinOstream;
+class BinIstream;
 struct CbackData;
+class Cback;
+class CallData;
+class Symbol;
+
+// A listener: a plain function, or (with a consumer) a function that calls a
+// member function on the consumer, made by cbackMethod<&Class::member>.
+typedef void (*CbackFunction)(Cback& cb);
+typedef void (*CbackMethod)(Object& consumer, Cback& cb);
 
 extern Class class_Object;
 extern Class class_Nil;
@@ -23,7 +33,19 @@ class Object {
 public:
     Object();
     Object(const Object&);  // copies nothing: the copy is alive and has no callbacks
+    // Stream constructors: every class has a pair that chains to its base's
+    // and reads its own fields in the order its storer wrote them.
+    Object(std::istream& is, Object* where);
+    Object(BinIstream& is, Object* where);
     virtual ~Object() noexcept(false);
+
+    // Stores the object, or a reference to it when this store already wrote it.
+    virtual void storeOn(std::ostream& os) const;
+    virtual void storeOn(BinOstream& os) const;
+    // Writes the fields: each class calls its base's storer first; Object's
+    // writes the header (class name or number, and the opening brace).
+    virtual void storer(std::ostream& os) const;
+    virtual void storer(BinOstream& os) const;
 
     virtual void checkContents(const char* functionName) const;
     virtual Class* isA() const;
@@ -39,6 +61,49 @@ public:
     virtual void clearCopiedState();
     virtual void deepenShallowCopy();
     virtual void deepDeleteContents();
+
+    // Callbacks and dependents (quill/cback.cpp). A class that overrides one
+    // of the virtual forms brings the others back with a using-declaration.
+    virtual Cback& addCback(Cback& cb);
+    // By identity with removeSame, else the first match of the pattern;
+    // answers the Cback taken off the list (not deleted) or nil.
+    virtual Object* removeCback(Cback& pattern, bool removeSame = false);
+    virtual Cback& addConsumerCback(Cback& cb);
+    virtual Object* removeConsumerCback(Cback& cb);
+    // Calls the listeners of event, and those of AnyCback, in order of addition.
+    virtual void cbackOn(const Symbol& event, CallData* callData = 0);
+    // The receiving end of dependents.
+    virtual bool update(Object& sender, CallData* callData, Object& userData);
+
+    Cback& addCback(const Symbol& event, CbackFunction function, Object* userData = 0,
+                    CallData* callData = 0);
+    Cback& addCback(const Symbol& event, CbackMethod method, Object& consumer,
+                    Object* userData = 0);
+    // Delete the first match; answer its userData, or nil when none matched.
+    Object* removeCback(const Symbol& event, CbackFunction function, Object* userData = 0);
+    Object* removeCback(const Symbol& event, CbackMethod method, Object& consumer,
+                        Object* userData = 0);
+    void removeCbacks(const Symbol& event, Object* consumer = 0);  // every match
+    void removeAllCbacks();
+    // Drops the dependents' Cbacks that this object consumes, from both lists.
+    void removeConsumerCbacks();
+    bool hasCback(const Symbol& event) const;
+
+    void changed(CallData* callData = 0);
+    void addDependent(Object& ob, Object& userData = *nil);
+    void removeDependent(Object& ob, Object& userData = *nil);
+    void removeDependents(Object& ob);
+    void removeAllDependents();
+    // Adds the Cbacks of the dependents to result.
+    OrderedCltn& getDependents(OrderedCltn& result) const;
+    // The listener of addDependent: update on the consumer.
+    void dependentUpdate(Cback& cb);
+
+    // Queues a Cback that raises event on this object at a time of currentTime().
+    Cback& wakeAt(double time, const Symbol& event, CallData* callData = 0);
+    Cback& wakeIn(double delay, const Symbol& event, CallData* callData = 0);
+    // Removes and deletes the entry; false when the queue doesn't hold it.
+    bool cancelWakeup(Cback& cb);
 
     const char* className() const;
     Class* baseClass() const;
@@ -68,9 +133,9 @@ public:
     Object& operator=(const Object& rhs);  // shallow: bytewise over this
     Object& deepAssign(const Object& rhs);
 
-    // Prints into a caller's buffer instead of the ring; answers null when it
-    // does not fit.
-    const char* asCharPointer(char* buffer, size_t length) const;
+    // Prints into a caller's buffer instead of the ring, by storeOn when
+    // useStoreOn is set; answers null when it does not fit.
+    const char* asCharPointer(char* buffer, size_t length, bool useStoreOn = false) const;
 
     void derivedClassResponsibility(const char* method) const;
     void shouldNotImplement(const char* method) const;
@@ -97,6 +162,8 @@ public:
     bool isEqual(const Object& ob) const override;
     int compare(const Object& ob) const override;
     void printOn(std::ostream& os) const override;
+    void storer(std::ostream& os) const override;  // refused: nil is stored as "@0 "
+    void storer(BinOstream& os) const override;
 };
 
 // Liveness test that never faults, whatever the pointer value.

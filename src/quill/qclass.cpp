@@ -51,7 +51,9 @@ void runInitors() {
 bool classesInitialized = false;
 bool printClassesFlag = false;
 
-Class class_Class(&class_Object, "Class", 1, QUILL_IDENT(Class, 1), sizeof(Class), 0, 0, 0, 0, 0, 0);
+Class class_Class(&class_Object, "Class", 1, QUILL_IDENT(Class, 1), sizeof(Class),
+                  QuillReader<Class, std::istream, &class_Class>::read,
+                  QuillReader<Class, BinIstream, &class_Class>::read, 0, 0, 0, 0);
 
 Class::Class(Class* base, const char* name, unsigned version, const char* ident,
              unsigned instanceSize, TextReader textReader, BinaryReader binaryReader,
@@ -67,6 +69,21 @@ Class::Class(Class* base, const char* name, unsigned version, const char* ident,
 Class::Class() : Object() { shouldNotImplement("creator"); }
 
 Class::Class(const Class&) : Object() { shouldNotImplement("creator"); }
+
+void refuseReader(const Class& c) {
+    setError(ILLEGALMETHOD, SEV_ERROR, c.name(), "reader constructor");
+}
+
+Class::Class(std::istream& is, Object* where) : Object(is, where) {
+    shouldNotImplement("reader constructor");
+}
+
+Class::Class(BinIstream& is, Object* where) : Object(is, where) {
+    shouldNotImplement("reader constructor");
+}
+
+void Class::storer(std::ostream&) const { shouldNotImplement("storer"); }
+void Class::storer(BinOstream&) const { shouldNotImplement("storer"); }
 
 Class* Class::isA() const { return &class_Class; }
 bool Class::isEqual(const Object& ob) const { return this == &ob; }

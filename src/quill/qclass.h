@@ -6,6 +6,7 @@
 
 #include <iosfwd>
 #include <new>
+#include <type_traits>
 
 class Dictionary;
 class BinIstream;
@@ -26,6 +27,8 @@ public:
           ClassFunction early, ClassFunction initor, Creator creator, Destroyer destroyer);
     Class();                 // refused: "creator"
     Class(const Class&);     // refused: "creator"
+    Class(std::istream& is, Object* where);  // refused: "reader constructor"
+    Class(BinIstream& is, Object* where);    // refused: "reader constructor"
 
     Class* isA() const override;
     bool isEqual(const Object& ob) const override;
@@ -34,6 +37,8 @@ public:
     unsigned size() const override;  // the instance size
     void printOn(std::ostream& os) const override;
     Object* deepCopy() const;        // refused: "deepCopy"
+    void storer(std::ostream& os) const override;  // refused: "storer"
+    void storer(BinOstream& os) const override;    // refused: "storer"
 
     const char* name() const { return className_; }
     const char* ident() const { return ident_; }
@@ -96,23 +101,40 @@ private:
 
 #define QUILL_IDENT(ClassName, version) __FILE__ ": " #ClassName "  v. " #version
 
-// Defines the descriptor class_<ClassName> of a class with a default
-// constructor, with its creator and destroyer. initor may be 0.
-#define DEFINE_CLASS(ClassName, BaseName, version, initor)                              \
-    static Object* create_##ClassName() { return new ClassName; }                       \
+// Raises ILLEGALMETHOD "reader constructor" in the name of c.
+[[noreturn]] void refuseReader(const Class& c);
+
+// The stream readers of a class C of type T: they construct an instance in
+// place with its stream constructors. A class without them reads as a refusal.
+template <class T, class Stream, const Class* C,
+          bool = std::is_constructible<T, Stream&, Object*>::value>
+struct QuillReader {
+    static void read(Stream& s, Object* where) { new (where) T(s, where); }
+};
+template <class T, class Stream, const Class* C>
+struct QuillReader<T, Stream, C, false> {
+    static void read(Stream&, Object*) { refuseReader(*C); }
+};
+
+#define QUILL_DESCRIPTOR(ClassName, BaseName, version, initor, creator)                       \
     static void destroy_##ClassName(Object* ob) { static_cast<ClassName*>(ob)->~ClassName(); } \
-    Class class_##ClassName(&class_##BaseName, #ClassName, version,                     \
-                            QUILL_IDENT(ClassName, version), sizeof(ClassName), 0, 0, 0, \
-                            initor, create_##ClassName, destroy_##ClassName);           \
+    Class class_##ClassName(&class_##BaseName, #ClassName, version,                           \
+                            QUILL_IDENT(ClassName, version), sizeof(ClassName),               \
+                            QuillReader<ClassName, std::istream, &class_##ClassName>::read,    \
+                            QuillReader<ClassName, BinIstream, &class_##ClassName>::read, 0,   \
+                            initor, creator,                                                  \
+                            destroy_##ClassName);                                             \
     Class* ClassName::isA() const { return &class_##ClassName; }
+
+// Defines the descriptor class_<ClassName> of a class with a default
+// constructor, with its creator, destroyer and readers. initor may be 0.
+#define DEFINE_CLASS(ClassName, BaseName, version, initor)                \
+    static Object* create_##ClassName() { return new ClassName; }         \
+    QUILL_DESCRIPTOR(ClassName, BaseName, version, initor, create_##ClassName)
 
 // The same for a class without a default instance (abstract, or one whose
 // default construction is refused): it has no creator.
-#define DEFINE_ABSTRACT_CLASS(ClassName, BaseName, version, initor)                     \
-    static void destroy_##ClassName(Object* ob) { static_cast<ClassName*>(ob)->~ClassName(); } \
-    Class class_##ClassName(&class_##BaseName, #ClassName, version,                     \
-                            QUILL_IDENT(ClassName, version), sizeof(ClassName), 0, 0, 0, \
-                            initor, 0, destroy_##ClassName);                            \
-    Class* ClassName::isA() const { return &class_##ClassName; }
+#define DEFINE_ABSTRACT_CLASS(ClassName, BaseName, version, initor) \
+    QUILL_DESCRIPTOR(ClassName, BaseName, version, initor, 0)
 
 #endif

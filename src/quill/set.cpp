@@ -16,9 +16,7 @@ const unsigned MAX_CAPACITY = 1u << 29;
 
 }  // namespace
 
-Set::Set(unsigned capacity) : mask(0), threshold(0), count(0), table(0) {
-    setCapacity(capacity);
-}
+Set::Set(unsigned capacity) : mask(0), threshold(0), count(0), table(0) { setCapacity(capacity); }
 
 Set::Set(const Set& s) : Collection(s), mask(0), threshold(0), count(0), table(0) {
     if (s.isA() == &class_Set) {
@@ -79,9 +77,7 @@ Object*& Set::slot(unsigned i) const { return table->elem(int(i)); }
 
 unsigned Set::startIndex(const Object& ob) const { return ob.hash() % mask; }
 
-bool Set::matches(const Object& stored, const Object& candidate) const {
-    return stored.isEqual(candidate);
-}
+bool Set::matches(const Object& stored, const Object& candidate) const { return stored.isEqual(candidate); }
 
 // The probe runs downward from the start and wraps from slot 0 to the last
 // slot. It always ends: at least half of the slots are empty.

@@ -34,10 +34,10 @@ public:
     Object* add(Object& ob) override;
     // Raises REMOVEERR when absent.
     Object* remove(const Object& ob) override;
-    Object* removeSame(const Object& ob) override;                  // refused
+    Object* removeSame(const Object& ob) override;                     // refused
     Object* replace(const Object& oldOb, Object& newOb) override;      // refused
     Object* replaceSame(const Object& oldOb, Object& newOb) override;  // refused
-    Object* find(const Object& ob) const override;  // nil when absent
+    Object* find(const Object& ob) const override;                     // nil when absent
     Object* findSame(const Object& ob) const override;
     bool includes(const Object& ob) const override;
     unsigned occurrencesOf(const Object& ob) const override;  // 0 or 1

@@ -76,14 +76,15 @@ TEST_F(DictionaryTest, ErrorTexts) {
     String alpha("alpha");
     Integer one(1);
     d.atPut(alpha, one);
+    String sameKey("alpha");
     struct Row {
         const char* what;
         std::function<void()> call;
         const char* text;
     } rows[] = {
-        {"atPut of a present key", [&] { d.atPut(*new String("alpha"), one); },
+        {"atPut of a present key", [&] { d.atPut(sameKey, one); },
          "[DUPKEY] Tried to add duplicate key: Dictionary::addAssoc(alpha)"},
-        {"addAssoc of a present key", [&] { d.addAssoc(*new Assoc(*new String("alpha"))); },
+        {"addAssoc of a present key", [&] { d.addAssoc(*new Assoc(sameKey)); },
          "[DUPKEY] Tried to add duplicate key: Dictionary::addAssoc(alpha)"},
         {"atKey of an absent key", [&] { d.atKey(String("beta")); },
          "[KEYNOTFOUND] Key not found: Dictionary::atKey(beta)"},
@@ -279,7 +280,8 @@ TEST_F(DictionaryTest, IdentDictTakesPairsAsKeys) {
     EXPECT_EQ(static_cast<Integer*>(table.atKey(pairAsKey))->value(), 1);
     EXPECT_EQ(static_cast<Integer*>(table.atKey(name))->value(), 2);
     EXPECT_FALSE(table.includesKey(Assoc(name, name)));
-    table.atKey(name, *new Integer(9));
+    Integer nine(9);
+    table.atKey(name, nine);
     EXPECT_EQ(static_cast<AssocInt*>(table.assocAt(name))->intValue(), 9);
     table.deleteContents();
 }

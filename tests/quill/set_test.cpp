@@ -60,7 +60,7 @@ TEST(SetTest, CapacityIsTheNextPowerOfTwo) {
     struct Row {
         unsigned asked, threshold, slots, mask;
     } rows[] = {
-        {1, 1, 2, 1},       {2, 2, 4, 3},       {3, 4, 8, 7},       {16, 16, 32, 31},
+        {1, 1, 2, 1},         {2, 2, 4, 3},         {3, 4, 8, 7},         {16, 16, 32, 31},
         {100, 128, 256, 255}, {128, 128, 256, 255}, {129, 256, 512, 511}, {1024, 1024, 2048, 2047},
     };
     for (const Row& row : rows) {
