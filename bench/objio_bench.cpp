@@ -94,5 +94,5 @@ void BM_ReadTree(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(BM_StoreTree)->RangeMultiplier(10)->Range(1000, 1000000);
+BENCHMARK(BM_StoreTree)->RangeMultiplier(10)->Range(1000, 100000);
 BENCHMARK(BM_ReadTree)->RangeMultiplier(10)->Range(1000, 100000);
