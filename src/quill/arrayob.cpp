@@ -1,11 +1,13 @@
-// ArrayOb: checked slot access, resizing, sorting and copying of object arrays.
+// ArrayOb: checked slot access, resizing, sorting, copying and stream form of object arrays.
 #include "quill/arrayob.h"
 
 #include "quill/objalloc.h"
+#include "quill/objio.h"
 #include "quill/quillerr.h"
 
 #include <cstdlib>
 #include <cstring>
+#include <ostream>
 
 DEFINE_CLASS(ArrayOb, Collection, 1, 0)
 
@@ -29,6 +31,30 @@ ArrayOb::ArrayOb(unsigned size) { allocate(size); }
 ArrayOb::ArrayOb(const ArrayOb& a) : Collection(a) {
     allocate(a.sz);
     if (sz) memcpy(v, a.v, sz * sizeof(Object*));
+}
+
+// Each slot is nil until its element is read: a slot that refers back to
+// this array finds it alive. The array grows as its slots are read, so that
+// a damaged count ends at the end of the stream, not in a huge allocation.
+template <class Stream>
+void ArrayOb::readSlots(Stream& is, unsigned n) {
+    allocate(n < READ_CAPACITY_LIMIT ? n : unsigned(READ_CAPACITY_LIMIT));
+    for (unsigned i = 0; i < n; ++i) {
+        if (i == sz) reSize(n / 2 > i ? 2 * i : n);
+        v[i] = readFrom(is, "", nil);
+    }
+}
+
+ArrayOb::ArrayOb(std::istream& is, Object* where) : Collection(is, where), v(0), sz(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    readSlots(is, readUnsignedField(is));
+}
+
+ArrayOb::ArrayOb(BinIstream& is, Object* where) : Collection(is, where), v(0), sz(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    unsigned n;
+    is >> n;
+    readSlots(is, n);
 }
 
 ArrayOb::~ArrayOb() noexcept(false) { objectFree(v); }
@@ -124,6 +150,18 @@ unsigned ArrayOb::hash() const {
     unsigned h = sz;
     for (unsigned i = 0; i < sz; ++i) h ^= v[i]->hash();
     return h;
+}
+
+void ArrayOb::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << sz;
+    for (unsigned i = 0; i < sz; ++i) v[i]->storeOn(os);
+}
+
+void ArrayOb::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << sz;
+    for (unsigned i = 0; i < sz; ++i) v[i]->storeOn(os);
 }
 
 // A bitwise copy shares the slots: give it its own.

@@ -15,6 +15,9 @@ public:
 
     explicit ArrayOb(unsigned size = DEFAULT_CAPACITY);
     ArrayOb(const ArrayOb& a);
+    // The capacity, then every slot, nil ones included.
+    ArrayOb(std::istream& is, Object* where);
+    ArrayOb(BinIstream& is, Object* where);
     ~ArrayOb() noexcept(false) override;
     ArrayOb& operator=(const ArrayOb& a);
 
@@ -41,6 +44,8 @@ public:
 
     bool isEqual(const Object& ob) const override;
     unsigned hash() const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     void clearCopiedState() override;
     void deepenShallowCopy() override;
     void deepDeleteContents() override;
@@ -48,6 +53,8 @@ public:
 private:
     void checkIndex(int i, const char* method) const;
     void allocate(unsigned n);
+    template <class Stream>
+    void readSlots(Stream& is, unsigned n);
 
     Object** v;   // max(sz, 1) slots from the object allocator
     unsigned sz;  // the capacity

@@ -10,6 +10,11 @@ class Assoc : public LookupKey {
     DECLARE_MEMBERS(Assoc)
 public:
     explicit Assoc(Object& newKey = *nil, Object& newValue = *nil) : LookupKey(newKey), value_(&newValue) {}
+    // The key, then the value.
+    Assoc(std::istream& is, Object* where);
+    Assoc(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
     Object* value() const override { return value_; }
     Object* value(Object& newValue) override;  // answers the former value

@@ -11,6 +11,11 @@ class AssocInt : public LookupKey {
     DECLARE_MEMBERS(AssocInt)
 public:
     explicit AssocInt(Object& newKey = *nil, int newValue = 0) : LookupKey(newKey), value_(newValue) {}
+    // The key, then the Integer, read into place.
+    AssocInt(std::istream& is, Object* where);
+    AssocInt(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
     // The embedded Integer itself.
     Object* value() const override { return const_cast<Integer*>(&value_); }

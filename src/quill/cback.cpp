@@ -1,20 +1,20 @@
 // Callbacks: Cback, the callback record, raising, dependents and the wake-up queue.
 #include "quill/cback.h"
 
+#include <chrono>
+#include <cstdint>
+#include <cstring>
+#include <iostream>
+#include <thread>
+#include <vector>
+
 #include "quill/clock.h"
 #include "quill/heap.h"
-#include "quill/objio.h"
 #include "quill/objalloc.h"
+#include "quill/objio.h"
 #include "quill/orderedc.h"
 #include "quill/quillerr.h"
 #include "quill/startup.h"
-
-#include <chrono>
-#include <cstring>
-#include <iostream>
-#include <cstdint>
-#include <thread>
-#include <vector>
 
 DEFINE_CLASS(Cback, Object, 1, 0)
 DEFINE_CLASS(CbackData, Assoc, 1, 0)
@@ -109,8 +109,7 @@ struct EntryGuard {
 // Cback
 
 Cback::Cback()
-    : function(0), wakeup(0.0), owner(nil), event(DefaultCback), userData(0), callData(0),
-      consumer(0) {}
+    : function(0), wakeup(0.0), owner(nil), event(DefaultCback), userData(0), callData(0), consumer(0) {}
 
 Cback::Cback(CbackFunction f, Object* o, const Symbol& e, Object* u, CallData* d)
     : function(f), wakeup(0.0), owner(o), event(e), userData(u), callData(d), consumer(0) {
@@ -119,27 +118,35 @@ Cback::Cback(CbackFunction f, Object* o, const Symbol& e, Object* u, CallData* d
 
 Cback::Cback(CbackMethod m, Object* c, Object* o, const Symbol& e, Object* u, CallData* d)
     : function(reinterpret_cast<CbackFunction>(reinterpret_cast<void (*)()>(m))),
-      wakeup(0.0), owner(o), event(e),
-      userData(u), callData(d), consumer(c) {
+      wakeup(0.0),
+      owner(o),
+      event(e),
+      userData(u),
+      callData(d),
+      consumer(c) {
     holdCallData();
 }
 
 Cback::Cback(const Cback& cb)
-    : Object(cb), function(cb.function), wakeup(cb.wakeup), owner(cb.owner), event(cb.event),
-      userData(cb.userData), callData(cb.callData), consumer(cb.consumer) {
+    : Object(cb),
+      function(cb.function),
+      wakeup(cb.wakeup),
+      owner(cb.owner),
+      event(cb.event),
+      userData(cb.userData),
+      callData(cb.callData),
+      consumer(cb.consumer) {
     holdCallData();
 }
 
 Cback::Cback(std::istream& is, Object* where)
-    : Object(is, where), function(0), wakeup(0.0), owner(nil), userData(0), callData(0),
-      consumer(0) {
+    : Object(is, where), function(0), wakeup(0.0), owner(nil), userData(0), callData(0), consumer(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
     notYetImplemented("reader");
 }
 
 Cback::Cback(BinIstream& is, Object* where)
-    : Object(is, where), function(0), wakeup(0.0), owner(nil), userData(0), callData(0),
-      consumer(0) {
+    : Object(is, where), function(0), wakeup(0.0), owner(nil), userData(0), callData(0), consumer(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
     notYetImplemented("reader");
 }
@@ -214,13 +221,9 @@ void Cback::call(Cback& arg) const {
 
 CbackData::CbackData() : pendingWakeups(0) {}
 
-OrderedCltn* CbackData::cbackList() const {
-    return key_ == nil ? 0 : CAST(OrderedCltn, key_);
-}
+OrderedCltn* CbackData::cbackList() const { return key_ == nil ? 0 : CAST(OrderedCltn, key_); }
 
-OrderedCltn* CbackData::consumedList() const {
-    return value_ == nil ? 0 : CAST(OrderedCltn, value_);
-}
+OrderedCltn* CbackData::consumedList() const { return value_ == nil ? 0 : CAST(OrderedCltn, value_); }
 
 // The key and value are set directly: an Assoc's value setter would tell
 // the record's own dependents, and the record has none.
@@ -284,13 +287,11 @@ Object* Object::removeConsumerCback(Cback& cb) {
     return list->removeSame(cb);
 }
 
-Cback& Object::addCback(const Symbol& event, CbackFunction function, Object* userData,
-                        CallData* callData) {
+Cback& Object::addCback(const Symbol& event, CbackFunction function, Object* userData, CallData* callData) {
     return addCback(*new Cback(function, this, event, userData, callData));
 }
 
-Cback& Object::addCback(const Symbol& event, CbackMethod method, Object& consumer,
-                        Object* userData) {
+Cback& Object::addCback(const Symbol& event, CbackMethod method, Object& consumer, Object* userData) {
     Cback& cb = addCback(*new Cback(method, &consumer, this, event, userData));
     CAST(Object, &consumer)->addConsumerCback(cb);
     return cb;
@@ -309,8 +310,7 @@ Object* Object::removeCback(const Symbol& event, CbackFunction function, Object*
     return answer;
 }
 
-Object* Object::removeCback(const Symbol& event, CbackMethod method, Object& consumer,
-                            Object* userData) {
+Object* Object::removeCback(const Symbol& event, CbackMethod method, Object& consumer, Object* userData) {
     Cback pattern(method, &consumer, nil, event, userData);
     Object* found = removeCback(pattern, false);
     if (found == nil) return nil;
@@ -340,8 +340,7 @@ void Object::removeConsumerCbacks() {
     Cback pattern(CbackFunction(0), nil, DependenceCback);
     OrderedCltn* list;
     Object* found;
-    while ((list = cbackData ? cbackData->consumedList() : 0) &&
-           (found = list->find(pattern)) != nil) {
+    while ((list = cbackData ? cbackData->consumedList() : 0) && (found = list->find(pattern)) != nil) {
         Cback* cb = CAST(Cback, found);
         list->removeSame(*cb);
         CAST(Object, cb->owner)->removeCback(*cb, true);
@@ -379,8 +378,7 @@ void Object::cbackOn(const Symbol& event, CallData* callData) {
     bool any = event.isEqual(AnyCback);
     for (const SnapshotEntry& entry : snapshot) {
         Cback* cb = entry.cb;
-        if (!validObject(cb) || cb->wakeup != entry.serial || !cb->isMemberOf(class_Cback))
-            continue;
+        if (!validObject(cb) || cb->wakeup != entry.serial || !cb->isMemberOf(class_Cback)) continue;
         if (any || cb->event.isEqual(event) || cb->event.isEqual(AnyCback)) {
             Cback call(*cb);
             call.event = event;
@@ -427,9 +425,7 @@ OrderedCltn& Object::getDependents(OrderedCltn& result) const {
     return result;
 }
 
-void Object::dependentUpdate(Cback& cb) {
-    update(*cb.owner, cb.callData, cb.userData ? *cb.userData : *nil);
-}
+void Object::dependentUpdate(Cback& cb) { update(*cb.owner, cb.callData, cb.userData ? *cb.userData : *nil); }
 
 // Object: wake-ups
 
@@ -596,20 +592,30 @@ DEFINE_CLASS(CallData, Object, 1, 0)
 
 namespace {
 
-const char* const KIND_NAMES[] = {"None", "Object", "ObjectNotOwn", "char",  "Uchar",
-                                  "short", "Ushort", "int",         "Uint",  "long",
-                                  "Ulong", "float",  "double"};
+const char* const KIND_NAMES[] = {"None", "Object", "ObjectNotOwn", "char",  "Uchar", "short", "Ushort",
+                                  "int",  "Uint",   "long",         "Ulong", "float", "double"};
 
 // Bytes of heap storage a kind keeps; 0 for none and for the object kinds.
 size_t storageSize(unsigned kind) {
     switch (kind) {
-    case CallData::CHAR: case CallData::UCHAR: return 1;
-    case CallData::SHORT: case CallData::USHORT: return 2;
-    case CallData::INT: case CallData::UINT: return 4;
-    case CallData::LONG: case CallData::ULONG: return sizeof(long);
-    case CallData::FLOAT: return sizeof(float);
-    case CallData::DOUBLE: return sizeof(double);
-    default: return 0;
+        case CallData::CHAR:
+        case CallData::UCHAR:
+            return 1;
+        case CallData::SHORT:
+        case CallData::USHORT:
+            return 2;
+        case CallData::INT:
+        case CallData::UINT:
+            return 4;
+        case CallData::LONG:
+        case CallData::ULONG:
+            return sizeof(long);
+        case CallData::FLOAT:
+            return sizeof(float);
+        case CallData::DOUBLE:
+            return sizeof(double);
+        default:
+            return 0;
     }
 }
 
@@ -660,8 +666,7 @@ CallData::CallData(std::istream& is, Object* where)
     readValue(is);
 }
 
-CallData::CallData(BinIstream& is, Object* where)
-    : Object(is, where), kind_(NONE), value_(0), refCount_(0) {
+CallData::CallData(BinIstream& is, Object* where) : Object(is, where), kind_(NONE), value_(0), refCount_(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
     readValue(is);
 }
@@ -704,20 +709,15 @@ void CallData::freeValue() {
     kind_ = NONE;
 }
 
-const char* CallData::kindName(unsigned kind) {
-    return kind <= LAST_KIND ? KIND_NAMES[kind] : "Unknown";
-}
+const char* CallData::kindName(unsigned kind) { return kind <= LAST_KIND ? KIND_NAMES[kind] : "Unknown"; }
 
 bool CallData::checkKind(unsigned expected) const {
     if (kind_ == expected) return true;
-    std::cerr << "Bad arg, expected " << kindName(expected) << ": was " << kindName(kind_)
-              << std::endl;
+    std::cerr << "Bad arg, expected " << kindName(expected) << ": was " << kindName(kind_) << std::endl;
     return false;
 }
 
-bool CallData::checkObjectKind() const {
-    return isObjectKind(kind_) || checkKind(OBJECT);
-}
+bool CallData::checkObjectKind() const { return isObjectKind(kind_) || checkKind(OBJECT); }
 
 int CallData::asInt() const {
     checkKind(INT);
@@ -748,8 +748,7 @@ Object* CallData::asObject() const {
 const char* CallData::asCharPointer() const {
     if (!checkObjectKind()) return Object::asCharPointer();
     Object* ob = static_cast<Object*>(value_);
-    return ob->isKindOf(class_String) ? static_cast<String*>(ob)->asCharPointer()
-                                      : ob->asCharPointer();
+    return ob->isKindOf(class_String) ? static_cast<String*>(ob)->asCharPointer() : ob->asCharPointer();
 }
 
 String CallData::asString() const { return String(asCharPointer()); }
@@ -766,26 +765,51 @@ bool CallData::isEqual(const Object& ob) const {
     unsigned b = other.kind_ == OBJECT_NOT_OWN ? unsigned(OBJECT) : other.kind_;
     if (a != b || a > LAST_KIND) return false;
     if (a == NONE) return true;
-    if (a == OBJECT)
-        return *static_cast<const Object*>(value_) == *static_cast<const Object*>(other.value_);
+    if (a == OBJECT) return *static_cast<const Object*>(value_) == *static_cast<const Object*>(other.value_);
     return memcmp(value_, other.value_, storageSize(a)) == 0;
 }
 
 void CallData::writeValue(std::ostream& os) const {
     switch (kind_) {
-    case NONE: break;
-    case OBJECT: case OBJECT_NOT_OWN: static_cast<Object*>(value_)->printOn(os); break;
-    case CHAR: os << int(storedBits<signed char>(kind_, value_)); break;
-    case UCHAR: os << unsigned(storedBits<unsigned char>(kind_, value_)); break;
-    case SHORT: os << storedBits<short>(kind_, value_); break;
-    case USHORT: os << storedBits<unsigned short>(kind_, value_); break;
-    case INT: os << storedBits<int>(kind_, value_); break;
-    case UINT: os << storedBits<unsigned>(kind_, value_); break;
-    case LONG: os << storedBits<long>(kind_, value_); break;
-    case ULONG: os << storedBits<unsigned long>(kind_, value_); break;
-    case FLOAT: os << storedBits<float>(kind_, value_); break;
-    case DOUBLE: os << storedBits<double>(kind_, value_); break;
-    default: os << "Unknown"; break;
+        case NONE:
+            break;
+        case OBJECT:
+        case OBJECT_NOT_OWN:
+            static_cast<Object*>(value_)->printOn(os);
+            break;
+        case CHAR:
+            os << int(storedBits<signed char>(kind_, value_));
+            break;
+        case UCHAR:
+            os << unsigned(storedBits<unsigned char>(kind_, value_));
+            break;
+        case SHORT:
+            os << storedBits<short>(kind_, value_);
+            break;
+        case USHORT:
+            os << storedBits<unsigned short>(kind_, value_);
+            break;
+        case INT:
+            os << storedBits<int>(kind_, value_);
+            break;
+        case UINT:
+            os << storedBits<unsigned>(kind_, value_);
+            break;
+        case LONG:
+            os << storedBits<long>(kind_, value_);
+            break;
+        case ULONG:
+            os << storedBits<unsigned long>(kind_, value_);
+            break;
+        case FLOAT:
+            os << storedBits<float>(kind_, value_);
+            break;
+        case DOUBLE:
+            os << storedBits<double>(kind_, value_);
+            break;
+        default:
+            os << "Unknown";
+            break;
     }
 }
 
@@ -832,9 +856,7 @@ T readField(BinIstream& is) {
     return v;
 }
 
-void badKind(unsigned kind) {
-    setError(RDSYNERR, SEV_ERROR, "a CallData kind", formatText("%u", kind));
-}
+void badKind(unsigned kind) { setError(RDSYNERR, SEV_ERROR, "a CallData kind", formatText("%u", kind)); }
 
 }  // namespace
 
@@ -860,53 +882,165 @@ void CallData::storer(BinOstream& os) const {
     }
     os << kind_;
     switch (kind_) {
-    case NONE: break;
-    case OBJECT: case OBJECT_NOT_OWN: static_cast<Object*>(value_)->storeOn(os); break;
-    case CHAR: os << storedBits<char>(kind_, value_); break;
-    case UCHAR: os << storedBits<unsigned char>(kind_, value_); break;
-    case SHORT: case USHORT: os << storedBits<short>(kind_, value_); break;
-    case INT: os << storedBits<int>(kind_, value_); break;
-    case UINT: os << storedBits<unsigned>(kind_, value_); break;
-    case LONG: os << storedBits<long>(kind_, value_); break;
-    case ULONG: os << storedBits<unsigned long>(kind_, value_); break;
-    case FLOAT: os << storedBits<float>(kind_, value_); break;
-    case DOUBLE: os << storedBits<double>(kind_, value_); break;
+        case NONE:
+            break;
+        case OBJECT:
+        case OBJECT_NOT_OWN:
+            static_cast<Object*>(value_)->storeOn(os);
+            break;
+        case CHAR:
+            os << storedBits<char>(kind_, value_);
+            break;
+        case UCHAR:
+            os << storedBits<unsigned char>(kind_, value_);
+            break;
+        case SHORT:
+        case USHORT:
+            os << storedBits<short>(kind_, value_);
+            break;
+        case INT:
+            os << storedBits<int>(kind_, value_);
+            break;
+        case UINT:
+            os << storedBits<unsigned>(kind_, value_);
+            break;
+        case LONG:
+            os << storedBits<long>(kind_, value_);
+            break;
+        case ULONG:
+            os << storedBits<unsigned long>(kind_, value_);
+            break;
+        case FLOAT:
+            os << storedBits<float>(kind_, value_);
+            break;
+        case DOUBLE:
+            os << storedBits<double>(kind_, value_);
+            break;
     }
 }
 
 void CallData::readValue(std::istream& is) {
     unsigned kind = readField<unsigned>(is);
     switch (kind) {
-    case NONE: break;
-    case OBJECT: case OBJECT_NOT_OWN: kind_ = OBJECT; value_ = readFrom(is); break;
-    case CHAR: { signed char v = (signed char)readField<int>(is); allocate(kind, &v); break; }
-    case UCHAR: { unsigned char v = (unsigned char)readField<unsigned>(is); allocate(kind, &v); break; }
-    case SHORT: { short v = readField<short>(is); allocate(kind, &v); break; }
-    case USHORT: { unsigned short v = readField<unsigned short>(is); allocate(kind, &v); break; }
-    case INT: { int v = readField<int>(is); allocate(kind, &v); break; }
-    case UINT: { unsigned v = readField<unsigned>(is); allocate(kind, &v); break; }
-    case LONG: { long v = readField<long>(is); allocate(kind, &v); break; }
-    case ULONG: { unsigned long v = readField<unsigned long>(is); allocate(kind, &v); break; }
-    case FLOAT: { float v = readField<float>(is); allocate(kind, &v); break; }
-    case DOUBLE: { double v = readField<double>(is); allocate(kind, &v); break; }
-    default: badKind(kind);
+        case NONE:
+            break;
+        case OBJECT:
+        case OBJECT_NOT_OWN:
+            kind_ = OBJECT;
+            value_ = readFrom(is);
+            break;
+        case CHAR: {
+            signed char v = (signed char)readField<int>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case UCHAR: {
+            unsigned char v = (unsigned char)readField<unsigned>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case SHORT: {
+            short v = readField<short>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case USHORT: {
+            unsigned short v = readField<unsigned short>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case INT: {
+            int v = readField<int>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case UINT: {
+            unsigned v = readField<unsigned>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case LONG: {
+            long v = readField<long>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case ULONG: {
+            unsigned long v = readField<unsigned long>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case FLOAT: {
+            float v = readField<float>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case DOUBLE: {
+            double v = readField<double>(is);
+            allocate(kind, &v);
+            break;
+        }
+        default:
+            badKind(kind);
     }
 }
 
 void CallData::readValue(BinIstream& is) {
     unsigned kind = readField<unsigned>(is);
     switch (kind) {
-    case NONE: break;
-    case OBJECT: case OBJECT_NOT_OWN: kind_ = OBJECT; value_ = readFrom(is); break;
-    case CHAR: { char v = readField<char>(is); allocate(kind, &v); break; }
-    case UCHAR: { unsigned char v = readField<unsigned char>(is); allocate(kind, &v); break; }
-    case SHORT: case USHORT: { short v = readField<short>(is); allocate(kind, &v); break; }
-    case INT: { int v = readField<int>(is); allocate(kind, &v); break; }
-    case UINT: { unsigned v = readField<unsigned>(is); allocate(kind, &v); break; }
-    case LONG: { long v = readField<long>(is); allocate(kind, &v); break; }
-    case ULONG: { unsigned long v = readField<unsigned long>(is); allocate(kind, &v); break; }
-    case FLOAT: { float v = readField<float>(is); allocate(kind, &v); break; }
-    case DOUBLE: { double v = readField<double>(is); allocate(kind, &v); break; }
-    default: badKind(kind);
+        case NONE:
+            break;
+        case OBJECT:
+        case OBJECT_NOT_OWN:
+            kind_ = OBJECT;
+            value_ = readFrom(is);
+            break;
+        case CHAR: {
+            char v = readField<char>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case UCHAR: {
+            unsigned char v = readField<unsigned char>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case SHORT:
+        case USHORT: {
+            short v = readField<short>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case INT: {
+            int v = readField<int>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case UINT: {
+            unsigned v = readField<unsigned>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case LONG: {
+            long v = readField<long>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case ULONG: {
+            unsigned long v = readField<unsigned long>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case FLOAT: {
+            float v = readField<float>(is);
+            allocate(kind, &v);
+            break;
+        }
+        case DOUBLE: {
+            double v = readField<double>(is);
+            allocate(kind, &v);
+            break;
+        }
+        default:
+            badKind(kind);
     }
 }

@@ -2,11 +2,11 @@
 #ifndef QUILL_CBACK_H
 #define QUILL_CBACK_H
 
+#include <iosfwd>
+
 #include "quill/assoc.h"
 #include "quill/qclass.h"
 #include "quill/symbol.h"
-
-#include <iosfwd>
 
 class OrderedCltn;
 class String;
@@ -49,8 +49,8 @@ public:
     Cback();  // event DefaultCback, all else empty
     Cback(CbackFunction function, Object* owner, const Symbol& event, Object* userData = 0,
           CallData* callData = 0);
-    Cback(CbackMethod method, Object* consumer, Object* owner, const Symbol& event,
-          Object* userData = 0, CallData* callData = 0);
+    Cback(CbackMethod method, Object* consumer, Object* owner, const Symbol& event, Object* userData = 0,
+          CallData* callData = 0);
     Cback(const Cback& cb);
     // Callback lists are never stored: both readers refuse with NOTYET "reader".
     Cback(std::istream& is, Object* where);
@@ -61,7 +61,7 @@ public:
     // With a Cback: all fields match (see above). With a Symbol: the event
     // equals it. Anything else: false.
     bool isEqual(const Object& ob) const override;
-    unsigned hash() const override;           // event's hash xor owner
+    unsigned hash() const override;                // event's hash xor owner
     int compare(const Object& ob) const override;  // by wakeup
     void clearCopiedState() override;
 
@@ -78,9 +78,9 @@ public:
     double wakeup;           // listener: its serial; queue entry: its time
     Object* owner;           // raises it, or will be raised on; nil in patterns
     Symbol event;
-    Object* userData;        // the listener's own word, handed back on each call
-    CallData* callData;      // a CallData, or any other value the raiser chose
-    Object* consumer;        // 0 for a plain function
+    Object* userData;    // the listener's own word, handed back on each call
+    CallData* callData;  // a CallData, or any other value the raiser chose
+    Object* consumer;    // 0 for a plain function
 
 private:
     void holdCallData();
@@ -93,8 +93,20 @@ class CallData : public Object {
     DECLARE_MEMBERS(CallData)
 public:
     enum Kind {
-        NONE = 0, OBJECT, OBJECT_NOT_OWN, CHAR, UCHAR, SHORT, USHORT, INT, UINT,
-        LONG, ULONG, FLOAT, DOUBLE, LAST_KIND = DOUBLE
+        NONE = 0,
+        OBJECT,
+        OBJECT_NOT_OWN,
+        CHAR,
+        UCHAR,
+        SHORT,
+        USHORT,
+        INT,
+        UINT,
+        LONG,
+        ULONG,
+        FLOAT,
+        DOUBLE,
+        LAST_KIND = DOUBLE
     };
 
     CallData();  // kind NONE
@@ -102,10 +114,10 @@ public:
     CallData(long v);
     CallData(float v);
     CallData(double v);
-    CallData(const char* text);  // a new String, or NONE for a null pointer
-    CallData(const Object& val);  // a shallow copy; nil stays nil
+    CallData(const char* text);       // a new String, or NONE for a null pointer
+    CallData(const Object& val);      // a shallow copy; nil stays nil
     CallData(Object* val, bool own);  // a deep copy unless own; nil is kept
-    CallData(const CallData& cd);  // deep
+    CallData(const CallData& cd);     // deep
     // Stream form: the kind, a blank and the value; an object that was not
     // owned reads back as owned.
     CallData(std::istream& is, Object* where);

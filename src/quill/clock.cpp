@@ -1,7 +1,10 @@
-// Clock: the millisecond tick and the stopwatch on it.
+// Clock: the millisecond tick, the stopwatch on it and its stream form.
 #include "quill/clock.h"
 
+#include "quill/binstrm.h"
+
 #include <chrono>
+#include <istream>
 #include <ostream>
 
 DEFINE_CLASS(Clock, Object, 1, 0)
@@ -20,3 +23,28 @@ bool Clock::isEqual(const Object& ob) const {
 unsigned Clock::hash() const { return unsigned(start); }
 
 void Clock::printOn(std::ostream& os) const { os << elapsed() << " ms"; }
+
+// Stream form: the milliseconds elapsed, since the tick itself means nothing
+// to another process.
+
+Clock::Clock(std::istream& is, Object* where) : Object(is, where), start(now()) {
+    long elapsedTime = 0;
+    is >> elapsedTime;
+    start -= elapsedTime;
+}
+
+Clock::Clock(BinIstream& is, Object* where) : Object(is, where), start(now()) {
+    long elapsedTime = 0;
+    is >> elapsedTime;
+    start -= elapsedTime;
+}
+
+void Clock::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << elapsed() << ' ';
+}
+
+void Clock::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << elapsed();
+}

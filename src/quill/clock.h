@@ -11,6 +11,9 @@ class Clock : public Object {
     DECLARE_MEMBERS(Clock)
 public:
     Clock();  // started now
+    // Stream form: the milliseconds elapsed; a clock read goes on from there.
+    Clock(std::istream& is, Object* where);
+    Clock(BinIstream& is, Object* where);
 
     // The system's millisecond tick: steady, from an arbitrary origin.
     static long now();
@@ -23,6 +26,8 @@ public:
     bool isEqual(const Object& ob) const override;
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;  // "<elapsed> ms"
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     long start;  // the tick of the start, in milliseconds

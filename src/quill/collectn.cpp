@@ -2,12 +2,14 @@
 #include "quill/collectn.h"
 
 #include "quill/arrayob.h"
+#include "quill/objio.h"
 #include "quill/orderedc.h"
 #include "quill/quillerr.h"
 #include "quill/set.h"
 #include "quill/sortedcl.h"
 
 #include <cstdint>
+#include <istream>
 #include <memory>
 #include <ostream>
 
@@ -31,7 +33,55 @@ std::unique_ptr<OrderedCltn> snapshot(const Collection& c) {
     return copy;
 }
 
+const int REPORT_LENGTH = 32;  // 31 characters of context in RDFAIL
+
+template <class Number>
+Number readTextField(std::istream& is) {
+    Number n = 0;
+    is >> n;
+    if (!is.fail()) return n;
+    if (is.eof()) setError(RDEOF, SEV_ERROR);
+    is.clear();
+    char rest[REPORT_LENGTH] = "";
+    is.get(rest, REPORT_LENGTH, char(255));
+    setError(RDFAIL, SEV_ERROR, rest);
+}
+
+unsigned readCount(std::istream& is) { return readUnsignedField(is); }
+
+unsigned readCount(BinIstream& is) {
+    unsigned n;
+    is >> n;
+    return n;
+}
+
+// readFrom answers nil at end of file: inside a collection that is an early end.
+bool endedEarly(std::istream& is) { return is.fail(); }
+bool endedEarly(BinIstream& is) { return is.stream().eof(); }
+
+template <class Stream>
+void readElementsFrom(Collection& c, Stream& is) {
+    unsigned capacity = readCount(is);
+    unsigned n = readCount(is);
+    c.reSize(Collection::capacityToReserve(capacity));
+    for (unsigned i = 0; i < n; ++i) {
+        Object* ob = readFrom(is, "", nil);
+        if (ob == nil && endedEarly(is)) setError(RDEOF, SEV_ERROR);
+        c.add(*ob);
+    }
+}
+
+template <class Stream>
+void storeElementsOf(const Collection& c, Stream& os) {
+    Iterator it(c);
+    while (Object* el = it()) el->storeOn(os);
+}
+
 }  // namespace
+
+int readIntField(std::istream& is) { return readTextField<int>(is); }
+
+unsigned readUnsignedField(std::istream& is) { return readTextField<unsigned>(is); }
 
 Object* Collection::add(Object&) {
     derivedClassResponsibility("add");
@@ -169,6 +219,26 @@ Collection* Collection::convert(const Class& c) const {
     return result;
 }
 
+void Collection::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << capacity() << ' ' << size();
+    storeElementsOf(*this, os);
+}
+
+void Collection::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << capacity() << size();
+    storeElementsOf(*this, os);
+}
+
+unsigned Collection::capacityToReserve(unsigned capacity) {
+    return capacity < READ_CAPACITY_LIMIT ? capacity : unsigned(READ_CAPACITY_LIMIT);
+}
+
+void Collection::readElements(std::istream& is) { readElementsFrom(*this, is); }
+
+void Collection::readElements(BinIstream& is) { readElementsFrom(*this, is); }
+
 void Collection::printOn(std::ostream& os) const {
     os << className() << "[";
     const char* separator = "";
@@ -182,13 +252,8 @@ void Collection::printOn(std::ostream& os) const {
 }
 
 // Iterator: a cursor that asks its collection for each step. It has no
-// default instance: the descriptor's creator refuses, as the constructor does.
-
-static Object* create_Iterator() { setError(ILLEGALMETHOD, SEV_ERROR, "Iterator", "creator"); }
-static void destroy_Iterator(Object* ob) { static_cast<Iterator*>(ob)->~Iterator(); }
-Class class_Iterator(&class_Object, "Iterator", 1, QUILL_IDENT(Iterator, 1), sizeof(Iterator), 0,
-                     0, 0, 0, create_Iterator, destroy_Iterator);
-Class* Iterator::isA() const { return &class_Iterator; }
+// default instance.
+DEFINE_ABSTRACT_CLASS(Iterator, Object, 1, 0)
 
 Iterator::Iterator() : cltn(0), index(-1), current(0), count(0) { shouldNotImplement("creator"); }
 
@@ -198,6 +263,42 @@ Iterator::Iterator(const Collection& c) : cltn(&c), index(-1), current(0), count
 
 Iterator::Iterator(const Iterator& it)
     : Object(it), cltn(it.cltn), index(it.index), current(it.current), count(it.count) {}
+
+// The collection is read whole before the iterator steps through it.
+Iterator::Iterator(std::istream& is, Object* where)
+    : Object(is, where), cltn(0), index(-1), current(0), count(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    index = readIntField(is);
+    int steps = readIntField(is);
+    cltn = CAST(Collection, readFrom(is, "", nil));
+    advance(steps);
+}
+
+Iterator::Iterator(BinIstream& is, Object* where)
+    : Object(is, where), cltn(0), index(-1), current(0), count(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    int steps;
+    is >> index >> steps;
+    cltn = CAST(Collection, readFrom(is, "", nil));
+    advance(steps);
+}
+
+void Iterator::advance(int steps) {
+    cltn->doReset(*this);
+    for (int i = 0; i < steps; ++i) cltn->doNext(*this);
+}
+
+void Iterator::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << index << ' ' << count << ' ';
+    cltn->storeOn(os);
+}
+
+void Iterator::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << index << count;
+    cltn->storeOn(os);
+}
 
 void Iterator::reset() { cltn->doReset(*this); }
 

@@ -47,16 +47,47 @@ public:
     bool isEmpty() const { return size() == 0; }
     void printOn(std::ostream& os) const override;  // Class[a, b, c]
 
+    // Capacity, size, then every element in the order of iteration.
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
+
 protected:
     Collection() {}
     Collection(const Collection& c) : Object(c) {}
+    Collection(std::istream& is, Object* where) : Object(is, where) {}
+    Collection(BinIstream& is, Object* where) : Object(is, where) {}
+
+    // The fields of Collection's storer: reSize to the capacity read, then
+    // add each element read. Only the most-derived class's stream constructor
+    // calls it, at the end of its body, so that reSize and add are its own:
+    // the derived classes chain to a base constructor that reads no elements.
+    void readElements(std::istream& is);
+    void readElements(BinIstream& is);
+
+public:
+    // The capacity to reserve for a capacity read from a stream: at most
+    // READ_CAPACITY_LIMIT, so that a damaged number can't ask for gigabytes.
+    // A larger collection grows as its elements are added.
+    static unsigned capacityToReserve(unsigned capacity);
+    enum { READ_CAPACITY_LIMIT = 1 << 16 };
 };
+
+// Number fields of the text stream forms: a failed read raises RDEOF at end
+// of file, else RDFAIL.
+int readIntField(std::istream& is);
+unsigned readUnsignedField(std::istream& is);
 
 class Iterator : public Object {
     DECLARE_MEMBERS(Iterator)
 public:
     explicit Iterator(const Collection& c);
     Iterator(const Iterator& it);
+    // Index, count, then the collection; reading resets the iterator and
+    // steps it count times.
+    Iterator(std::istream& is, Object* where);
+    Iterator(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
     void reset();
     Object* operator()();  // next element, or null at the end
@@ -74,6 +105,7 @@ public:
 
 private:
     Iterator();       // refused: "creator"
+    void advance(int steps);  // reset, then steps calls of doNext
 };
 
 #endif

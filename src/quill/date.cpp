@@ -1,12 +1,14 @@
 // Date: calendar arithmetic on day serials, names of days and months, printing and the Date errors.
 #include "quill/date.h"
 
+#include "quill/binstrm.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
 
 #include <cctype>
 #include <cstring>
 #include <ctime>
+#include <istream>
 #include <ostream>
 
 int BADDAY = 0, BADDAYNAM = 0, BADMODAY = 0, BADMONAM = 0, BADMONTH = 0;
@@ -178,4 +180,19 @@ void Date::printOn(std::ostream& os) const {
 
 const char* Date::shortText() const {
     return formatText("%2d-%.3s-%.2d", dayOfMonth(), monthName(), (yr % 100 + 100) % 100);
+}
+
+// Stream form: day of the year and year, each followed by one blank in the text form.
+
+Date::Date(std::istream& is, Object* where) : Object(is, where), day(1), yr(1) { is >> day >> yr; }
+Date::Date(BinIstream& is, Object* where) : Object(is, where), day(1), yr(1) { is >> day >> yr; }
+
+void Date::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << day << ' ' << yr << ' ';
+}
+
+void Date::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << day << yr;
 }

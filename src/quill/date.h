@@ -23,6 +23,9 @@ public:
     // Raise BADMONAM, or BADMONTH, or BADMODAY when the day isn't in the month.
     Date(int dayOfMonth, const char* monthName, int year);
     Date(int dayOfMonth, int month, int year);
+    // Stream form: day of the year, then year.
+    Date(std::istream& is, Object* where);
+    Date(BinIstream& is, Object* where);
 
     static Date today();
 
@@ -54,6 +57,8 @@ public:
     void printOn(std::ostream& os) const override;
     // "21-Aug-06"
     const char* shortText() const;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     long serial() const;  // days from the start of year 1; that day is 1

@@ -18,6 +18,9 @@ class Dictionary : public Set {
 public:
     explicit Dictionary(unsigned capacity = DEFAULT_CAPACITY) : Set(capacity) {}
     Dictionary(const Dictionary& d) : Set(d, SameLayout()) {}
+    // The pairs are added anew, matched by their keys.
+    Dictionary(std::istream& is, Object* where) : Dictionary(is, where, true) {}
+    Dictionary(BinIstream& is, Object* where) : Dictionary(is, where, true) {}
     Dictionary& operator=(const Dictionary& d) {
         Set::operator=(d);
         return *this;
@@ -47,6 +50,14 @@ public:
     Collection& addValuesTo(Collection& c) const;
 
 protected:
+    // Leave the pairs to the derived class's stream constructor, unless withElements.
+    Dictionary(std::istream& is, Object* where, bool withElements) : Set(is, where, false) {
+        if (withElements) readElements(is);
+    }
+    Dictionary(BinIstream& is, Object* where, bool withElements) : Set(is, where, false) {
+        if (withElements) readElements(is);
+    }
+
     // The slot of the pair with this key, or the empty slot ending the probe.
     unsigned findKeyIndex(const Object& key) const;
     LookupKey* pairAt(unsigned i) const;

@@ -1,8 +1,9 @@
-// Heap: insertion, removal and reordering of a binary heap with a stable tie-break.
+// Heap: insertion, removal, reordering and stream form of a binary heap with a stable tie-break.
 #include "quill/heap.h"
 
 #include "quill/arrayob.h"
 #include "quill/intarray.h"
+#include "quill/objio.h"
 #include "quill/quillerr.h"
 
 #include <ostream>
@@ -16,6 +17,31 @@ Heap::Heap(unsigned capacity, int kind)
 Heap::Heap(const Heap& h)
     : SeqCltn(h), kind(h.kind), endIndex(h.endIndex), contents(new ArrayOb(*h.contents)),
       sequence(new IntArray(*h.sequence)) {}
+
+template <class Stream>
+void Heap::readContents(Stream& is, unsigned capacity, unsigned n) {
+    capacity = capacityToReserve(capacity);
+    contents = new ArrayOb(capacity + 1);
+    sequence = new IntArray(capacity + 1);
+    for (unsigned i = 0; i < n; ++i) add(*readFrom(is, "", nil));
+}
+
+Heap::Heap(std::istream& is, Object* where)
+    : SeqCltn(is, where), kind(FIFO), endIndex(1), contents(0), sequence(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    unsigned capacity = readUnsignedField(is);
+    unsigned n = readUnsignedField(is);
+    kind = readIntField(is);
+    readContents(is, capacity, n);
+}
+
+Heap::Heap(BinIstream& is, Object* where)
+    : SeqCltn(is, where), kind(FIFO), endIndex(1), contents(0), sequence(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    unsigned capacity, n;
+    is >> capacity >> n >> kind;
+    readContents(is, capacity, n);
+}
 
 Heap::~Heap() noexcept(false) {
     delete contents;
@@ -264,6 +290,18 @@ void Heap::reSize(unsigned n) {
 }
 
 unsigned Heap::capacity() const { return contents->capacity() - 1; }
+
+void Heap::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << capacity() << ' ' << size() << ' ' << kind;
+    for (int i = 1; i < endIndex; ++i) contents->elem(i)->storeOn(os);
+}
+
+void Heap::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << capacity() << size() << kind;
+    for (int i = 1; i < endIndex; ++i) contents->elem(i)->storeOn(os);
+}
 
 void Heap::printOn(std::ostream& os) const {
     os << className() << (kind == 0 ? "(FIFO)" : kind > 0 ? " (MIN)" : " (MAX)") << "[";

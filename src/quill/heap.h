@@ -24,6 +24,10 @@ public:
     // kind 0: first in first out; above 0: smallest first; below 0: largest first.
     explicit Heap(unsigned capacity = DEFAULT_CAPACITY, int kind = FIFO);
     Heap(const Heap& h);
+    // Capacity, size and kind, then the elements in slot order, which are
+    // added anew on reading.
+    Heap(std::istream& is, Object* where);
+    Heap(BinIstream& is, Object* where);
     ~Heap() noexcept(false) override;
     Heap& operator=(const Heap& h);
 
@@ -62,6 +66,8 @@ public:
     unsigned size() const override { return unsigned(endIndex - 1); }
 
     void printOn(std::ostream& os) const override;  // Heap(FIFO)[...], Heap (MIN)[...]
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     void clearCopiedState() override;
     void deepenShallowCopy() override;
     void deepDeleteContents() override;
@@ -76,6 +82,8 @@ protected:
     IntArray* sequence;  // owned, parallel to contents; [0] counts insertions
 
 private:
+    template <class Stream>
+    void readContents(Stream& is, unsigned capacity, unsigned n);
     int searchSlot(const Object& ob, int i) const;
     int slotOfSame(const Object& ob) const;
     int siftUp(int i);

@@ -13,6 +13,9 @@ class IdentDict : public Dictionary {
 public:
     explicit IdentDict(unsigned capacity = DEFAULT_CAPACITY) : Dictionary(capacity) {}
     IdentDict(const IdentDict& d) : Dictionary(d) {}
+    // The pairs are added anew, matched by the addresses of the keys read.
+    IdentDict(std::istream& is, Object* where) : Dictionary(is, where, false) { readElements(is); }
+    IdentDict(BinIstream& is, Object* where) : Dictionary(is, where, false) { readElements(is); }
     IdentDict& operator=(const IdentDict& d) {
         Dictionary::operator=(d);
         return *this;

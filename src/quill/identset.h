@@ -12,6 +12,9 @@ class IdentSet : public Set {
 public:
     explicit IdentSet(unsigned capacity = DEFAULT_CAPACITY) : Set(capacity) {}
     IdentSet(const IdentSet& s) : Set(s, SameLayout()) {}
+    // The elements are added anew, matched by address.
+    IdentSet(std::istream& is, Object* where) : Set(is, where, false) { readElements(is); }
+    IdentSet(BinIstream& is, Object* where) : Set(is, where, false) { readElements(is); }
     IdentSet& operator=(const IdentSet& s) {
         Set::operator=(s);
         return *this;

@@ -1,6 +1,8 @@
-// IntArray: checked access, resizing, comparison and printing of integer arrays.
+// IntArray: checked access, resizing, comparison, printing and stream form of integer arrays.
 #include "quill/intarray.h"
 
+#include "quill/binstrm.h"
+#include "quill/collectn.h"
 #include "quill/objalloc.h"
 #include "quill/quillerr.h"
 
@@ -20,6 +22,43 @@ IntArray::IntArray(unsigned size) { allocate(size); }
 IntArray::IntArray(const IntArray& a) : Object(a) {
     allocate(a.sz);
     if (sz) memcpy(v, a.v, sz * sizeof(int));
+}
+
+namespace {
+
+const unsigned READ_CHUNK = 1 << 16;
+
+int readValue(std::istream& is) { return readIntField(is); }
+
+int readValue(BinIstream& is) {
+    int value;
+    is >> value;
+    return value;
+}
+
+}  // namespace
+
+// The array grows as its values are read, so that a damaged count ends at
+// the end of the stream, not in a huge allocation.
+template <class Stream>
+void IntArray::readValues(Stream& is, unsigned n) {
+    allocate(n < READ_CHUNK ? n : READ_CHUNK);
+    for (unsigned i = 0; i < n; ++i) {
+        if (i == sz) reSize(n / 2 > i ? 2 * i : n);
+        v[i] = readValue(is);
+    }
+}
+
+IntArray::IntArray(std::istream& is, Object* where) : Object(is, where), v(0), sz(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    readValues(is, readUnsignedField(is));
+}
+
+IntArray::IntArray(BinIstream& is, Object* where) : Object(is, where), v(0), sz(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    unsigned n;
+    is >> n;
+    readValues(is, n);
 }
 
 IntArray::~IntArray() noexcept(false) { objectFree(v); }
@@ -65,6 +104,17 @@ unsigned IntArray::hash() const {
     unsigned h = sz;
     for (unsigned i = 0; i < sz; ++i) h = (h << 5 | h >> 27) ^ unsigned(v[i]);
     return h;
+}
+
+void IntArray::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << sz << ' ';
+    for (unsigned i = 0; i < sz; ++i) os << v[i] << ' ';
+}
+
+void IntArray::storer(BinOstream& os) const {
+    Object::storer(os);
+    os.putArray(v, sz);
 }
 
 void IntArray::printOn(std::ostream& os) const {

@@ -14,6 +14,9 @@ public:
 
     explicit IntArray(unsigned size = DEFAULT_CAPACITY);  // zero-filled
     IntArray(const IntArray& a);
+    // The size, then the values.
+    IntArray(std::istream& is, Object* where);
+    IntArray(BinIstream& is, Object* where);
     ~IntArray() noexcept(false) override;
     IntArray& operator=(const IntArray& a);
 
@@ -32,11 +35,15 @@ public:
     bool isEqual(const Object& ob) const override;
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;  // IntArray[1, 2, 3]
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     void clearCopiedState() override;
 
 private:
     void allocate(unsigned n);
     void checkIndex(int i) const;
+    template <class Stream>
+    void readValues(Stream& is, unsigned n);
 
     int* v;       // max(sz, 1) values from the object allocator
     unsigned sz;  // the capacity

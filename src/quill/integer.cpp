@@ -1,10 +1,12 @@
-// Integer and Float: comparison, hashing and printing of the number objects.
+// Integer and Float: comparison, hashing, printing and stream forms of the number objects.
 #include "quill/integer.h"
 
+#include "quill/binstrm.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
 
 #include <cstring>
+#include <istream>
 #include <ostream>
 
 DEFINE_CLASS(Integer, Object, 1, 0)
@@ -42,3 +44,31 @@ unsigned Float::hash() const {
 
 void Float::printOn(std::ostream& os) const { os << formatText("%1.16g", val); }
 const char* Float::asCharPointer() const { return formatText("%1.16g", val); }
+
+// Stream forms: the value, then one blank.
+
+Integer::Integer(std::istream& is, Object* where) : Object(is, where), val(0) { is >> val; }
+Integer::Integer(BinIstream& is, Object* where) : Object(is, where), val(0) { is >> val; }
+
+void Integer::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << val << ' ';
+}
+
+void Integer::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << val;
+}
+
+Float::Float(std::istream& is, Object* where) : Object(is, where), val(0.0) { is >> val; }
+Float::Float(BinIstream& is, Object* where) : Object(is, where), val(0.0) { is >> val; }
+
+void Float::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << val << ' ';
+}
+
+void Float::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << val;
+}

@@ -12,6 +12,8 @@ class Integer : public Object {
     DECLARE_MEMBERS(Integer)
 public:
     Integer(int v = 0) : val(v) {}
+    Integer(std::istream& is, Object* where);
+    Integer(BinIstream& is, Object* where);
     int value() const { return val; }
     int value(int v) { int old = val; val = v; return old; }
 
@@ -20,6 +22,8 @@ public:
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;
     const char* asCharPointer() const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     int val;
@@ -29,6 +33,8 @@ class Float : public Object {
     DECLARE_MEMBERS(Float)
 public:
     Float(double v = 0.0) : val(v) {}
+    Float(std::istream& is, Object* where);
+    Float(BinIstream& is, Object* where);
     double value() const { return val; }
     double value(double v) { double old = val; val = v; return old; }
 
@@ -37,6 +43,8 @@ public:
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;
     const char* asCharPointer() const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     double val;

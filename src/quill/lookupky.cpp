@@ -1,9 +1,32 @@
 // LookupKey: a pair's key, standing for the pair in hashing and comparison.
 #include "quill/lookupky.h"
 
+#include "quill/objio.h"
+#include "quill/quillerr.h"
+
 #include <ostream>
 
 DEFINE_CLASS(LookupKey, Object, 1, 0)
+
+LookupKey::LookupKey(std::istream& is, Object* where) : Object(is, where), key_(nil) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    key_ = readFrom(is, "", nil);
+}
+
+LookupKey::LookupKey(BinIstream& is, Object* where) : Object(is, where), key_(nil) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    key_ = readFrom(is, "", nil);
+}
+
+void LookupKey::storer(std::ostream& os) const {
+    Object::storer(os);
+    key_->storeOn(os);
+}
+
+void LookupKey::storer(BinOstream& os) const {
+    Object::storer(os);
+    key_->storeOn(os);
+}
 
 Object* LookupKey::key(Object& newKey) {
     Object* old = key_;

@@ -13,6 +13,9 @@ class LookupKey : public Object {
     DECLARE_MEMBERS(LookupKey)
 public:
     explicit LookupKey(Object& newKey = *nil) : key_(&newKey) {}
+    // The key.
+    LookupKey(std::istream& is, Object* where);
+    LookupKey(BinIstream& is, Object* where);
 
     Object* key() const { return key_; }
     Object* key(Object& newKey);              // answers the former key
@@ -23,6 +26,8 @@ public:
     int compare(const Object& ob) const override;
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;  // Class(key=>value)
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     void checkContents(const char* functionName) const override;
     void deepenShallowCopy() override;
     void deepDeleteContents() override;

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <exception>
 #include <new>
 #include <ostream>
 #include <streambuf>
@@ -109,8 +110,12 @@ Object::Object() : magic(OBJECT_MAGIC), cbackData(0) {
 Object::Object(const Object&) : Object() {}
 
 Object::~Object() noexcept(false) {
-    if (magic != OBJECT_MAGIC)
+    // While an error unwinds, a second one would end the process: a dead
+    // member met on the way is passed over.
+    if (magic != OBJECT_MAGIC) {
+        if (std::uncaught_exceptions() > 0) return;
         setError(BADOBJECT, SEV_ERROR, (unsigned long)(uintptr_t)this, "~Object");
+    }
     if (this == nil) return;
     if (cbackData) destroyCbacks(*this);
     magic = 0;
@@ -185,8 +190,10 @@ Object* Object::deepCopy() const {
 Object& Object::operator=(const Object& rhs) {
     if (&rhs == this) return *this;
     QASSERT(isA() == rhs.isA());
+    CbackData* ownCallbacks = cbackData;  // the listeners stay with this object
     memcpy(static_cast<void*>(this), static_cast<const void*>(&rhs), isA()->size());
     clearCopiedState();
+    cbackData = ownCallbacks;
     return *this;
 }
 
@@ -330,8 +337,20 @@ void deepDelete(Object* ob) {
     enterObjectRegion(storeReadLockLevel);
     bool outermost = deletionSet == 0;
     if (outermost) deletionSet = new IdentSet(1024);
-    ob->deepDeleteContents();
-    deletionSet->add(*ob);
+    // An object already met is not entered again, so that cycles end.
+    if (deletionSet->findSame(*ob) == nil) {
+        deletionSet->add(*ob);
+        try {
+            ob->deepDeleteContents();
+        } catch (...) {
+            if (outermost) {
+                delete deletionSet;  // what was collected stays: it may be damaged
+                deletionSet = 0;
+            }
+            leaveObjectRegion(storeReadLockLevel);
+            throw;
+        }
+    }
     if (!outermost) {
         leaveObjectRegion(storeReadLockLevel);
         return;

@@ -11,6 +11,7 @@
 #include "quill/stack.h"
 
 #include <cctype>
+#include <limits>
 #include <cstring>
 #include <iostream>
 #include <streambuf>
@@ -245,11 +246,44 @@ Object* filterRead(Object* ob, unsigned number, bool allocated) {
     return other;
 }
 
+// A member read into place whose reading failed is left without a living
+// object: it is rebuilt in its default state, so that the destructor of the
+// object around it still finds a member to destroy. A class without a
+// default instance leaves it as it is.
+void reviveMember(Object* where, const Class& c) {
+    Object* fresh;
+    try {
+        fresh = c.create();
+    } catch (TarnException* e) {
+        delete e;
+        return;
+    }
+    memcpy(static_cast<void*>(where), static_cast<const void*>(fresh), c.size());
+    Object::operator delete(fresh);  // its parts now belong to where
+}
+
+template <class Stream, class Reader>
+void runReader(Stream& is, const Class& c, Reader reader, Object* ob, unsigned number,
+               Object* where) {
+    if (!reader) setError(ILLEGALMETHOD, SEV_ERROR, c.name(), "reader constructor");
+    try {
+        reader(is, ob);
+    } catch (...) {
+        // The constructors that ran have been undone: the storage is raw,
+        // and no later reference may reach it.
+        (*readObjTable)[int(number)] = nil;
+        if (where)
+            reviveMember(where, c);
+        else
+            Object::operator delete(ob);
+        throw;
+    }
+}
+
 Object* readTextInstance(std::istream& is, Class& c, Object* where) {
     Object* ob = prepareInstance(is, c, where);
     unsigned number = enterReadObject(ob);
-    if (!c.textReader) setError(ILLEGALMETHOD, SEV_ERROR, c.name(), "reader constructor");
-    c.textReader(is, ob);
+    runReader(is, c, c.textReader, ob, number, where);
     expectChar(is, '}');
     return readFilter ? filterRead(ob, number, where == 0) : ob;
 }
@@ -305,9 +339,8 @@ Object* readBinaryObject(BinIstream& is, unsigned char tag, const char* expected
     default: setError(RDBADTYP, SEV_ERROR, int(tag), -1);
     }
     Object* ob = prepareInstance(is, *c, where);
-    enterReadObject(ob);
-    if (!c->binaryReader) setError(ILLEGALMETHOD, SEV_ERROR, c->name(), "reader constructor");
-    c->binaryReader(is, ob);
+    unsigned number = enterReadObject(ob);
+    runReader(is, *c, c->binaryReader, ob, number, where);
     return ob;
 }
 
@@ -439,6 +472,14 @@ Object::Object(BinIstream&, Object* where) : Object() { QASSERT_TEXT(where != 0,
 void Object::storeOn(std::ostream& os) const {
     bool outermost = beginStore();
     if (!outermost && storeFilter && storeFilter(this, os)) return;
+    // A model file keeps every digit: numbers read back equal to those written.
+    std::streamsize precision = outermost ? os.precision(std::numeric_limits<double>::max_digits10)
+                                          : os.precision();
+    struct RestorePrecision {
+        std::ostream& os;
+        std::streamsize precision;
+        ~RestorePrecision() { os.precision(precision); }
+    } restore{os, precision};
     withStoreTables(outermost, [&] {
         int number = storedNumber(this);
         if (number >= 0) {
@@ -463,6 +504,7 @@ void Object::storeOn(BinOstream& os) const {
 }
 
 void Object::storer(std::ostream& os) const {
+    if (!isA()->textReader) shouldNotImplement("storer");
     bool isNew;
     Class* c = numberObject(this, &isNew);
     if (isNew)
@@ -473,6 +515,7 @@ void Object::storer(std::ostream& os) const {
 }
 
 void Object::storer(BinOstream& os) const {
+    if (!isA()->binaryReader) shouldNotImplement("storer");
     bool isNew;
     Class* c = numberObject(this, &isNew);
     if (!isNew) {

@@ -22,6 +22,18 @@ OrderedCltn::OrderedCltn(unsigned capacity) : contents(new ArrayOb(capacity)), e
 OrderedCltn::OrderedCltn(const OrderedCltn& c)
     : SeqCltn(c), contents(new ArrayOb(*c.contents)), endIndex(c.endIndex) {}
 
+OrderedCltn::OrderedCltn(std::istream& is, Object* where, bool withElements)
+    : SeqCltn(is, where), contents(new ArrayOb(DEFAULT_CAPACITY)), endIndex(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    if (withElements) readElements(is);
+}
+
+OrderedCltn::OrderedCltn(BinIstream& is, Object* where, bool withElements)
+    : SeqCltn(is, where), contents(new ArrayOb(DEFAULT_CAPACITY)), endIndex(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    if (withElements) readElements(is);
+}
+
 OrderedCltn::~OrderedCltn() noexcept(false) { delete contents; }
 
 OrderedCltn& OrderedCltn::operator=(const OrderedCltn& c) {

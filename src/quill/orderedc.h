@@ -15,6 +15,8 @@ class OrderedCltn : public SeqCltn {
 public:
     explicit OrderedCltn(unsigned capacity = DEFAULT_CAPACITY);
     OrderedCltn(const OrderedCltn& c);
+    OrderedCltn(std::istream& is, Object* where) : OrderedCltn(is, where, true) {}
+    OrderedCltn(BinIstream& is, Object* where) : OrderedCltn(is, where, true) {}
     ~OrderedCltn() noexcept(false) override;
     OrderedCltn& operator=(const OrderedCltn& c);
 
@@ -67,6 +69,11 @@ public:
     void deepDeleteContents() override;
 
 protected:
+    // Stream constructors that leave the elements to the derived class's
+    // (readElements), unless withElements is set.
+    OrderedCltn(std::istream& is, Object* where, bool withElements);
+    OrderedCltn(BinIstream& is, Object* where, bool withElements);
+
     // The step by which a full collection grows.
     virtual unsigned growthStep() const { return 32; }
     void checkIndex(int i, const char* method) const;

@@ -1,10 +1,13 @@
-// Point, FloatPoint, FloatRect and TranslCoord: comparison, hashing, printing and the mapping.
+// Point, FloatPoint, FloatRect and TranslCoord: comparison, hashing, printing, mapping and stream forms.
 #include "quill/point.h"
 
+#include "quill/binstrm.h"
+#include "quill/objio.h"
 #include "quill/quillstr.h"
 
 #include <cmath>
 #include <cstring>
+#include <istream>
 #include <ostream>
 
 DEFINE_CLASS(Point, Object, 1, 0)
@@ -165,4 +168,83 @@ void TranslCoord::printOn(std::ostream& os) const {
     os << "\n   WORLD:  ";
     worldRect.printOn(os);
     os << "\n" << formatText("  MATRIX ax:%g bx:%g ay:%g by:%g", axc, bxc, ayc, byc);
+}
+
+// Stream forms: the fields in order, each followed by one blank in the text form.
+
+Point::Point(std::istream& is, Object* where) : Object(is, where), xc(0), yc(0) { is >> xc >> yc; }
+Point::Point(BinIstream& is, Object* where) : Object(is, where), xc(0), yc(0) { is >> xc >> yc; }
+
+void Point::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << xc << ' ' << yc << ' ';
+}
+
+void Point::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << xc << yc;
+}
+
+FloatPoint::FloatPoint(std::istream& is, Object* where) : Object(is, where), xc(0.0), yc(0.0) {
+    is >> xc >> yc;
+}
+
+FloatPoint::FloatPoint(BinIstream& is, Object* where) : Object(is, where), xc(0.0), yc(0.0) {
+    is >> xc >> yc;
+}
+
+void FloatPoint::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << xc << ' ' << yc << ' ';
+}
+
+void FloatPoint::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << xc << yc;
+}
+
+FloatRect::FloatRect(std::istream& is, Object* where)
+    : Object(is, where), xc(0.0), yc(0.0), w(0.0), h(0.0) {
+    is >> xc >> yc >> w >> h;
+}
+
+FloatRect::FloatRect(BinIstream& is, Object* where)
+    : Object(is, where), xc(0.0), yc(0.0), w(0.0), h(0.0) {
+    is >> xc >> yc >> w >> h;
+}
+
+void FloatRect::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << xc << ' ' << yc << ' ' << w << ' ' << h << ' ';
+}
+
+void FloatRect::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << xc << yc << w << h;
+}
+
+TranslCoord::TranslCoord(std::istream& is, Object* where)
+    : Object(is, where), axc(1.0), bxc(0.0), ayc(1.0), byc(0.0) {
+    readFrom(is, "FloatRect", &absRect);
+    readFrom(is, "FloatRect", &worldRect);
+    computeMatrix();
+}
+
+TranslCoord::TranslCoord(BinIstream& is, Object* where)
+    : Object(is, where), axc(1.0), bxc(0.0), ayc(1.0), byc(0.0) {
+    readFrom(is, "FloatRect", &absRect);
+    readFrom(is, "FloatRect", &worldRect);
+    computeMatrix();
+}
+
+void TranslCoord::storer(std::ostream& os) const {
+    Object::storer(os);
+    absRect.storeOn(os);
+    worldRect.storeOn(os);
+}
+
+void TranslCoord::storer(BinOstream& os) const {
+    Object::storer(os);
+    absRect.storeOn(os);
+    worldRect.storeOn(os);
 }

@@ -15,6 +15,8 @@ class Point : public Object {
     DECLARE_MEMBERS(Point)
 public:
     Point(int x = 0, int y = 0) : xc(x), yc(y) {}
+    Point(std::istream& is, Object* where);
+    Point(BinIstream& is, Object* where);
 
     int x() const { return xc; }
     int y() const { return yc; }
@@ -30,6 +32,8 @@ public:
     int compare(const Object& ob) const override;
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     int xc;
@@ -41,6 +45,8 @@ class FloatPoint : public Object {
     DECLARE_MEMBERS(FloatPoint)
 public:
     FloatPoint(double x = 0.0, double y = 0.0) : xc(x), yc(y) {}
+    FloatPoint(std::istream& is, Object* where);
+    FloatPoint(BinIstream& is, Object* where);
 
     double x() const { return xc; }
     double y() const { return yc; }
@@ -59,6 +65,8 @@ public:
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;
     const char* asCharPointer() const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     double xc;
@@ -73,6 +81,8 @@ public:
     FloatRect(double x = 0.0, double y = 0.0, double width = 0.0, double height = 0.0)
         : xc(x), yc(y), w(width), h(height) {}
     FloatRect(const FloatPoint& origin, const FloatPoint& corner);
+    FloatRect(std::istream& is, Object* where);
+    FloatRect(BinIstream& is, Object* where);
 
     double x() const { return xc; }
     double y() const { return yc; }
@@ -96,6 +106,8 @@ public:
     bool isEqual(const Object& ob) const override;
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;  // "(x @ y) extent (w @ h)"
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     double xc;
@@ -112,6 +124,9 @@ class TranslCoord : public Object {
 public:
     TranslCoord();  // the identity on unit rectangles
     TranslCoord(const FloatRect& absolute, const FloatRect& world);
+    // Stream form: the two rectangles; the map is computed from them.
+    TranslCoord(std::istream& is, Object* where);
+    TranslCoord(BinIstream& is, Object* where);
 
     void setAbsolute(const FloatRect& r);
     void setWorld(const FloatRect& r);
@@ -131,6 +146,8 @@ public:
     bool isEqual(const Object& ob) const override;
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     void computeMatrix();

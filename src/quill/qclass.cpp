@@ -52,8 +52,8 @@ bool classesInitialized = false;
 bool printClassesFlag = false;
 
 Class class_Class(&class_Object, "Class", 1, QUILL_IDENT(Class, 1), sizeof(Class),
-                  QuillReader<Class, std::istream, &class_Class>::read,
-                  QuillReader<Class, BinIstream, &class_Class>::read, 0, 0, 0, 0);
+                  QuillReader<Class, std::istream>::read,
+                  QuillReader<Class, BinIstream>::read, 0, 0, 0, 0);
 
 Class::Class(Class* base, const char* name, unsigned version, const char* ident,
              unsigned instanceSize, TextReader textReader, BinaryReader binaryReader,
@@ -69,10 +69,6 @@ Class::Class(Class* base, const char* name, unsigned version, const char* ident,
 Class::Class() : Object() { shouldNotImplement("creator"); }
 
 Class::Class(const Class&) : Object() { shouldNotImplement("creator"); }
-
-void refuseReader(const Class& c) {
-    setError(ILLEGALMETHOD, SEV_ERROR, c.name(), "reader constructor");
-}
 
 Class::Class(std::istream& is, Object* where) : Object(is, where) {
     shouldNotImplement("reader constructor");
@@ -102,7 +98,7 @@ Object* Class::deepCopy() const {
 }
 
 Object* Class::create() const {
-    if (!creator) shouldNotImplement("creator");
+    if (!creator) setError(ILLEGALMETHOD, SEV_ERROR, className_, "creator");
     return creator();
 }
 

@@ -101,27 +101,24 @@ private:
 
 #define QUILL_IDENT(ClassName, version) __FILE__ ": " #ClassName "  v. " #version
 
-// Raises ILLEGALMETHOD "reader constructor" in the name of c.
-[[noreturn]] void refuseReader(const Class& c);
-
-// The stream readers of a class C of type T: they construct an instance in
-// place with its stream constructors. A class without them reads as a refusal.
-template <class T, class Stream, const Class* C,
-          bool = std::is_constructible<T, Stream&, Object*>::value>
+// The stream readers of a class: they construct an instance in place with its
+// stream constructors. A class without them has none: reading it is refused,
+// and so is storing it, since it could not be read back.
+template <class T, class Stream, bool = std::is_constructible<T, Stream&, Object*>::value>
 struct QuillReader {
     static void read(Stream& s, Object* where) { new (where) T(s, where); }
 };
-template <class T, class Stream, const Class* C>
-struct QuillReader<T, Stream, C, false> {
-    static void read(Stream&, Object*) { refuseReader(*C); }
+template <class T, class Stream>
+struct QuillReader<T, Stream, false> {
+    static constexpr void (*read)(Stream&, Object*) = nullptr;
 };
 
 #define QUILL_DESCRIPTOR(ClassName, BaseName, version, initor, creator)                       \
     static void destroy_##ClassName(Object* ob) { static_cast<ClassName*>(ob)->~ClassName(); } \
     Class class_##ClassName(&class_##BaseName, #ClassName, version,                           \
                             QUILL_IDENT(ClassName, version), sizeof(ClassName),               \
-                            QuillReader<ClassName, std::istream, &class_##ClassName>::read,    \
-                            QuillReader<ClassName, BinIstream, &class_##ClassName>::read, 0,   \
+                            QuillReader<ClassName, std::istream>::read,                        \
+                            QuillReader<ClassName, BinIstream>::read, 0,                       \
                             initor, creator,                                                  \
                             destroy_##ClassName);                                             \
     Class* ClassName::isA() const { return &class_##ClassName; }

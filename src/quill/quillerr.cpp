@@ -1,6 +1,8 @@
 // The error table, setError, the report sinks and TarnException.
 #include "quill/quillerr.h"
 
+#include "quill/binstrm.h"
+#include "quill/objio.h"
 #include "quill/objalloc.h"
 #include "quill/qclass.h"
 #include "quill/startup.h"
@@ -158,10 +160,34 @@ TarnException::TarnException() : code_(0), severity_(0) {}
 TarnException::TarnException(int code, const char* message, int severity)
     : code_(code), message_(message), severity_(severity) {}
 
+TarnException::TarnException(std::istream& is, Object* where)
+    : Object(is, where), code_(0), severity_(0) {
+    is >> code_ >> severity_;
+    readFrom(is, "String", &message_);
+}
+
+TarnException::TarnException(BinIstream& is, Object* where)
+    : Object(is, where), code_(0), severity_(0) {
+    is >> code_ >> severity_;
+    readFrom(is, "String", &message_);
+}
+
 TarnException::~TarnException() noexcept(false) { errorInProgress = 0; }
 
 bool TarnException::isEqual(const Object& ob) const {
     return ob.isSpecies(*species()) && static_cast<const TarnException&>(ob).code_ == code_;
+}
+
+void TarnException::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << code_ << ' ' << severity_ << ' ';
+    message_.storeOn(os);
+}
+
+void TarnException::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << code_ << severity_;
+    message_.storeOn(os);
 }
 
 void TarnException::printOn(std::ostream& os) const {

@@ -27,10 +27,15 @@ public:
     TarnException();
     TarnException(int code, const char* message, int severity);
     TarnException(const TarnException&) = default;
+    // Stream form: code, severity, then the message as a String object.
+    TarnException(std::istream& is, Object* where);
+    TarnException(BinIstream& is, Object* where);
     ~TarnException() noexcept(false) override;
 
     bool isEqual(const Object& ob) const override;
     void printOn(std::ostream& os) const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
     int code() const { return code_; }
     int severity() const { return severity_; }

@@ -3,6 +3,7 @@
 
 #include "quill/integer.h"
 #include "quill/objalloc.h"
+#include "quill/objio.h"
 #include "quill/qclass.h"
 #include "quill/quillerr.h"
 #include "quill/substrng.h"
@@ -24,6 +25,9 @@ const char* const DEFAULT_STRIP_SET = " \t\n";
 const unsigned FORMAT_BUFFER = 10000;
 const unsigned SCAN_CHUNK = 1000;
 const unsigned HASH_MODULUS = 51751;
+// The most a String on a stream may announce: a damaged count must not
+// become a buffer of gigabytes.
+const unsigned STREAM_STRING_LIMIT = 1u << 26;
 
 char* newBuffer(unsigned n) { return static_cast<char*>(objectAlloc(n)); }
 
@@ -99,6 +103,53 @@ String::String(int count, char fill, size_t extra) : p(0), len(0), alloc(0) {
 }
 
 String::~String() noexcept(false) { objectFree(p); }
+
+// Stream form. The counts on the stream are a hint: the text read sets len,
+// and alloc grows when escapes made the text longer than announced.
+
+namespace {
+
+// Makes the counts read a valid start: alloc above len, within the limit.
+void checkAnnounced(unsigned len, unsigned* alloc) {
+    if (len >= STREAM_STRING_LIMIT || *alloc > STREAM_STRING_LIMIT)
+        setError(STRINGOV, SEV_ERROR, len > *alloc ? len : *alloc);
+    if (*alloc <= len) *alloc = len + 1;
+}
+
+}  // namespace
+
+String::String(std::istream& is, Object* where) : Object(is, where), p(0), len(0), alloc(1) {
+    is >> len >> alloc;
+    if (is.fail()) len = 0, alloc = 1;  // readQuoted reports the failed stream
+    checkAnnounced(len, &alloc);
+    p = readQuoted(is, &len, &alloc);
+}
+
+String::String(BinIstream& is, Object* where) : Object(is, where), p(0), len(0), alloc(1) {
+    is >> len >> alloc;
+    checkAnnounced(len, &alloc);
+    char* text = newBuffer(alloc);
+    try {
+        is.getBytes(text, len + 1);
+    } catch (...) {
+        objectFree(text);
+        throw;
+    }
+    p = text;
+    p[len] = 0;
+}
+
+void String::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << len << ' ' << alloc << ' ';
+    writeQuoted(os, p, len);
+}
+
+void String::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << len << alloc;
+    os.putBytes(p, len + 1);
+}
 
 // Assignment. The buffer is replaced only when it is too small, and then by
 // one of exactly the new size. The source may lie inside this buffer.

@@ -29,6 +29,9 @@ public:
     String(const Integer& i);
     String(const Float& f);
     String(int count, char fill, size_t extra = 0);
+    // Stream form: len, alloc, then the text; the text read decides both.
+    String(std::istream& is, Object* where);
+    String(BinIstream& is, Object* where);
     ~String() noexcept(false) override;
 
     String& operator=(const String& s);
@@ -90,6 +93,8 @@ public:
     void scanFrom(std::istream& is) override;
     const char* asCharPointer() const override { return p; }
     void clearCopiedState() override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
     // Replaces n characters at position with the text t of length tl.
     void replaceRange(unsigned position, unsigned n, const char* t, unsigned tl);

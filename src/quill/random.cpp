@@ -1,9 +1,12 @@
 // The Random family: a splitmix64 source and the linear, exponential and normal generators.
 #include "quill/random.h"
 
+#include "quill/binstrm.h"
 #include "quill/quillerr.h"
 
 #include <cmath>
+#include <istream>
+#include <ostream>
 
 DEFINE_CLASS(Random, Object, 1, 0)
 DEFINE_CLASS(RandomLinear, Random, 1, 0)
@@ -90,6 +93,96 @@ RandomGauss::RandomGauss(double mean, double sigma, double quantum, unsigned lon
 double RandomGauss::next() {
     double radius = std::sqrt(-2.0 * std::log(1.0 - uniform()));
     return quantize(average + deviation * radius * std::cos(TWO_PI * uniform()));
+}
+
+// Stream forms. The 64-bit words of the source go to the binary form as two
+// 4-byte halves, low first.
+
+namespace {
+
+void put64(BinOstream& os, std::uint64_t v) { os << unsigned(v) << unsigned(v >> 32); }
+
+std::uint64_t get64(BinIstream& is) {
+    unsigned low = 0, high = 0;
+    is >> low >> high;
+    return std::uint64_t(high) << 32 | low;
+}
+
+}  // namespace
+
+Random::Random(std::istream& is, Object* where) : Object(is, where), startSeed(1), state(1), step(0.0) {
+    is >> startSeed >> state >> step;
+}
+
+Random::Random(BinIstream& is, Object* where) : Object(is, where), startSeed(1), state(1), step(0.0) {
+    startSeed = (unsigned long)get64(is);
+    state = get64(is);
+    is >> step;
+}
+
+void Random::storer(std::ostream& os) const {
+    Object::storer(os);
+    os << startSeed << ' ' << state << ' ' << step << ' ';
+}
+
+void Random::storer(BinOstream& os) const {
+    Object::storer(os);
+    put64(os, startSeed);
+    put64(os, state);
+    os << step;
+}
+
+RandomLinear::RandomLinear(std::istream& is, Object* where) : Random(is, where), low(0.0), high(1.0) {
+    is >> low >> high;
+    QASSERT_TEXT(low <= high, "min <= max");
+}
+
+RandomLinear::RandomLinear(BinIstream& is, Object* where) : Random(is, where), low(0.0), high(1.0) {
+    is >> low >> high;
+    QASSERT_TEXT(low <= high, "min <= max");
+}
+
+void RandomLinear::storer(std::ostream& os) const {
+    Random::storer(os);
+    os << low << ' ' << high << ' ';
+}
+
+void RandomLinear::storer(BinOstream& os) const {
+    Random::storer(os);
+    os << low << high;
+}
+
+RandomExp::RandomExp(std::istream& is, Object* where) : Random(is, where), average(1.0) { is >> average; }
+RandomExp::RandomExp(BinIstream& is, Object* where) : Random(is, where), average(1.0) { is >> average; }
+
+void RandomExp::storer(std::ostream& os) const {
+    Random::storer(os);
+    os << average << ' ';
+}
+
+void RandomExp::storer(BinOstream& os) const {
+    Random::storer(os);
+    os << average;
+}
+
+RandomGauss::RandomGauss(std::istream& is, Object* where)
+    : Random(is, where), average(0.0), deviation(1.0) {
+    is >> average >> deviation;
+}
+
+RandomGauss::RandomGauss(BinIstream& is, Object* where)
+    : Random(is, where), average(0.0), deviation(1.0) {
+    is >> average >> deviation;
+}
+
+void RandomGauss::storer(std::ostream& os) const {
+    Random::storer(os);
+    os << average << ' ' << deviation << ' ';
+}
+
+void RandomGauss::storer(BinOstream& os) const {
+    Random::storer(os);
+    os << average << deviation;
 }
 
 Random& defaultRandom() {

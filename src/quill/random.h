@@ -19,6 +19,10 @@ class Random : public Object {
     DECLARE_MEMBERS(Random)
 public:
     explicit Random(unsigned long seed = 1);
+    // Stream form: the seed, the state and the quantum; a generator read
+    // goes on with the sequence where the stored one stood.
+    Random(std::istream& is, Object* where);
+    Random(BinIstream& is, Object* where);
 
     void reseed(unsigned long seed);
     unsigned long seed() const { return startSeed; }
@@ -29,6 +33,9 @@ public:
     // The generator's own distribution; for Random, uniform.
     virtual double next();
     double operator()() { return next(); }
+
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 protected:
     // Raises ASSERTFLD "quantum > 0.0" unless q is positive.
@@ -49,10 +56,14 @@ public:
     // Raise ASSERTFLD "min <= max" (and "quantum > 0.0").
     RandomLinear(double min = 0.0, double max = 1.0, unsigned long seed = 1);
     RandomLinear(double min, double max, double quantum, unsigned long seed);
+    RandomLinear(std::istream& is, Object* where);
+    RandomLinear(BinIstream& is, Object* where);
 
     double min() const { return low; }
     double max() const { return high; }
     double next() override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     double low;
@@ -65,9 +76,13 @@ class RandomExp : public Random {
 public:
     explicit RandomExp(double mean = 1.0, unsigned long seed = 1);
     RandomExp(double mean, double quantum, unsigned long seed);  // "quantum > 0.0"
+    RandomExp(std::istream& is, Object* where);
+    RandomExp(BinIstream& is, Object* where);
 
     double mean() const { return average; }
     double next() override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     double average;
@@ -79,10 +94,14 @@ class RandomGauss : public Random {
 public:
     RandomGauss(double mean = 0.0, double sigma = 1.0, unsigned long seed = 1);
     RandomGauss(double mean, double sigma, double quantum, unsigned long seed);  // "quantum > 0.0"
+    RandomGauss(std::istream& is, Object* where);
+    RandomGauss(BinIstream& is, Object* where);
 
     double mean() const { return average; }
     double sigma() const { return deviation; }
     double next() override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     double average;

@@ -38,6 +38,8 @@ public:
 protected:
     SeqCltn() {}
     SeqCltn(const SeqCltn& s) : Collection(s) {}
+    SeqCltn(std::istream& is, Object* where) : Collection(is, where) {}
+    SeqCltn(BinIstream& is, Object* where) : Collection(is, where) {}
 };
 
 #endif

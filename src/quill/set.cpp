@@ -31,6 +31,20 @@ Set::Set(const Set& s, SameLayout) : Collection(s), mask(0), threshold(0), count
     copyTable(s);
 }
 
+Set::Set(std::istream& is, Object* where, bool withElements)
+    : Collection(is, where), mask(0), threshold(0), count(0), table(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    setCapacity(1);
+    if (withElements) readElements(is);
+}
+
+Set::Set(BinIstream& is, Object* where, bool withElements)
+    : Collection(is, where), mask(0), threshold(0), count(0), table(0) {
+    QASSERT_TEXT(where != 0, "&where!=0");
+    setCapacity(1);
+    if (withElements) readElements(is);
+}
+
 Set::~Set() noexcept(false) { delete table; }
 
 Set& Set::operator=(const Set& s) {

@@ -18,6 +18,9 @@ public:
     // Copies the table of a plain Set; the elements of a Set of another class
     // (an IdentSet, a Dictionary) are added anew, as this Set matches them.
     Set(const Set& s);
+    // Capacity, size, then the elements, added anew in the order of the stream.
+    Set(std::istream& is, Object* where) : Set(is, where, true) {}
+    Set(BinIstream& is, Object* where) : Set(is, where, true) {}
     ~Set() noexcept(false) override;
     Set& operator=(const Set& s);
 
@@ -69,6 +72,10 @@ protected:
     // Copies the table as it stands: for the copy constructors of derived
     // classes, whose probing is the same as the original's.
     Set(const Set& s, SameLayout);
+    // Stream constructors that leave the elements to the derived class's
+    // (readElements), unless withElements is set. The table starts at capacity 1.
+    Set(std::istream& is, Object* where, bool withElements);
+    Set(BinIstream& is, Object* where, bool withElements);
 
     // The slot that holds an element matching ob, or the empty slot where
     // the probe for it ends.

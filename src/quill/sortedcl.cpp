@@ -24,6 +24,16 @@ SortedCltn::SortedCltn(unsigned capacity) : OrderedCltn(capacity), compareFuncti
 
 SortedCltn::SortedCltn(const SortedCltn& c) : OrderedCltn(c), compareFunction(c.compareFunction) {}
 
+SortedCltn::SortedCltn(std::istream& is, Object* where)
+    : OrderedCltn(is, where, false), compareFunction(defaultCompare) {
+    readElements(is);
+}
+
+SortedCltn::SortedCltn(BinIstream& is, Object* where)
+    : OrderedCltn(is, where, false), compareFunction(defaultCompare) {
+    readElements(is);
+}
+
 SortedCltn& SortedCltn::operator=(const SortedCltn& c) {
     OrderedCltn::operator=(c);
     compareFunction = c.compareFunction;

@@ -16,6 +16,9 @@ public:
 
     explicit SortedCltn(unsigned capacity = DEFAULT_CAPACITY);
     SortedCltn(const SortedCltn& c);
+    // The elements are added anew in the default order: a function can't be stored.
+    SortedCltn(std::istream& is, Object* where);
+    SortedCltn(BinIstream& is, Object* where);
     SortedCltn& operator=(const SortedCltn& c);
 
     // Inserts after the last element that compares equal, so that equal

@@ -12,6 +12,11 @@ public:
     // A full stack grows by extendBy slots; a step below 1 grows by 32.
     explicit Stack(unsigned capacity = DEFAULT_CAPACITY, int extendBy = DEFAULT_CAPACITY);
     Stack(const Stack& s);
+    // The elements as in OrderedCltn, then extendBy.
+    Stack(std::istream& is, Object* where);
+    Stack(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     Stack& operator=(const Stack& s);
 
     Object* push(Object& ob) { return addLast(ob); }

@@ -22,6 +22,9 @@ DEFINE_CLASS(SubString, Object, 1, initSubString)
 
 SubString::SubString() : pos(0), lgt(0), str(0) { shouldNotImplement("creator"); }
 
+void SubString::storer(std::ostream&) const { shouldNotImplement("storer"); }
+void SubString::storer(BinOstream&) const { shouldNotImplement("storer"); }
+
 // An empty window at or past the end stands for the end of the owner.
 SubString::SubString(const String& owner, unsigned position, unsigned length)
     : pos(position), lgt(length), str(const_cast<String*>(&owner)) {

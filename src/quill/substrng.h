@@ -40,6 +40,9 @@ public:
     void printOn(std::ostream& os) const override;
     // Reads a line into the window; SCANERR when it does not fit.
     void scanFrom(std::istream& is) override;
+    // A window is not stored: it would hold its owner only half. Both refuse.
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     void replace(const char* t, unsigned n);

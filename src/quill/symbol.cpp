@@ -2,10 +2,12 @@
 #include "quill/symbol.h"
 
 #include "quill/integer.h"
+#include "quill/objio.h"
 #include "quill/quillerr.h"
 #include "quill/set.h"
 
 #include <cstring>
+#include <istream>
 #include <ostream>
 
 DEFINE_CLASS(Symbol, Object, 1, 0)
@@ -64,6 +66,51 @@ Symbol::Symbol(const String& text) : name_(internName(text)) {}
 Symbol::Symbol(const Float& f) : name_(internName(String(f))) {}
 
 Symbol::Symbol(const Symbol& s) : Object(s), name_(s.name_) {}
+
+namespace {
+
+const int BINARY_REFERENCE_TAG = 2;
+
+// The name that a Symbol read from a stream takes: the String read, unless
+// the table already holds an equal one. Then the table's name replaces a
+// String read just now, also for later references to it in the stream; a
+// String read before, by reference, may have other holders and is kept.
+String* internReadName(Object* read, bool fresh) {
+    if (read == nil) setError(RDEOF, SEV_ERROR);
+    String* s = CAST(String, read);
+    String* interned = addToSymbolTable(s);
+    if (interned != s && fresh) {
+        replaceReadObject(s, interned);
+        delete s;
+    }
+    return interned;
+}
+
+bool nextIsFresh(std::istream& is) { return (is >> std::ws).peek() != '@'; }
+
+bool nextIsFresh(BinIstream& is) { return is.stream().peek() != BINARY_REFERENCE_TAG; }
+
+template <class Stream>
+String* readName(Stream& is) {
+    bool fresh = nextIsFresh(is);
+    return internReadName(readFrom(is, "String"), fresh);
+}
+
+}  // namespace
+
+Symbol::Symbol(std::istream& is, Object* where) : Object(is, where), name_(readName(is)) {}
+
+Symbol::Symbol(BinIstream& is, Object* where) : Object(is, where), name_(readName(is)) {}
+
+void Symbol::storer(std::ostream& os) const {
+    Object::storer(os);
+    name_->storeOn(os);
+}
+
+void Symbol::storer(BinOstream& os) const {
+    Object::storer(os);
+    name_->storeOn(os);
+}
 
 Symbol& Symbol::operator=(const Symbol& s) {
     name_ = s.name_;

@@ -21,6 +21,9 @@ public:
     Symbol(const String& text);
     Symbol(const Float& f);
     Symbol(const Symbol& s);
+    // Stream form: the name as a String object, interned when read.
+    Symbol(std::istream& is, Object* where);
+    Symbol(BinIstream& is, Object* where);
 
     Symbol& operator=(const Symbol& s);
     // Accepts Symbol, String, Integer and Float kinds.
@@ -35,6 +38,8 @@ public:
     void printOn(std::ostream& os) const override;  // #text#
     const char* asCharPointer() const override;
     void scanFrom(std::istream& is) override;       // a line, interned
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
 private:
     String* name_;  // shared, owned by the symbol table

@@ -1,8 +1,5 @@
 // Callbacks: delivery, removal during a raise, dependents, consumers, CallData and the wake-up queue.
-#include "quill/all.h"
 #include "quill/cback.h"
-#include "quill/objio.h"
-#include "testutil.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +10,10 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "quill/all.h"
+#include "quill/objio.h"
+#include "testutil.h"
 
 class CbackCounted;
 extern Class class_CbackCounted;
@@ -167,19 +168,27 @@ TEST_F(CbackTest, ChangesDuringARaise) {
     };
     const std::vector<std::string> all = {"1:CbackTestA", "2:CbackTestA", "3:CbackTestA"};
     const Case cases[] = {
-        {"removes itself", [&](Object& r) { EXPECT_EQ(r.removeCback(EvA, record, tag(1)), tag(1)); },
-         all, {"2:CbackTestA", "3:CbackTestA"}},
-        {"removes the next", [&](Object& r) { EXPECT_EQ(r.removeCback(EvA, record, tag(2)), tag(2)); },
-         {"1:CbackTestA", "3:CbackTestA"}, {"1:CbackTestA", "3:CbackTestA"}},
-        {"adds one", [&](Object& r) { r.addCback(EvA, record, tag(4)); },
-         all, {"1:CbackTestA", "2:CbackTestA", "3:CbackTestA", "4:CbackTestA"}},
+        {"removes itself",
+         [&](Object& r) { EXPECT_EQ(r.removeCback(EvA, record, tag(1)), tag(1)); },
+         all,
+         {"2:CbackTestA", "3:CbackTestA"}},
+        {"removes the next",
+         [&](Object& r) { EXPECT_EQ(r.removeCback(EvA, record, tag(2)), tag(2)); },
+         {"1:CbackTestA", "3:CbackTestA"},
+         {"1:CbackTestA", "3:CbackTestA"}},
+        {"adds one",
+         [&](Object& r) { r.addCback(EvA, record, tag(4)); },
+         all,
+         {"1:CbackTestA", "2:CbackTestA", "3:CbackTestA", "4:CbackTestA"}},
         // The new listener may well take the memory of the removed one: its
         // serial tells them apart.
-        {"replaces the next", [&](Object& r) {
+        {"replaces the next",
+         [&](Object& r) {
              r.removeCback(EvA, record, tag(2));
              r.addCback(EvA, record, tag(4));
          },
-         {"1:CbackTestA", "3:CbackTestA"}, {"1:CbackTestA", "3:CbackTestA", "4:CbackTestA"}},
+         {"1:CbackTestA", "3:CbackTestA"},
+         {"1:CbackTestA", "3:CbackTestA", "4:CbackTestA"}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -255,7 +264,7 @@ TEST_F(CbackTest, RemovalMatchesByPattern) {
     raiser.addCback(EvA, record, tag(2));
     raiser.addCback(EvA, record, tag(1));
     raiser.addCback(EvB, record, tag(3));
-    EXPECT_EQ(raiser.removeCback(EvA, other), nil);         // another function
+    EXPECT_EQ(raiser.removeCback(EvA, other), nil);           // another function
     EXPECT_EQ(raiser.removeCback(EvA, record, tag(3)), nil);  // another userData
     EXPECT_EQ(raiser.removeCback(EvA, record, 0), tag(1));    // 0 matches any, first wins
     EXPECT_EQ(raiser.removeCback(EvA, record, tag(1)), tag(1));
@@ -269,8 +278,9 @@ TEST_F(CbackTest, RemovalMatchesByPattern) {
     CbackProbe consumer;
     raiser.removeCback(EvB, record, tag(3));
     raiser.addCback(EvB, cbackMethod<&CbackProbe::heard>, consumer, tag(4));
-    EXPECT_EQ(raisedText([&] { raiser.removeCback(EvB, CbackFunction(0), 0); })
-                  .find("[ASSERTFLD] Assertion failed \"cbPt->consumer == 0\""),
+    EXPECT_EQ(raisedText([&] {
+                  raiser.removeCback(EvB, CbackFunction(0), 0);
+              }).find("[ASSERTFLD] Assertion failed \"cbPt->consumer == 0\""),
               0u);
     EXPECT_EQ(consumedSize(consumer), 1u);
     EXPECT_EQ(raiser.removeCback(EvB, cbackMethod<&CbackProbe::heard>, consumer), tag(4));
@@ -282,8 +292,9 @@ TEST_F(CbackTest, RemovalMatchesByPattern) {
     EXPECT_EQ(consumedSize(consumer), 0u);
     Object empty;
     Cback pattern;
-    EXPECT_EQ(raisedText([&] { empty.removeCback(pattern, true); })
-                  .find("[ASSERTFLD] Assertion failed \"removeSame == NO\""),
+    EXPECT_EQ(raisedText([&] {
+                  empty.removeCback(pattern, true);
+              }).find("[ASSERTFLD] Assertion failed \"removeSame == NO\""),
               0u);
 }
 
@@ -363,9 +374,9 @@ TEST_F(CbackTest, DependentsHearChanged) {
     EXPECT_EQ(listSize(model), 1u);  // EvA's listener stays
     EXPECT_EQ(consumedSize(log), 0u);
 
-    EXPECT_EQ(raisedText([&] { model.addDependent(*reinterpret_cast<Object*>(&data.magic)); })
-                  .find("[BADOBJECT]"),
-              0u);
+    EXPECT_EQ(
+        raisedText([&] { model.addDependent(*reinterpret_cast<Object*>(&data.magic)); }).find("[BADOBJECT]"),
+        0u);
 }
 
 TEST_F(CbackTest, SettingAnAssocValueTellsItsDependents) {
@@ -477,10 +488,9 @@ TEST(CallDataTest, KindsAndGetters) {
         unsigned kind;
         const char* name;
     };
-    const Row names[] = {{0, "None"},  {1, "Object"}, {2, "ObjectNotOwn"}, {3, "char"},
-                         {4, "Uchar"}, {5, "short"},  {6, "Ushort"},       {7, "int"},
-                         {8, "Uint"},  {9, "long"},   {10, "Ulong"},       {11, "float"},
-                         {12, "double"}, {13, "Unknown"}};
+    const Row names[] = {{0, "None"},   {1, "Object"}, {2, "ObjectNotOwn"}, {3, "char"},    {4, "Uchar"},
+                         {5, "short"},  {6, "Ushort"}, {7, "int"},          {8, "Uint"},    {9, "long"},
+                         {10, "Ulong"}, {11, "float"}, {12, "double"},      {13, "Unknown"}};
     for (const Row& r : names) EXPECT_STREQ(CallData::kindName(r.kind), r.name);
 }
 
@@ -529,8 +539,9 @@ TEST(CallDataTest, ObjectsOwnedCopiedAndShared) {
     EXPECT_EQ(CbackCounted::destroyed, 4);
     EXPECT_TRUE(validObject(&kept));
     EXPECT_EQ(CallData(*nil).asObject(), nil);
-    EXPECT_EQ(raisedText([] { CallData bad(reinterpret_cast<Object*>(16), true); })
-                  .find("[ASSERTFLD] Assertion failed \"validObject(val)\""),
+    EXPECT_EQ(raisedText([] {
+                  CallData bad(reinterpret_cast<Object*>(16), true);
+              }).find("[ASSERTFLD] Assertion failed \"validObject(val)\""),
               0u);
 }
 
@@ -573,7 +584,7 @@ TEST(CallDataTest, StreamForms) {
     CbackCounted shared(3);
     CallData notOwn(&shared, true);
     notOwn.setNotOwn();
-    std::vector<CallData*> rows = {new CallData(),      new CallData(-7),   new CallData(123456L),
+    std::vector<CallData*> rows = {new CallData(),      new CallData(-7),    new CallData(123456L),
                                    new CallData(0.5f),  new CallData(-2.25), new CallData(CbackCounted(8)),
                                    new CallData(notOwn)};
     for (CallData* cd : rows) {
@@ -583,7 +594,8 @@ TEST(CallDataTest, StreamForms) {
         std::istringstream in(text.str());
         Object* back = readFrom(in, class_CallData);
         EXPECT_TRUE(back->isEqual(*cd)) << text.str();
-        unsigned expectedKind = cd->kind() == CallData::OBJECT_NOT_OWN ? unsigned(CallData::OBJECT) : cd->kind();
+        unsigned expectedKind =
+            cd->kind() == CallData::OBJECT_NOT_OWN ? unsigned(CallData::OBJECT) : cd->kind();
         EXPECT_EQ(CAST(CallData, back)->kind(), expectedKind);
         delete back;
 
@@ -609,10 +621,13 @@ TEST(CallDataTest, StreamForms) {
         const char* fields;
         const char* printed;
     };
-    const Row kinds[] = {{"3 -5", "CallData(char -5)"},     {"4 250", "CallData(Uchar 250)"},
-                         {"5 -300", "CallData(short -300)"}, {"6 60000", "CallData(Ushort 60000)"},
+    const Row kinds[] = {{"3 -5", "CallData(char -5)"},
+                         {"4 250", "CallData(Uchar 250)"},
+                         {"5 -300", "CallData(short -300)"},
+                         {"6 60000", "CallData(Ushort 60000)"},
                          {"8 4000000000", "CallData(Uint 4000000000)"},
-                         {"10 77", "CallData(Ulong 77)"},     {"0", "CallData(None)"}};
+                         {"10 77", "CallData(Ulong 77)"},
+                         {"0", "CallData(None)"}};
     for (const Row& r : kinds) {
         SCOPED_TRACE(r.fields);
         std::istringstream in(header + "{" + r.fields + "}\n");
@@ -641,7 +656,8 @@ class WakeupTest : public CbackTest {
 protected:
     WakeupTest() { setTimeMode(false, 1.0, true); }
     ~WakeupTest() override {
-        while (runNextWakeup()) {}
+        while (runNextWakeup()) {
+        }
         setTimeMode(false, 1.0, true);
         sleepHook = 0;
         eventPendingHook = 0;
@@ -653,7 +669,8 @@ TEST_F(WakeupTest, EqualTimesLeaveInOrderAndSimulatedTimeJumps) {
     CbackProbe owner("o");
     std::vector<double> times;
     owner.action = [&](Cback&) { times.push_back(currentTime()); };
-    for (const char* e : {"W1", "W2", "W3", "W4", "W5"}) owner.addCback(Symbol(e), cbackMethod<&CbackProbe::heard>, owner);
+    for (const char* e : {"W1", "W2", "W3", "W4", "W5"})
+        owner.addCback(Symbol(e), cbackMethod<&CbackProbe::heard>, owner);
     owner.wakeAt(5, Symbol("W1"));
     owner.wakeAt(2, Symbol("W2"));
     owner.wakeAt(5, Symbol("W3"));
@@ -663,7 +680,8 @@ TEST_F(WakeupTest, EqualTimesLeaveInOrderAndSimulatedTimeJumps) {
     EXPECT_EQ(owner.cbackData->pendingWakeups, 4);
     EXPECT_EQ(currentTime(), 0.0);
 
-    while (runNextWakeup()) {}
+    while (runNextWakeup()) {
+    }
     EXPECT_EQ(owner.log, (std::vector<std::string>{"o:W2", "o:W4", "o:W1", "o:W3"}));
     EXPECT_EQ(times, (std::vector<double>{2, 2, 5, 5}));
     EXPECT_EQ(owner.cbackData->pendingWakeups, 0);
@@ -705,7 +723,8 @@ TEST_F(WakeupTest, CancelAndOwnerDeath) {
     late.wakeup = 1;
     requeueWakeup(late);
     EXPECT_EQ(nextWakeupTime(), 1.0);
-    while (runNextWakeup()) {}
+    while (runNextWakeup()) {
+    }
     EXPECT_EQ(owner.log, (std::vector<std::string>{"o:CbackTestA", "o:CbackTestB"}));
 }
 
@@ -714,9 +733,11 @@ TEST_F(WakeupTest, LoopRunsTheQueueAndStops) {
     owner.addCback(EvA, cbackMethod<&CbackProbe::heard>, owner);
     owner.addCback(EvB, cbackMethod<&CbackProbe::heard>, owner);
     std::vector<std::string> traced;
-    setWakeupTrace([](Cback& e, void* arg) {
-        static_cast<std::vector<std::string>*>(arg)->push_back(e.event.name().asCharPointer());
-    }, &traced);
+    setWakeupTrace(
+        [](Cback& e, void* arg) {
+            static_cast<std::vector<std::string>*>(arg)->push_back(e.event.name().asCharPointer());
+        },
+        &traced);
     for (int i = 1; i <= 3; ++i) owner.wakeAt(i, EvA);
     EXPECT_EQ(runWakeupLoop(false, 10, 42), 42);
     EXPECT_EQ(owner.log.size(), 3u);

@@ -1,0 +1,369 @@
+// Stream forms of the collections, pairs and iterators: round trips, exact text, sharing, cycles.
+#include "quill/all.h"
+#include "quill/objio.h"
+#include "testutil.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+class CltnioTest : public ::testing::Test {
+protected:
+    void SetUp() override { resetReadEnvironment(); }
+};
+
+std::string sig(const Class& c) { return std::to_string(c.signature()); }
+
+std::string storedText(const Object& ob) {
+    std::ostringstream os;
+    EXPECT_TRUE(storeObject(os, ob));
+    return os.str();
+}
+
+Object* readText(const std::string& text, std::string* error = 0) {
+    String errorText;
+    Object* ob = readFromString(errorText, text.c_str(), text.size());
+    if (error) *error = errorText.asCharPointer();
+    return ob;
+}
+
+Object* roundTrip(const Object& ob, bool binary) {
+    if (!binary) {
+        std::string error;
+        Object* copy = readText(storedText(ob), &error);
+        EXPECT_EQ(error, "");
+        return copy;
+    }
+    std::stringstream bytes;
+    BinOstream out(bytes);
+    EXPECT_TRUE(storeObject(out, ob));
+    BinIstream in(bytes);
+    String errorText;
+    Object* copy = readFromChecked(errorText, in);
+    EXPECT_STREQ(errorText.asCharPointer(), "");
+    return copy;
+}
+
+std::string text(const Object* ob) {
+    std::ostringstream os;
+    ob->printOn(os);
+    return os.str();
+}
+
+// The printed elements in the order of iteration, or sorted for the hashed classes.
+std::vector<std::string> elementTexts(const Collection& c, bool sorted) {
+    std::vector<std::string> texts;
+    Iterator it(c);
+    while (Object* el = it()) texts.push_back(text(el));
+    if (sorted) std::sort(texts.begin(), texts.end());
+    return texts;
+}
+
+// The elements that leave a heap, in order; the heap is emptied.
+std::vector<std::string> drain(Heap& h) {
+    std::vector<std::string> texts;
+    while (!h.isEmpty()) texts.push_back(text(h.removeFirst()));
+    return texts;
+}
+
+// One collection with its elements: Integers 3, 1, 2 or Strings "c", "a", "b";
+// the dictionaries hold pairs of a String key and such a value.
+Collection* filled(const Class& c, bool strings) {
+    Collection* cltn = CAST(Collection, c.create());
+    const char* words[] = {"c", "a", "b"};
+    int numbers[] = {3, 1, 2};
+    for (int i = 0; i < 3; ++i) {
+        Object* el = strings ? static_cast<Object*>(new String(words[i]))
+                             : static_cast<Object*>(new Integer(numbers[i]));
+        if (c.name() == std::string("Dictionary") || c.name() == std::string("IdentDict"))
+            el = new Assoc(*new String(words[i]), *el);
+        if (cltn->isKindOf(class_ArrayOb))
+            static_cast<ArrayOb*>(cltn)->atIndexPut(i, *el);
+        else
+            cltn->add(*el);
+    }
+    return cltn;
+}
+
+TEST_F(CltnioTest, EveryCollectionClassRoundTrips) {
+    const Class* classes[] = {&class_OrderedCltn, &class_SortedCltn, &class_Stack, &class_Heap,
+                              &class_Set,         &class_IdentSet,   &class_ArrayOb,
+                              &class_Dictionary,  &class_IdentDict};
+    for (const Class* c : classes) {
+        bool hashed = c == &class_Set || c == &class_IdentSet || c == &class_Dictionary ||
+                      c == &class_IdentDict;
+        for (bool strings : {false, true}) {
+            for (bool binary : {false, true}) {
+                SCOPED_TRACE(std::string(c->name()) + (strings ? " of Strings" : " of Integers") +
+                             (binary ? ", binary" : ", text"));
+                Collection* original = filled(*c, strings);
+                Collection* copy = CAST(Collection, roundTrip(*original, binary));
+                ASSERT_TRUE(copy);
+                EXPECT_EQ(copy->isA(), c);
+                EXPECT_EQ(copy->size(), original->size());
+                EXPECT_EQ(copy->capacity(), original->capacity());
+                EXPECT_EQ(elementTexts(*copy, hashed), elementTexts(*original, hashed));
+                if (c == &class_Heap) {
+                    EXPECT_EQ(drain(*static_cast<Heap*>(copy)),
+                              drain(*static_cast<Heap*>(original)));
+                }
+                deepDelete(copy);
+                deepDelete(original);
+            }
+        }
+    }
+}
+
+TEST_F(CltnioTest, TextOfASmallOrderedCltn) {
+    String abc("abc"), def("def");
+    OrderedCltn c;
+    c.add(abc);
+    c.add(def);
+    // The strings' own fields, as a String alone writes them.
+    auto body = [](const String& s) {
+        std::string alone = storedText(s);
+        return alone.substr(alone.find('{') + 1, alone.size() - alone.find('{') - 3);
+    };
+    EXPECT_EQ(storedText(c), ":OrderedCltn." + sig(class_OrderedCltn) + "{16 2:String." +
+                                 sig(class_String) + "{" + body(abc) + "}\n#2{" + body(def) +
+                                 "}\n}\n");
+}
+
+TEST_F(CltnioTest, TextOfTheOtherFieldLayouts) {
+    struct Case {
+        const char* name;
+        std::function<std::string()> store;
+        std::string expected;
+    };
+    Heap heap(4, Heap::MAX);
+    Stack stack(8, 5);
+    ArrayOb array(2);
+    IntArray ints(3);
+    ints[0] = 7;
+    ints[2] = -1;
+    LookupKey key;
+    Case cases[] = {
+        {"Heap", [&] { return storedText(heap); },
+         ":Heap." + sig(class_Heap) + "{4 0 -1}\n"},
+        {"empty Stack", [&] { return storedText(stack); },
+         ":Stack." + sig(class_Stack) + "{8 0 5 }\n"},
+        {"ArrayOb of nil", [&] { return storedText(array); },
+         ":ArrayOb." + sig(class_ArrayOb) + "{2@0 @0 }\n"},
+        {"IntArray", [&] { return storedText(ints); },
+         ":IntArray." + sig(class_IntArray) + "{3 7 0 -1 }\n"},
+        {"LookupKey of nil", [&] { return storedText(key); },
+         ":LookupKey." + sig(class_LookupKey) + "{@0 }\n"},
+    };
+    for (const Case& k : cases) {
+        SCOPED_TRACE(k.name);
+        std::string written = k.store();
+        EXPECT_EQ(written, k.expected);
+        Object* copy = readText(written);
+        ASSERT_TRUE(copy);
+        EXPECT_EQ(storedText(*copy), written);
+        delete copy;
+    }
+}
+
+TEST_F(CltnioTest, AnElementStoredTwiceComesBackAsOneObject) {
+    String shared("twice");
+    OrderedCltn c;
+    c.add(shared);
+    c.add(shared);
+    std::string written = storedText(c);
+    EXPECT_NE(written.find("@2 "), std::string::npos);
+    for (bool binary : {false, true}) {
+        SCOPED_TRACE(binary ? "binary" : "text");
+        OrderedCltn* copy = CAST(OrderedCltn, roundTrip(c, binary));
+        ASSERT_EQ(copy->size(), 2u);
+        EXPECT_EQ(copy->at(0), copy->at(1));
+        EXPECT_NE(copy->at(0), &shared);
+        deepDelete(copy);
+    }
+}
+
+TEST_F(CltnioTest, HashedCollectionsAreRebuiltThroughAdd) {
+    // Two equal but distinct strings: one element of a Set, two of an IdentSet.
+    String x1("x"), x2("x"), y("y");
+    IdentSet ident;
+    ident.add(x1);
+    ident.add(x2);
+    ident.add(y);
+    IdentSet* identCopy = CAST(IdentSet, roundTrip(ident, false));
+    EXPECT_EQ(identCopy->size(), 3u);
+    EXPECT_EQ(identCopy->find(x1), nil);  // the originals are not its elements
+    deepDelete(identCopy);
+
+    // A large Set grows on the writing side; the copy takes its capacity at once.
+    Set big(1);
+    std::vector<Integer*> numbers;
+    for (int i = 0; i < 100; ++i) {
+        numbers.push_back(new Integer(i * 7));
+        big.add(*numbers.back());
+    }
+    Set* bigCopy = CAST(Set, roundTrip(big, true));
+    EXPECT_EQ(bigCopy->capacity(), 128u);
+    for (int i = 0; i < 100; ++i) EXPECT_NE(bigCopy->find(Integer(i * 7)), nil) << i;
+    deepDelete(bigCopy);
+    big.deleteContents();
+
+    Dictionary dict;
+    dict.atPut(*new String("one"), *new Integer(1));
+    dict.addAssoc(*new AssocInt(*new String("two"), 2));
+    Dictionary* dictCopy = CAST(Dictionary, roundTrip(dict, false));
+    EXPECT_EQ(text(dictCopy->atKey(String("one"))), "1");
+    Object* pair = dictCopy->assocAt(String("two"));
+    ASSERT_TRUE(pair->isKindOf(class_AssocInt));
+    EXPECT_EQ(static_cast<AssocInt*>(pair)->intValue(), 2);
+    deepDelete(dictCopy);
+    dict.deepDeleteContents();
+
+    // IdentDict keys are matched by the address of the key read.
+    IdentDict byAddress;
+    Integer k(5);
+    byAddress.atPut(k, *nil);
+    IdentDict* byAddressCopy = CAST(IdentDict, roundTrip(byAddress, true));
+    EXPECT_EQ(byAddressCopy->assocAt(Integer(5)), nil);
+    Iterator it(*byAddressCopy);
+    LookupKey* readPair = CAST(LookupKey, it());
+    EXPECT_EQ(byAddressCopy->assocAt(*readPair->key()), readPair);
+    deepDelete(byAddressCopy);
+    byAddress.deleteContents();
+}
+
+int reverseCompare(Object* const* a, Object* const* b) { return (*b)->compare(**a); }
+
+TEST_F(CltnioTest, SortedCltnIsReadInTheDefaultOrder) {
+    SortedCltn sorted;
+    sorted.setCompareFunction(reverseCompare);
+    for (int n : {2, 3, 1}) sorted.add(*new Integer(n));
+    EXPECT_EQ(elementTexts(sorted, false), (std::vector<std::string>{"3", "2", "1"}));
+    SortedCltn* copy = CAST(SortedCltn, roundTrip(sorted, false));
+    EXPECT_EQ(copy->compareFunctionOf(), &SortedCltn::defaultCompare);
+    EXPECT_EQ(elementTexts(*copy, false), (std::vector<std::string>{"1", "2", "3"}));
+    deepDelete(copy);
+    sorted.deleteContents();
+}
+
+TEST_F(CltnioTest, StackKeepsItsGrowthStep) {
+    Stack stack(1, 3);
+    stack.push(*new Integer(1));
+    Stack* copy = CAST(Stack, roundTrip(stack, false));
+    EXPECT_EQ(copy->growth(), 3);
+    EXPECT_EQ(copy->capacity(), 1u);
+    copy->push(*new Integer(2));
+    EXPECT_EQ(copy->capacity(), 4u);
+    deepDelete(copy);
+    stack.deleteContents();
+}
+
+TEST_F(CltnioTest, HeapsKeepTheirOrder) {
+    struct Case {
+        int kind;
+        std::vector<int> added;
+        std::vector<std::string> leaving;
+    };
+    Case cases[] = {
+        {Heap::MIN, {5, 1, 4, 2, 3}, {"1", "2", "3", "4", "5"}},
+        {Heap::MAX, {5, 1, 4, 2, 3}, {"5", "4", "3", "2", "1"}},
+        {Heap::FIFO, {5, 1, 4, 2, 3}, {"5", "1", "4", "2", "3"}},
+    };
+    for (const Case& k : cases) {
+        for (bool binary : {false, true}) {
+            SCOPED_TRACE(std::to_string(k.kind) + (binary ? " binary" : " text"));
+            Heap heap(8, k.kind);
+            for (int n : k.added) heap.add(*new Integer(n));
+            Heap* copy = CAST(Heap, roundTrip(heap, binary));
+            EXPECT_EQ(copy->heapKind(), k.kind);
+            EXPECT_EQ(copy->capacity(), 8u);
+            EXPECT_EQ(drain(*copy), k.leaving);
+            copy->add(*new Integer(9));  // the read heap takes new elements
+            EXPECT_EQ(copy->size(), 1u);
+            deepDelete(copy);
+            heap.deleteContents();
+        }
+    }
+}
+
+TEST_F(CltnioTest, IteratorIsPositionedAfterARoundTrip) {
+    OrderedCltn c;
+    for (int n : {10, 20, 30, 40}) c.add(*new Integer(n));
+    Iterator it(c);
+    it();
+    it();
+    for (bool binary : {false, true}) {
+        SCOPED_TRACE(binary ? "binary" : "text");
+        Iterator* copy = CAST(Iterator, roundTrip(it, binary));
+        EXPECT_EQ(copy->count, 2);
+        EXPECT_EQ(copy->index, 1);
+        ASSERT_TRUE(copy->collection()->isKindOf(class_OrderedCltn));
+        EXPECT_NE(copy->collection(), &c);
+        EXPECT_EQ(text((*copy)()), "30");
+        EXPECT_EQ(text((*copy)()), "40");
+        EXPECT_EQ((*copy)(), nullptr);
+        Collection* read = const_cast<Collection*>(copy->collection());
+        delete copy;
+        deepDelete(read);
+    }
+    c.deleteContents();
+}
+
+TEST_F(CltnioTest, NestedCollectionsWithSharingAndCycles) {
+    // outer = [outer, inner, s, pair]; inner = [s, outer]; pair = (s => inner)
+    String* s = new String("shared");
+    OrderedCltn* outer = new OrderedCltn;
+    IdentSet* inner = new IdentSet;  // by address: outer can't be hashed by value
+    Assoc* pair = new Assoc(*s, *inner);
+    outer->add(*outer);
+    outer->add(*inner);
+    outer->add(*s);
+    outer->add(*pair);
+    inner->add(*s);
+    inner->add(*outer);
+    for (bool binary : {false, true}) {
+        SCOPED_TRACE(binary ? "binary" : "text");
+        OrderedCltn* o = CAST(OrderedCltn, roundTrip(*outer, binary));
+        ASSERT_EQ(o->size(), 4u);
+        EXPECT_EQ(o->at(0), o);
+        IdentSet* i = CAST(IdentSet, o->at(1));
+        Object* str = o->at(2);
+        Assoc* a = CAST(Assoc, o->at(3));
+        EXPECT_EQ(i->size(), 2u);
+        EXPECT_EQ(i->findSame(*str), str);
+        EXPECT_EQ(i->findSame(*o), o);
+        EXPECT_EQ(a->key(), str);
+        EXPECT_EQ(a->value(), i);
+        deepDelete(o);
+    }
+    delete pair;
+    delete inner;
+    delete outer;
+    delete s;
+}
+
+TEST_F(CltnioTest, ATruncatedCollectionIsAnEarlyEnd) {
+    OrderedCltn c;
+    Integer one(1), two(2);
+    c.add(one);
+    c.add(two);
+    std::string written = storedText(c);
+    std::string error;
+    EXPECT_EQ(readText(written.substr(0, written.find('#')), &error), nullptr);
+    EXPECT_EQ(error, "[RDEOF] Premature EOF encountered on input stream");
+    EXPECT_EQ(readText(":ArrayOb." + sig(class_ArrayOb) + "{x@0 }", &error), nullptr);
+    EXPECT_EQ(error.substr(0, 8), "[RDFAIL]");
+}
+
+TEST_F(CltnioTest, AbstractCollectionsAreNotRead) {
+    std::string error;
+    EXPECT_EQ(readText(":Collection." + sig(class_Collection) + "{16 0}\n", &error), nullptr);
+    EXPECT_NE(error.find("reader constructor"), std::string::npos) << error;
+}
+
+}  // namespace
