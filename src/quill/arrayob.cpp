@@ -38,7 +38,7 @@ ArrayOb::ArrayOb(const ArrayOb& a) : Collection(a) {
 // a damaged count ends at the end of the stream, not in a huge allocation.
 template <class Stream>
 void ArrayOb::readSlots(Stream& is, unsigned n) {
-    allocate(n < READ_CAPACITY_LIMIT ? n : unsigned(READ_CAPACITY_LIMIT));
+    allocate(capacityToReserve(n));
     for (unsigned i = 0; i < n; ++i) {
         if (i == sz) reSize(n / 2 > i ? 2 * i : n);
         v[i] = readFrom(is, "", nil);

@@ -48,15 +48,6 @@ Heap& wakeupQueue() {
     return *queue;
 }
 
-// Holds the callback lock for a scope; never held while a listener runs.
-class CbackRegion {
-public:
-    CbackRegion() { enterObjectRegion(dependentsLockLevel); }
-    ~CbackRegion() { leaveObjectRegion(dependentsLockLevel); }
-    CbackRegion(const CbackRegion&) = delete;
-    CbackRegion& operator=(const CbackRegion&) = delete;
-};
-
 // One listener as it stood when a raise began.
 struct SnapshotEntry {
     Cback* cb;
@@ -252,7 +243,7 @@ void CbackData::dropConsumedList() {
 // Object: the lists
 
 Cback& Object::addCback(Cback& cb) {
-    CbackRegion region;
+    ObjectRegion region(dependentsLockLevel);  // never held while a listener runs
     if (!cbackData) cbackData = new CbackData;
     OrderedCltn& list = cbackData->makeCbackList();
     if (++cbackSerial == 0) ++cbackSerial;
@@ -262,7 +253,7 @@ Cback& Object::addCback(Cback& cb) {
 }
 
 Object* Object::removeCback(Cback& pattern, bool removeSame) {
-    CbackRegion region;
+    ObjectRegion region(dependentsLockLevel);
     OrderedCltn* list = cbackData ? cbackData->cbackList() : 0;
     if (!list) {
         QASSERT_TEXT(!removeSame, "removeSame == NO");
@@ -274,14 +265,14 @@ Object* Object::removeCback(Cback& pattern, bool removeSame) {
 }
 
 Cback& Object::addConsumerCback(Cback& cb) {
-    CbackRegion region;
+    ObjectRegion region(dependentsLockLevel);
     if (!cbackData) cbackData = new CbackData;
     cbackData->makeConsumedList().add(cb);
     return cb;
 }
 
 Object* Object::removeConsumerCback(Cback& cb) {
-    CbackRegion region;
+    ObjectRegion region(dependentsLockLevel);
     OrderedCltn* list = cbackData ? cbackData->consumedList() : 0;
     if (!list || list->findSame(cb) == nil) return nil;
     return list->removeSame(cb);
@@ -366,7 +357,7 @@ void Object::cbackOn(const Symbol& event, CallData* callData) {
     Cback raise(CbackFunction(0), this, event, 0, callData);
     std::vector<SnapshotEntry> snapshot;
     {
-        CbackRegion region;
+        ObjectRegion region(dependentsLockLevel);
         OrderedCltn* list = cbackData ? cbackData->cbackList() : 0;
         if (!list) return;
         snapshot.reserve(list->size());
@@ -432,7 +423,7 @@ void Object::dependentUpdate(Cback& cb) { update(*cb.owner, cb.callData, cb.user
 Cback& Object::wakeAt(double time, const Symbol& event, CallData* callData) {
     Cback* cb = new Cback(CbackFunction(0), this, event, 0, callData);
     cb->wakeup = time;
-    CbackRegion region;
+    ObjectRegion region(dependentsLockLevel);
     changePending(this, 1);
     wakeupQueue().add(*cb);
     return *cb;
@@ -444,7 +435,7 @@ Cback& Object::wakeIn(double delay, const Symbol& event, CallData* callData) {
 
 bool Object::cancelWakeup(Cback& cb) {
     {
-        CbackRegion region;
+        ObjectRegion region(dependentsLockLevel);
         if (wakeupQueue().findSame(cb) == nil) return false;
         wakeupQueue().removeSame(cb);
         changePending(cb.owner, -1);
@@ -516,7 +507,7 @@ unsigned wakeupCount() { return wakeupQueue().size(); }
 bool runNextWakeup() {
     Cback* cb;
     {
-        CbackRegion region;
+        ObjectRegion region(dependentsLockLevel);
         Heap& q = wakeupQueue();
         if (q.isEmpty()) return false;
         cb = CAST(Cback, q.removeFirst());
@@ -530,7 +521,7 @@ bool runNextWakeup() {
 }
 
 void requeueWakeup(Cback& cb) {
-    CbackRegion region;
+    ObjectRegion region(dependentsLockLevel);
     Heap& q = wakeupQueue();
     if (q.findSame(cb) != nil) {
         q.touch(cb);
@@ -849,11 +840,33 @@ T readField(std::istream& is) {
     return v;
 }
 
+// Characters stand in the text form as their numeric values.
+template <>
+signed char readField<signed char>(std::istream& is) {
+    return (signed char)readField<int>(is);
+}
+
+template <>
+unsigned char readField<unsigned char>(std::istream& is) {
+    return (unsigned char)readField<unsigned>(is);
+}
+
 template <class T>
 T readField(BinIstream& is) {
     T v = T();
     is >> v;
     return v;
+}
+
+template <>
+signed char readField<signed char>(BinIstream& is) {
+    return (signed char)readField<char>(is);
+}
+
+// The binary form has one 2-byte integer kind.
+template <>
+unsigned short readField<unsigned short>(BinIstream& is) {
+    return (unsigned short)readField<short>(is);
 }
 
 void badKind(unsigned kind) { setError(RDSYNERR, SEV_ERROR, "a CallData kind", formatText("%u", kind)); }
@@ -919,128 +932,36 @@ void CallData::storer(BinOstream& os) const {
     }
 }
 
-void CallData::readValue(std::istream& is) {
+// Reads one value of type T and keeps it under kind.
+template <class T, class Stream>
+void CallData::readKind(Stream& is, unsigned kind) {
+    T v = readField<T>(is);
+    allocate(kind, &v);
+}
+
+template <class Stream>
+void CallData::readValueFrom(Stream& is) {
     unsigned kind = readField<unsigned>(is);
     switch (kind) {
-        case NONE:
-            break;
+        case NONE: break;
         case OBJECT:
         case OBJECT_NOT_OWN:
             kind_ = OBJECT;
             value_ = readFrom(is);
             break;
-        case CHAR: {
-            signed char v = (signed char)readField<int>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case UCHAR: {
-            unsigned char v = (unsigned char)readField<unsigned>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case SHORT: {
-            short v = readField<short>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case USHORT: {
-            unsigned short v = readField<unsigned short>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case INT: {
-            int v = readField<int>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case UINT: {
-            unsigned v = readField<unsigned>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case LONG: {
-            long v = readField<long>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case ULONG: {
-            unsigned long v = readField<unsigned long>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case FLOAT: {
-            float v = readField<float>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case DOUBLE: {
-            double v = readField<double>(is);
-            allocate(kind, &v);
-            break;
-        }
-        default:
-            badKind(kind);
+        case CHAR: readKind<signed char>(is, kind); break;
+        case UCHAR: readKind<unsigned char>(is, kind); break;
+        case SHORT: readKind<short>(is, kind); break;
+        case USHORT: readKind<unsigned short>(is, kind); break;
+        case INT: readKind<int>(is, kind); break;
+        case UINT: readKind<unsigned>(is, kind); break;
+        case LONG: readKind<long>(is, kind); break;
+        case ULONG: readKind<unsigned long>(is, kind); break;
+        case FLOAT: readKind<float>(is, kind); break;
+        case DOUBLE: readKind<double>(is, kind); break;
+        default: badKind(kind);
     }
 }
 
-void CallData::readValue(BinIstream& is) {
-    unsigned kind = readField<unsigned>(is);
-    switch (kind) {
-        case NONE:
-            break;
-        case OBJECT:
-        case OBJECT_NOT_OWN:
-            kind_ = OBJECT;
-            value_ = readFrom(is);
-            break;
-        case CHAR: {
-            char v = readField<char>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case UCHAR: {
-            unsigned char v = readField<unsigned char>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case SHORT:
-        case USHORT: {
-            short v = readField<short>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case INT: {
-            int v = readField<int>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case UINT: {
-            unsigned v = readField<unsigned>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case LONG: {
-            long v = readField<long>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case ULONG: {
-            unsigned long v = readField<unsigned long>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case FLOAT: {
-            float v = readField<float>(is);
-            allocate(kind, &v);
-            break;
-        }
-        case DOUBLE: {
-            double v = readField<double>(is);
-            allocate(kind, &v);
-            break;
-        }
-        default:
-            badKind(kind);
-    }
-}
+void CallData::readValue(std::istream& is) { readValueFrom(is); }
+void CallData::readValue(BinIstream& is) { readValueFrom(is); }

@@ -160,6 +160,10 @@ private:
     void allocate(unsigned kind, const void* bits);
     void readValue(std::istream& is);
     void readValue(BinIstream& is);
+    template <class Stream>
+    void readValueFrom(Stream& is);
+    template <class T, class Stream>
+    void readKind(Stream& is, unsigned kind);
     bool checkKind(unsigned expected) const;
     bool checkObjectKind() const;
 

@@ -63,12 +63,14 @@ template <class Stream>
 void readElementsFrom(Collection& c, Stream& is) {
     unsigned capacity = readCount(is);
     unsigned n = readCount(is);
-    c.reSize(Collection::capacityToReserve(capacity));
+    unsigned reserved = Collection::capacityToReserve(capacity);
+    c.reSize(reserved);
     for (unsigned i = 0; i < n; ++i) {
         Object* ob = readFrom(is, "", nil);
         if (ob == nil && endedEarly(is)) setError(RDEOF, SEV_ERROR);
         c.add(*ob);
     }
+    if (capacity > reserved) c.reSize(Collection::capacityToKeep(capacity));
 }
 
 template <class Stream>
@@ -232,6 +234,10 @@ void Collection::storer(BinOstream& os) const {
 }
 
 unsigned Collection::capacityToReserve(unsigned capacity) {
+    return capacity < READ_RESERVE ? capacity : unsigned(READ_RESERVE);
+}
+
+unsigned Collection::capacityToKeep(unsigned capacity) {
     return capacity < READ_CAPACITY_LIMIT ? capacity : unsigned(READ_CAPACITY_LIMIT);
 }
 

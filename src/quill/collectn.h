@@ -65,11 +65,13 @@ protected:
     void readElements(BinIstream& is);
 
 public:
-    // The capacity to reserve for a capacity read from a stream: at most
-    // READ_CAPACITY_LIMIT, so that a damaged number can't ask for gigabytes.
-    // A larger collection grows as its elements are added.
-    static unsigned capacityToReserve(unsigned capacity);
-    enum { READ_CAPACITY_LIMIT = 1 << 16 };
+    // A damaged number on a stream must not ask for gigabytes: a reader
+    // reserves at most READ_RESERVE slots before its elements are read, and
+    // grows as they come; a larger capacity is taken once they are all
+    // there, up to READ_CAPACITY_LIMIT.
+    enum { READ_RESERVE = 1 << 12, READ_CAPACITY_LIMIT = 1 << 20 };
+    static unsigned capacityToReserve(unsigned capacity);  // at most READ_RESERVE
+    static unsigned capacityToKeep(unsigned capacity);     // at most READ_CAPACITY_LIMIT
 };
 
 // Number fields of the text stream forms: a failed read raises RDEOF at end

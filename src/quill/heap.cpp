@@ -20,10 +20,11 @@ Heap::Heap(const Heap& h)
 
 template <class Stream>
 void Heap::readContents(Stream& is, unsigned capacity, unsigned n) {
-    capacity = capacityToReserve(capacity);
-    contents = new ArrayOb(capacity + 1);
-    sequence = new IntArray(capacity + 1);
+    unsigned reserved = capacityToReserve(capacity);
+    contents = new ArrayOb(reserved + 1);
+    sequence = new IntArray(reserved + 1);
     for (unsigned i = 0; i < n; ++i) add(*readFrom(is, "", nil));
+    if (capacity > reserved) reSize(capacityToKeep(capacity));
 }
 
 Heap::Heap(std::istream& is, Object* where)

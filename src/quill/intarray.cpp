@@ -26,7 +26,7 @@ IntArray::IntArray(const IntArray& a) : Object(a) {
 
 namespace {
 
-const unsigned READ_CHUNK = 1 << 16;
+const unsigned READ_CHUNK = Collection::READ_RESERVE;
 
 int readValue(std::istream& is) { return readIntField(is); }
 

@@ -334,30 +334,28 @@ Object* castCheck(const Class& c, const Object* p, const char* file, int line) {
 
 void deepDelete(Object* ob) {
     if (ob == nil) return;
-    enterObjectRegion(storeReadLockLevel);
-    bool outermost = deletionSet == 0;
-    if (outermost) deletionSet = new IdentSet(1024);
-    // An object already met is not entered again, so that cycles end.
-    if (deletionSet->findSame(*ob) == nil) {
-        deletionSet->add(*ob);
-        try {
-            ob->deepDeleteContents();
-        } catch (...) {
-            if (outermost) {
-                delete deletionSet;  // what was collected stays: it may be damaged
-                deletionSet = 0;
+    IdentSet* set;
+    {
+        ObjectRegion region(storeReadLockLevel);
+        bool outermost = deletionSet == 0;
+        if (outermost) deletionSet = new IdentSet(1024);
+        // An object already met is not entered again, so that cycles end.
+        if (deletionSet->findSame(*ob) == nil) {
+            deletionSet->add(*ob);
+            try {
+                ob->deepDeleteContents();
+            } catch (...) {
+                if (outermost) {
+                    delete deletionSet;  // what was collected stays: it may be damaged
+                    deletionSet = 0;
+                }
+                throw;
             }
-            leaveObjectRegion(storeReadLockLevel);
-            throw;
         }
+        if (!outermost) return;
+        set = deletionSet;
+        deletionSet = 0;
     }
-    if (!outermost) {
-        leaveObjectRegion(storeReadLockLevel);
-        return;
-    }
-    IdentSet* set = deletionSet;
-    deletionSet = 0;
-    leaveObjectRegion(storeReadLockLevel);
     if (set->size() <= 1)
         delete ob;
     else

@@ -184,6 +184,18 @@ extern int dependentsLockLevel;   // dependents and callbacks
 void enterObjectRegion(int level);
 void leaveObjectRegion(int level);
 
+// Holds a region for the lifetime of a scope, exceptions included.
+class ObjectRegion {
+public:
+    explicit ObjectRegion(int level) : level(level) { enterObjectRegion(level); }
+    ~ObjectRegion() { leaveObjectRegion(level); }
+    ObjectRegion(const ObjectRegion&) = delete;
+    ObjectRegion& operator=(const ObjectRegion&) = delete;
+
+private:
+    int level;
+};
+
 #define CAST(ClassName, p) \
     (static_cast<ClassName*>(castCheck(class_##ClassName, (p), __FILE__, __LINE__)))
 

@@ -367,7 +367,7 @@ public:
 
 template <class Stream>
 Object* guardedRead(String& errorText, Stream& is, const char* className, Object* where) {
-    enterObjectRegion(storeReadLockLevel);
+    ObjectRegion region(storeReadLockLevel);
     readErrorText() = "";
     Object* result = 0;
     try {
@@ -380,7 +380,6 @@ Object* guardedRead(String& errorText, Stream& is, const char* className, Object
         result = 0;
     }
     errorText = readErrorText();
-    leaveObjectRegion(storeReadLockLevel);
     return result;
 }
 
@@ -532,28 +531,16 @@ void Object::storer(BinOstream& os) const {
 // Top level
 
 bool storeObject(std::ostream& os, const Object& ob) {
-    enterObjectRegion(storeReadLockLevel);
-    try {
-        ob.storeOn(os);
-    } catch (...) {
-        leaveObjectRegion(storeReadLockLevel);
-        throw;
-    }
+    ObjectRegion region(storeReadLockLevel);
+    ob.storeOn(os);
     os.flush();
-    leaveObjectRegion(storeReadLockLevel);
     return !os.fail();
 }
 
 bool storeObject(BinOstream& os, const Object& ob) {
-    enterObjectRegion(storeReadLockLevel);
-    try {
-        ob.storeOn(os);
-    } catch (...) {
-        leaveObjectRegion(storeReadLockLevel);
-        throw;
-    }
+    ObjectRegion region(storeReadLockLevel);
+    ob.storeOn(os);
     os.flush();
-    leaveObjectRegion(storeReadLockLevel);
     return os.good();
 }
 
