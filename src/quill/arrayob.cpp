@@ -41,7 +41,7 @@ void ArrayOb::readSlots(Stream& is, unsigned n) {
     allocate(capacityToReserve(n));
     for (unsigned i = 0; i < n; ++i) {
         if (i == sz) reSize(n / 2 > i ? 2 * i : n);
-        v[i] = readFrom(is, "", nil);
+        v[i] = readElement(is);
     }
 }
 

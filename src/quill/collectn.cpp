@@ -55,21 +55,13 @@ unsigned readCount(BinIstream& is) {
     return n;
 }
 
-// readFrom answers nil at end of file: inside a collection that is an early end.
-bool endedEarly(std::istream& is) { return is.fail(); }
-bool endedEarly(BinIstream& is) { return is.stream().eof(); }
-
 template <class Stream>
 void readElementsFrom(Collection& c, Stream& is) {
     unsigned capacity = readCount(is);
     unsigned n = readCount(is);
     unsigned reserved = Collection::capacityToReserve(capacity);
     c.reSize(reserved);
-    for (unsigned i = 0; i < n; ++i) {
-        Object* ob = readFrom(is, "", nil);
-        if (ob == nil && endedEarly(is)) setError(RDEOF, SEV_ERROR);
-        c.add(*ob);
-    }
+    for (unsigned i = 0; i < n; ++i) c.add(*Collection::readElement(is));
     if (capacity > reserved) c.reSize(Collection::capacityToKeep(capacity));
 }
 
@@ -239,6 +231,19 @@ unsigned Collection::capacityToReserve(unsigned capacity) {
 
 unsigned Collection::capacityToKeep(unsigned capacity) {
     return capacity < READ_CAPACITY_LIMIT ? capacity : unsigned(READ_CAPACITY_LIMIT);
+}
+
+// readFrom answers nil at end of file: inside a collection that is an early end.
+Object* Collection::readElement(std::istream& is) {
+    Object* ob = readFrom(is, "", nil);
+    if (ob == nil && is.fail()) setError(RDEOF, SEV_ERROR);
+    return ob;
+}
+
+Object* Collection::readElement(BinIstream& is) {
+    Object* ob = readFrom(is, "", nil);
+    if (ob == nil && is.stream().eof()) setError(RDEOF, SEV_ERROR);
+    return ob;
 }
 
 void Collection::readElements(std::istream& is) { readElementsFrom(*this, is); }

@@ -65,6 +65,10 @@ protected:
     void readElements(BinIstream& is);
 
 public:
+    // One element of any class; the end of the stream raises RDEOF here,
+    // where readFrom would answer nil.
+    static Object* readElement(std::istream& is);
+    static Object* readElement(BinIstream& is);
     // A damaged number on a stream must not ask for gigabytes: a reader
     // reserves at most READ_RESERVE slots before its elements are read, and
     // grows as they come; a larger capacity is taken once they are all

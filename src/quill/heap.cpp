@@ -23,7 +23,7 @@ void Heap::readContents(Stream& is, unsigned capacity, unsigned n) {
     unsigned reserved = capacityToReserve(capacity);
     contents = new ArrayOb(reserved + 1);
     sequence = new IntArray(reserved + 1);
-    for (unsigned i = 0; i < n; ++i) add(*readFrom(is, "", nil));
+    for (unsigned i = 0; i < n; ++i) add(*readElement(is));
     if (capacity > reserved) reSize(capacityToKeep(capacity));
 }
 

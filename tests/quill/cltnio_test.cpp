@@ -360,6 +360,46 @@ TEST_F(CltnioTest, ATruncatedCollectionIsAnEarlyEnd) {
     EXPECT_EQ(error.substr(0, 8), "[RDFAIL]");
 }
 
+// A damaged count must end in an error at the end of the stream, and a
+// damaged capacity in a bounded allocation.
+TEST_F(CltnioTest, DamagedCountsAndCapacities) {
+    const std::string huge = "4294967295";
+    struct Case {
+        const char* name;
+        std::string text;
+    };
+    Case endsEarly[] = {
+        {"OrderedCltn", ":OrderedCltn." + sig(class_OrderedCltn) + "{16 " + huge + "@0 @0 "},
+        {"Heap", ":Heap." + sig(class_Heap) + "{16 " + huge + " 0@0 @0 "},
+        {"ArrayOb", ":ArrayOb." + sig(class_ArrayOb) + "{" + huge + "@0 @0 "},
+        {"IntArray", ":IntArray." + sig(class_IntArray) + "{" + huge + " 1 2 "},
+    };
+    for (const Case& k : endsEarly) {
+        SCOPED_TRACE(k.name);
+        unsigned long before = bytesInUse();
+        std::string error;
+        EXPECT_EQ(readText(k.text, &error), nullptr);
+        EXPECT_EQ(error, "[RDEOF] Premature EOF encountered on input stream");
+        EXPECT_LT(bytesInUse(), before + 200000);
+    }
+
+    // A capacity above the reserve is taken once the elements are read; a
+    // damaged one stops at the limit.
+    const Class* classes[] = {&class_OrderedCltn, &class_Set, &class_Heap};
+    for (const Class* c : classes) {
+        SCOPED_TRACE(c->name());
+        std::string head = ":" + std::string(c->name()) + "." + sig(*c) + "{";
+        std::string tail = c == &class_Heap ? " 1 0@0 }" : " 1@0 }";
+        Collection* large = CAST(Collection, readText(head + "5000" + tail));
+        EXPECT_EQ(large->capacity(), c == &class_Set ? 8192u : 5000u);
+        EXPECT_EQ(large->size(), c == &class_Set ? 0u : 1u);  // a Set takes no nil
+        delete large;
+        Collection* damaged = CAST(Collection, readText(head + huge + tail));
+        EXPECT_EQ(damaged->capacity(), unsigned(Collection::READ_CAPACITY_LIMIT));
+        delete damaged;
+    }
+}
+
 TEST_F(CltnioTest, AbstractCollectionsAreNotRead) {
     std::string error;
     EXPECT_EQ(readText(":Collection." + sig(class_Collection) + "{16 0}\n", &error), nullptr);
