@@ -47,7 +47,7 @@ void ArrayOb::readSlots(Stream& is, unsigned n) {
 
 ArrayOb::ArrayOb(std::istream& is, Object* where) : Collection(is, where), v(0), sz(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    readSlots(is, readUnsignedField(is));
+    readSlots(is, readNumber<unsigned>(is));
 }
 
 ArrayOb::ArrayOb(BinIstream& is, Object* where) : Collection(is, where), v(0), sz(0) {

@@ -830,14 +830,7 @@ namespace {
 
 template <class T>
 T readField(std::istream& is) {
-    T v = T();
-    is >> v;
-    if (is.fail()) {
-        if (is.eof()) setError(RDEOF, SEV_ERROR);
-        is.clear();
-        setError(RDFAIL, SEV_ERROR, "CallData");
-    }
-    return v;
+    return readNumber<T>(is);
 }
 
 // Characters stand in the text form as their numeric values.

@@ -33,21 +33,7 @@ std::unique_ptr<OrderedCltn> snapshot(const Collection& c) {
     return copy;
 }
 
-const int REPORT_LENGTH = 32;  // 31 characters of context in RDFAIL
-
-template <class Number>
-Number readTextField(std::istream& is) {
-    Number n = 0;
-    is >> n;
-    if (!is.fail()) return n;
-    if (is.eof()) setError(RDEOF, SEV_ERROR);
-    is.clear();
-    char rest[REPORT_LENGTH] = "";
-    is.get(rest, REPORT_LENGTH, char(255));
-    setError(RDFAIL, SEV_ERROR, rest);
-}
-
-unsigned readCount(std::istream& is) { return readUnsignedField(is); }
+unsigned readCount(std::istream& is) { return readNumber<unsigned>(is); }
 
 unsigned readCount(BinIstream& is) {
     unsigned n;
@@ -72,10 +58,6 @@ void storeElementsOf(const Collection& c, Stream& os) {
 }
 
 }  // namespace
-
-int readIntField(std::istream& is) { return readTextField<int>(is); }
-
-unsigned readUnsignedField(std::istream& is) { return readTextField<unsigned>(is); }
 
 Object* Collection::add(Object&) {
     derivedClassResponsibility("add");
@@ -279,8 +261,8 @@ Iterator::Iterator(const Iterator& it)
 Iterator::Iterator(std::istream& is, Object* where)
     : Object(is, where), cltn(0), index(-1), current(0), count(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    index = readIntField(is);
-    int steps = readIntField(is);
+    index = readNumber<int>(is);
+    int steps = readNumber<int>(is);
     cltn = CAST(Collection, readFrom(is, "", nil));
     advance(steps);
 }

@@ -78,11 +78,6 @@ public:
     static unsigned capacityToKeep(unsigned capacity);     // at most READ_CAPACITY_LIMIT
 };
 
-// Number fields of the text stream forms: a failed read raises RDEOF at end
-// of file, else RDFAIL.
-int readIntField(std::istream& is);
-unsigned readUnsignedField(std::istream& is);
-
 class Iterator : public Object {
     DECLARE_MEMBERS(Iterator)
 public:

@@ -30,9 +30,9 @@ void Heap::readContents(Stream& is, unsigned capacity, unsigned n) {
 Heap::Heap(std::istream& is, Object* where)
     : SeqCltn(is, where), kind(FIFO), endIndex(1), contents(0), sequence(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    unsigned capacity = readUnsignedField(is);
-    unsigned n = readUnsignedField(is);
-    kind = readIntField(is);
+    unsigned capacity = readNumber<unsigned>(is);
+    unsigned n = readNumber<unsigned>(is);
+    kind = readNumber<int>(is);
     readContents(is, capacity, n);
 }
 

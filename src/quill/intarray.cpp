@@ -1,6 +1,7 @@
 // IntArray: checked access, resizing, comparison, printing and stream form of integer arrays.
 #include "quill/intarray.h"
 
+#include "quill/objio.h"
 #include "quill/binstrm.h"
 #include "quill/collectn.h"
 #include "quill/objalloc.h"
@@ -28,7 +29,7 @@ namespace {
 
 const unsigned READ_CHUNK = Collection::READ_RESERVE;
 
-int readValue(std::istream& is) { return readIntField(is); }
+int readValue(std::istream& is) { return readNumber<int>(is); }
 
 int readValue(BinIstream& is) {
     int value;
@@ -51,7 +52,7 @@ void IntArray::readValues(Stream& is, unsigned n) {
 
 IntArray::IntArray(std::istream& is, Object* where) : Object(is, where), v(0), sz(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    readValues(is, readUnsignedField(is));
+    readValues(is, readNumber<unsigned>(is));
 }
 
 IntArray::IntArray(BinIstream& is, Object* where) : Object(is, where), v(0), sz(0) {

@@ -165,7 +165,8 @@ void checkClass(char branch, const char* expected, const Object* where, const ch
 
 // Text tokens
 
-// Raises RDEOF or RDFAIL when the token just read left the stream failed.
+}  // namespace
+
 void checkStream(std::istream& is) {
     if (!is.fail()) return;
     if (is.eof()) setError(RDEOF, SEV_ERROR);
@@ -174,6 +175,8 @@ void checkStream(std::istream& is) {
     is.get(rest, REPORT_LENGTH, char(255));
     setError(RDFAIL, SEV_ERROR, rest);
 }
+
+namespace {
 
 // The offending character must have been put back: it leads the report.
 [[noreturn]] void syntaxError(std::istream& is, const char* expected) {
@@ -188,14 +191,6 @@ char readToken(std::istream& is) {
     is >> c;
     checkStream(is);
     return c;
-}
-
-template <class Number>
-Number readNumber(std::istream& is) {
-    Number n = 0;
-    is >> n;
-    checkStream(is);
-    return n;
 }
 
 // Text read of the three forms

@@ -7,6 +7,7 @@
 #include "quill/quillstr.h"
 
 #include <cstddef>
+#include <istream>
 #include <iosfwd>
 
 // Top-level store: answers whether the stream has neither fail nor bad bit.
@@ -62,5 +63,17 @@ char* readQuoted(std::istream& is, unsigned* length, unsigned* alloc);
 
 // Raises RDSYNERR when the next non-blank character of is is not c.
 void expectChar(std::istream& is, char c);
+
+// Raises RDEOF or RDFAIL, with what follows, when the last read left is failed.
+void checkStream(std::istream& is);
+
+// A number of the text form; a failed read raises as checkStream does.
+template <class Number>
+Number readNumber(std::istream& is) {
+    Number n = 0;
+    is >> n;
+    checkStream(is);
+    return n;
+}
 
 #endif

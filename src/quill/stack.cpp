@@ -2,6 +2,7 @@
 #include "quill/stack.h"
 
 #include "quill/binstrm.h"
+#include "quill/objio.h"
 
 #include <ostream>
 
@@ -16,7 +17,7 @@ Stack::Stack(const Stack& s) : OrderedCltn(s), extendBy(s.extendBy) {}
 Stack::Stack(std::istream& is, Object* where)
     : OrderedCltn(is, where, false), extendBy(DEFAULT_CAPACITY) {
     readElements(is);
-    extendBy = readIntField(is);
+    extendBy = readNumber<int>(is);
 }
 
 Stack::Stack(BinIstream& is, Object* where)
