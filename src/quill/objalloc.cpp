@@ -36,7 +36,11 @@ uint32_t headWord(const void* p) {
     return w;
 }
 
-void setHeadWord(void* p, uint32_t w) { memcpy(static_cast<char*>(p) - 4, &w, 4); }
+// Volatile, so that the poison written just before a free is not dropped.
+void setHeadWord(void* p, uint32_t w) {
+    volatile unsigned char* head = static_cast<unsigned char*>(p) - 4;
+    for (int i = 0; i < 4; ++i) head[i] = static_cast<unsigned char>(w >> (8 * i));
+}
 
 uint32_t tailWord(const void* p, size_t n) {
     uint32_t w;

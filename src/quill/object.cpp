@@ -118,7 +118,9 @@ Object::~Object() noexcept(false) {
     }
     if (this == nil) return;
     if (cbackData) destroyCbacks(*this);
-    magic = 0;
+    // A plain store would be dropped by the optimiser, as the object's
+    // lifetime ends here; the cleared word is what makes a stale pointer fail.
+    *const_cast<volatile unsigned*>(&magic) = 0;
 }
 
 void Object::checkContents(const char*) const {}

@@ -2,6 +2,8 @@
 #include "quill/quillsig.h"
 
 #include "quill/quillerr.h"
+#include "quill/quillstr.h"
+#include "quill/startup.h"
 
 #include <pthread.h>
 #include <signal.h>
@@ -39,6 +41,13 @@ void onSignal(int sig) {
     sigemptyset(&set);
     sigaddset(&set, sig);
     pthread_sigmask(SIG_UNBLOCK, &set, 0);
+    // A signal that arrives while a raised error has not been caught (the
+    // abort of a throw that found no way out, say) takes the fatal path at
+    // once: throwing again would only come back here.
+    if (errorInProgress) {
+        reportError(SEV_FATAL, formatText(errorText(SYSERR), "System Signal ", signalName(sig), ""));
+        quillAbort(0);
+    }
     setError(SYSERR, SEV_FATAL, "System Signal ", signalName(sig), "");
 }
 
