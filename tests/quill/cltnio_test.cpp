@@ -1,7 +1,9 @@
 // Stream forms of the collections, pairs and iterators: round trips, exact text, sharing, cycles.
 #include "quill/all.h"
 #include "quill/objio.h"
+#include "iotest.h"
 #include "testutil.h"
+
 
 #include <gtest/gtest.h>
 
@@ -17,21 +19,6 @@ class CltnioTest : public ::testing::Test {
 protected:
     void SetUp() override { resetReadEnvironment(); }
 };
-
-std::string sig(const Class& c) { return std::to_string(c.signature()); }
-
-std::string storedText(const Object& ob) {
-    std::ostringstream os;
-    EXPECT_TRUE(storeObject(os, ob));
-    return os.str();
-}
-
-Object* readText(const std::string& text, std::string* error = 0) {
-    String errorText;
-    Object* ob = readFromString(errorText, text.c_str(), text.size());
-    if (error) *error = errorText.asCharPointer();
-    return ob;
-}
 
 Object* roundTrip(const Object& ob, bool binary) {
     if (!binary) {

@@ -3,7 +3,9 @@
 #include "quill/objalloc.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
+#include "iotest.h"
 #include "testutil.h"
+
 
 #include <gtest/gtest.h>
 
@@ -147,34 +149,18 @@ using ObjioQuotedTest = ObjioTest;
 using ObjioBinaryTest = ObjioTest;
 using ObjioFileTest = ObjioTest;
 
-std::string stored(const Object& ob) {
-    std::ostringstream os;
-    EXPECT_TRUE(storeObject(os, ob));
-    return os.str();
-}
-
-std::string sig(const Class& c) { return std::to_string(c.signature()); }
-
-// The guarded read of text; the error text goes to *error.
-Object* readText(const std::string& text, std::string* error = 0, const char* className = "") {
-    String errorText;
-    Object* ob = readFromString(errorText, text.c_str(), text.size(), className);
-    if (error) *error = errorText.asCharPointer();
-    return ob;
-}
-
 IoNode* node(Object* ob) { return CAST(IoNode, ob); }
 
 TEST_F(ObjioStoreTest, TextFormOfASmallGraph) {
     IoNode b(2), a(1, &b);
-    EXPECT_EQ(stored(a), ":IoNode." + sig(class_IoNode) + "{1 #1{2 @0 }\n}\n");
+    EXPECT_EQ(storedText(a), ":IoNode." + sig(class_IoNode) + "{1 #1{2 @0 }\n}\n");
     IoPair pair(&a, &b);
-    EXPECT_EQ(stored(pair), ":IoPair." + sig(class_IoPair) + "{:IoNode." + sig(class_IoNode) +
+    EXPECT_EQ(storedText(pair), ":IoPair." + sig(class_IoPair) + "{:IoNode." + sig(class_IoNode) +
                                 "{1 #2{2 @0 }\n}\n@3 }\n");
 }
 
 TEST_F(ObjioStoreTest, NilIsAReferenceToZero) {
-    EXPECT_EQ(stored(*nil), "@0 ");
+    EXPECT_EQ(storedText(*nil), "@0 ");
     EXPECT_EQ(readText("@0 "), nil);
 }
 
@@ -189,10 +175,10 @@ TEST_F(ObjioStoreTest, NumberingRestartsAtEachTopLevelStore) {
 }
 
 TEST_F(ObjioStoreTest, RefusedStorersLeaveNoStoreInProgress) {
-    EXPECT_EQ(raisedText([] { stored(class_IoNode); }),
+    EXPECT_EQ(raisedText([] { storedText(class_IoNode); }),
               "[ILLEGALMETHOD] Should not implement method Class::storer()");
     IoNode after(3);
-    EXPECT_EQ(stored(after), ":IoNode." + sig(class_IoNode) + "{3 @0 }\n");
+    EXPECT_EQ(storedText(after), ":IoNode." + sig(class_IoNode) + "{3 @0 }\n");
 }
 
 TEST_F(ObjioStoreTest, AsCharPointerByStoreOn) {
@@ -208,7 +194,7 @@ TEST_F(ObjioReadTest, SharedMemberComesBackAsOneObject) {
     IoNode shared(7);
     IoPair pair(&shared, &shared);
     std::string error;
-    IoPair* back = CAST(IoPair, readText(stored(pair), &error));
+    IoPair* back = CAST(IoPair, readText(storedText(pair), &error));
     ASSERT_NE(back, nullptr) << error;
     EXPECT_EQ(back->left, back->right);
     EXPECT_EQ(node(back->left)->count, 7);
@@ -219,7 +205,7 @@ TEST_F(ObjioReadTest, SharedMemberComesBackAsOneObject) {
 TEST_F(ObjioReadTest, CycleRefersToTheEnclosingObject) {
     IoNode a(1), b(2, &a);
     a.next = &b;
-    std::string text = stored(a);
+    std::string text = storedText(a);
     EXPECT_EQ(text, ":IoNode." + sig(class_IoNode) + "{1 #1{2 @1 }\n}\n");
     IoNode* back = node(readText(text));
     ASSERT_NE(back, nullptr);
@@ -246,7 +232,7 @@ TEST_F(ObjioReadTest, EmbeddedMemberIsReadInPlace) {
     IoHolder holder;
     holder.inner.count = 9;
     int before = IoNode::destroyed;
-    IoHolder* back = CAST(IoHolder, readText(stored(holder)));
+    IoHolder* back = CAST(IoHolder, readText(storedText(holder)));
     ASSERT_NE(back, nullptr);
     EXPECT_EQ(IoNode::destroyed, before + 1) << "the default member is destroyed, not lost";
     EXPECT_EQ(back->inner.count, 9);
@@ -427,7 +413,7 @@ Object* replaceNines(Object* ob) {
 TEST_F(ObjioFilterTest, StoreFilterSkipsMembersNotTheRoot) {
     IoNode odd(3), root(1, &odd);
     EXPECT_EQ(setStoreFilter(skipOdd), nullptr);
-    EXPECT_EQ(stored(root), ":IoNode." + sig(class_IoNode) + "{1 }\n");
+    EXPECT_EQ(storedText(root), ":IoNode." + sig(class_IoNode) + "{1 }\n");
     EXPECT_EQ(setStoreFilter(0), skipOdd);
 }
 
@@ -436,7 +422,7 @@ TEST_F(ObjioFilterTest, ReadFilterReplacesTheObjectAndItsEntry) {
     replacement = &standIn;
     IoNode nine(9);
     IoPair pair(&nine, &nine);
-    std::string text = stored(pair);
+    std::string text = storedText(pair);
     int before = IoNode::destroyed;
     setReadFilter(replaceNines);
     IoPair* back = CAST(IoPair, readText(text));
@@ -513,22 +499,6 @@ TEST_F(ObjioQuotedTest, Errors) {
 
 // Binary
 
-std::string storedBinary(const Object& ob) {
-    std::ostringstream os;
-    BinOstream bs(os);
-    EXPECT_TRUE(storeObject(bs, ob));
-    return os.str();
-}
-
-Object* readBinary(const std::string& bytes, std::string* error = 0, const char* className = "") {
-    std::istringstream is(bytes);
-    BinIstream bs(is);
-    String errorText;
-    Object* ob = readFromChecked(errorText, bs, className);
-    if (error) *error = errorText.asCharPointer();
-    return ob;
-}
-
 TEST_F(ObjioBinaryTest, BytesOfOneObject) {
     unsigned s = class_IoNode.signature();
     std::string expected = std::string("\x01\x06IoNode", 8) +
@@ -604,11 +574,11 @@ TEST_F(ObjioFileTest, WriteAndReadAFile) {
         Ostream out(name.c_str());
         ASSERT_TRUE(out.isOpen());
         storeObject(out, IoNode(12));
-        EXPECT_EQ(out.tell(), long(stored(IoNode(12)).size()));
+        EXPECT_EQ(out.tell(), long(storedText(IoNode(12)).size()));
     }
     Istream in(name.c_str());
     unsigned size = in.size();
-    EXPECT_EQ(size, stored(IoNode(12)).size());
+    EXPECT_EQ(size, storedText(IoNode(12)).size());
     EXPECT_EQ(in.tell(), 0);
     Object* ob = readFrom(in);
     EXPECT_EQ(node(ob)->count, 12);
@@ -631,7 +601,7 @@ TEST_F(ObjioFileTest, Refusals) {
               "[ILLEGALMETHOD] Should not implement method Istream::Copy constructor()");
     EXPECT_EQ(raisedText([&] { out = out; }),
               "[ILLEGALMETHOD] Should not implement method Ostream::assign operator()");
-    EXPECT_EQ(raisedText([&] { stored(in); }),
+    EXPECT_EQ(raisedText([&] { storedText(in); }),
               "[ILLEGALMETHOD] Should not implement method Istream::storer()");
     std::istringstream text("12 34");
     in.attach(text);
@@ -652,7 +622,7 @@ TEST_F(ObjioFileTest, StringOstreamGrows) {
     EXPECT_EQ(std::string(out.string().asCharPointer()), expected);
     out.reset();
     storeObject(out, IoNode(6));
-    EXPECT_EQ(std::string(out.string().asCharPointer()), stored(IoNode(6)));
+    EXPECT_EQ(std::string(out.string().asCharPointer()), storedText(IoNode(6)));
 }
 
 }  // namespace

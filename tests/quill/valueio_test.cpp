@@ -11,7 +11,9 @@
 #include "quill/set.h"
 #include "quill/substrng.h"
 #include "quill/symbol.h"
+#include "iotest.h"
 #include "testutil.h"
+
 
 #include <gtest/gtest.h>
 
@@ -62,38 +64,6 @@ using StringIoTest = ValueIoTest;
 using SymbolIoTest = ValueIoTest;
 using SmallValueIoTest = ValueIoTest;
 using ExceptionIoTest = ValueIoTest;
-
-std::string sig(const Class& c) { return std::to_string(c.signature()); }
-
-std::string storedText(const Object& ob) {
-    std::ostringstream os;
-    EXPECT_TRUE(storeObject(os, ob));
-    return os.str();
-}
-
-std::string storedBinary(const Object& ob) {
-    std::ostringstream os;
-    BinOstream bin(os);
-    EXPECT_TRUE(storeObject(bin, ob));
-    return os.str();
-}
-
-// Guarded reads: a read error answers null and leaves its text in *error.
-Object* readText(const std::string& text, std::string* error = 0) {
-    String errorText;
-    Object* ob = readFromString(errorText, text.c_str(), text.size());
-    if (error) *error = errorText.asCharPointer();
-    return ob;
-}
-
-Object* readBinary(const std::string& bytes, std::string* error = 0) {
-    std::istringstream in(bytes);
-    BinIstream bin(in);
-    String errorText;
-    Object* ob = readFromChecked(errorText, bin);
-    if (error) *error = errorText.asCharPointer();
-    return ob;
-}
 
 // Both forms, each read back by its own reader.
 struct Form {
