@@ -260,8 +260,10 @@ void reviveMember(Object* where, const Class& c) {
 template <class Stream, class Reader>
 void runReader(Stream& is, const Class& c, Reader reader, Object* ob, unsigned number,
                Object* where) {
-    if (!reader) setError(ILLEGALMETHOD, SEV_ERROR, c.name(), "reader constructor");
     try {
+        // A class without a reader refuses here, so that its prepared storage
+        // is given back as after a reader that raised.
+        if (!reader) setError(ILLEGALMETHOD, SEV_ERROR, c.name(), "reader constructor");
         reader(is, ob);
     } catch (...) {
         // The constructors that ran have been undone: the storage is raw,

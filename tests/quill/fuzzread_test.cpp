@@ -2,6 +2,7 @@
 // error text, never in a crash, a hang or a runaway allocation.
 #include "quill/all.h"
 #include "quill/objio.h"
+#include "iotest.h"
 
 #include <gtest/gtest.h>
 
@@ -122,13 +123,10 @@ void readDamaged(const std::string& text, bool binary) {
     String error;
     unsigned long before = bytesInUse();
     std::istringstream is(text);
-    Object* ob;
-    if (binary) {
-        BinIstream bis(is);
-        ob = readFromChecked(error, bis);
-    } else {
-        ob = readFromChecked(error, is);
-    }
+    BinIstream bis(is);
+    Object* ob = readMayFail([&] {
+        return binary ? readFromChecked(error, bis) : readFromChecked(error, is);
+    });
     if (ob) {
         EXPECT_TRUE(validObject(ob));
         if (ob != nil) deepDelete(ob);

@@ -102,8 +102,11 @@ TEST(ObjectTest, TypeTests) {
     EXPECT_STREQ(v.className(), "Ver2");
     EXPECT_EQ(v.baseClass(), &class_Ver1);
 
+#ifndef TARN_SANITIZED
+    // Undefined in C++, so the sanitizers fault on it; the library answers false.
     const Object* none = 0;
     EXPECT_FALSE(none->isKindOf(class_Object));
+#endif
     alignas(Ver2) unsigned char storage[sizeof(Ver2)];
     Ver2* dead = new (storage) Ver2;
     dead->~Ver2();
