@@ -1,0 +1,11 @@
+// The numerical algebra in one include: matrices, vectors, their windows and cursors, the LAPACK layer.
+#ifndef ALGEBRA_ALL_H
+#define ALGEBRA_ALL_H
+
+#include "algebra/matrix.h"
+#include "algebra/vector.h"
+#include "algebra/submatrx.h"
+#include "algebra/cursor.h"
+#include "algebra/lapack.h"
+
+#endif

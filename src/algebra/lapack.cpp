@@ -1,0 +1,155 @@
+// Calls of the LAPACK drivers: work-size query first, then the call with a work vector of that size.
+#include "algebra/lapack.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace {
+
+// The size a work-size query reports in WORK(1), never below one element.
+int reportedSize(double value) {
+    return std::max(1, static_cast<int>(value));
+}
+
+int atLeastOne(int n) {
+    return std::max(1, n);
+}
+
+// The drivers return at once on an empty matrix and leave U and Vᵀ as they are; the
+// decomposition of an m×0 or 0×n matrix has identity factors.
+template <class T>
+void setIdentity(int n, T* q) {
+    std::fill(q, q + static_cast<std::size_t>(n) * n, T(0.0));
+    for (int i = 0; i < n; ++i)
+        q[static_cast<std::size_t>(i) * n + i] = T(1.0);
+}
+
+template <class T>
+void emptyFactors(int m, int n, T* u, T* vt) {
+    setIdentity(m, u);
+    setIdentity(n, vt);
+}
+
+}  // namespace
+
+extern "C" void xerbla_(const char* srname, const int* info, std::size_t srnameLength) {
+    std::string name(srname, strnlen(srname, srnameLength));
+    name.erase(name.find_last_not_of(' ') + 1);
+    char line[128];
+    std::snprintf(line, sizeof line, "** On entry to %6s, parameter number %2i had an illegal value\n",
+                  name.c_str(), *info);
+    std::cout << line << std::flush;
+}
+
+int selectStable(const double* re, const double*) {
+    return *re < 0.0 ? 1 : 0;
+}
+
+int lapackSchur(int n, double* a, double* q, double* values, bool wantVectors,
+                SchurSelect select, int* selected) {
+    const char jobvs = wantVectors ? 'V' : 'N';
+    const char sort = select ? 'S' : 'N';
+    SchurSelect callback = select ? select : selectStable;  // not referenced when unsorted
+    const int lda = atLeastOne(n);
+    std::vector<double> noVectors(1);
+    double* vs = wantVectors ? q : noVectors.data();
+    const int ldvs = wantVectors ? atLeastOne(n) : 1;
+    std::vector<int> bwork(atLeastOne(n));
+    int sdim = 0;
+    int info = 0;
+
+    std::vector<double> query(100);
+    int lwork = -1;
+    dgees_(&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs,
+           query.data(), &lwork, bwork.data(), &info, 1, 1);
+    if (info < 0)
+        return info;
+    lwork = reportedSize(query[0]);
+    std::vector<double> work(lwork);
+    dgees_(&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs,
+           work.data(), &lwork, bwork.data(), &info, 1, 1);
+    if (selected)
+        *selected = sdim;
+    return info;
+}
+
+int lapackSvd(int m, int n, double* a, double* s, double* u, double* vt, bool wantVectors) {
+    const char jobz = wantVectors ? 'A' : 'N';
+    const int lda = atLeastOne(m);
+    std::vector<double> noVectors(1);
+    double* uData = wantVectors ? u : noVectors.data();
+    double* vtData = wantVectors ? vt : noVectors.data();
+    const int ldu = wantVectors ? atLeastOne(m) : 1;
+    const int ldvt = wantVectors ? atLeastOne(n) : 1;
+    std::vector<int> iwork(atLeastOne(8 * std::min(m, n)));
+    int info = 0;
+
+    if (wantVectors && m >= 0 && n >= 0 && std::min(m, n) == 0) {
+        emptyFactors(m, n, u, vt);
+        return 0;
+    }
+    double query[1];
+    int lwork = -1;
+    dgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, iwork.data(),
+            &info, 1);
+    if (info < 0)
+        return info;
+    lwork = reportedSize(query[0]);
+    std::vector<double> work(lwork);
+    dgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork,
+            iwork.data(), &info, 1);
+    return info;
+}
+
+// ZGESDD does not check the length of its real work vector: 5·(k² + k + 20) doubles cover it
+// for nearly square matrices, LAPACK's own bound k·(2·max(m, n) + 2k + 1) for tall or wide ones.
+static int complexSvdRealWork(int m, int n) {
+    const int k = std::min(m, n);
+    const int usual = 5 * (k * k + k + 20);
+    const int required = k * (2 * std::max(m, n) + 2 * k + 1);
+    return std::max(usual, required);
+}
+
+int lapackSvd(int m, int n, std::complex<double>* a, double* s, std::complex<double>* u,
+              std::complex<double>* vt, bool wantVectors) {
+    const char jobz = wantVectors ? 'A' : 'N';
+    const int lda = atLeastOne(m);
+    std::vector<std::complex<double>> noVectors(1);
+    std::complex<double>* uData = wantVectors ? u : noVectors.data();
+    std::complex<double>* vtData = wantVectors ? vt : noVectors.data();
+    const int ldu = wantVectors ? atLeastOne(m) : 1;
+    const int ldvt = wantVectors ? atLeastOne(n) : 1;
+    std::vector<double> rwork(complexSvdRealWork(m, n));
+    std::vector<int> iwork(atLeastOne(8 * std::min(m, n)));
+    int info = 0;
+
+    if (wantVectors && m >= 0 && n >= 0 && std::min(m, n) == 0) {
+        emptyFactors(m, n, u, vt);
+        return 0;
+    }
+    std::complex<double> query[1];
+    int lwork = -1;
+    zgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, rwork.data(),
+            iwork.data(), &info, 1);
+    if (info < 0)
+        return info;
+    lwork = reportedSize(query[0].real());
+    std::vector<std::complex<double>> work(lwork);
+    zgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork,
+            rwork.data(), iwork.data(), &info, 1);
+    return info;
+}
+
+int lapackSolve(int n, int nrhs, const double* a, const double* b, double* x) {
+    std::vector<double> lu(a, a + static_cast<std::size_t>(n) * n);
+    std::copy(b, b + static_cast<std::size_t>(n) * nrhs, x);
+    std::vector<int> pivots(atLeastOne(n));
+    const int lda = atLeastOne(n);
+    int info = 0;
+    dgesv_(&n, &nrhs, lu.data(), &lda, pivots.data(), x, &lda, &info);
+    return info;
+}

@@ -1,0 +1,55 @@
+// Thin layers on the four LAPACK drivers (DGEES, DGESDD, ZGESDD, DGESV) over column-major arrays.
+#ifndef ALGEBRA_LAPACK_H
+#define ALGEBRA_LAPACK_H
+
+#include <complex>
+#include <cstddef>
+
+// Fortran entry points of the reference LAPACK (gfortran calling convention: every argument
+// by address, the lengths of character arguments appended as size_t).
+extern "C" {
+typedef int (*SchurSelect)(const double* re, const double* im);  // LOGICAL FUNCTION SELECT(WR, WI)
+
+void dgees_(const char* jobvs, const char* sort, SchurSelect select, const int* n, double* a,
+            const int* lda, int* sdim, double* wr, double* wi, double* vs, const int* ldvs,
+            double* work, const int* lwork, int* bwork, int* info, std::size_t jobvsLength,
+            std::size_t sortLength);
+void dgesdd_(const char* jobz, const int* m, const int* n, double* a, const int* lda, double* s,
+             double* u, const int* ldu, double* vt, const int* ldvt, double* work,
+             const int* lwork, int* iwork, int* info, std::size_t jobzLength);
+void zgesdd_(const char* jobz, const int* m, const int* n, std::complex<double>* a,
+             const int* lda, double* s, std::complex<double>* u, const int* ldu,
+             std::complex<double>* vt, const int* ldvt, std::complex<double>* work,
+             const int* lwork, double* rwork, int* iwork, int* info, std::size_t jobzLength);
+void dgesv_(const int* n, const int* nrhs, double* a, const int* lda, int* ipiv, double* b,
+            const int* ldb, int* info);
+
+// LAPACK's error handler for illegal arguments. Ours prints the message on the console and
+// returns to the driver, which then returns with INFO < 0, instead of stopping the program.
+void xerbla_(const char* srname, const int* info, std::size_t srnameLength);
+}
+
+// The selection of a sorted Schur form: true (1) when the eigenvalue's real part is below zero,
+// so the stable block comes first.
+int selectStable(const double* re, const double* im);
+
+// Real Schur form A = Q T Qᵀ of the n×n matrix a, overwritten with T. q (n×n) receives Q when
+// wantVectors is set and may be null otherwise. values (n×2) gets the real parts of the
+// eigenvalues in its first column, the imaginary parts in the second. A non-null select sorts
+// the form, the selected eigenvalues first; their count goes to *selected when that is given.
+// Returns LAPACK's INFO; n = 0 does nothing.
+int lapackSchur(int n, double* a, double* q, double* values, bool wantVectors,
+                SchurSelect select, int* selected = 0);
+
+// Singular values of the m×n matrix a (overwritten) into s, min(m, n) of them, descending.
+// With wantVectors, u (m×m) and vt (n×n) receive U and Vᵀ with A = U S Vᵀ; otherwise both may
+// be null; an empty matrix gets identity factors. Returns LAPACK's INFO.
+int lapackSvd(int m, int n, double* a, double* s, double* u, double* vt, bool wantVectors);
+int lapackSvd(int m, int n, std::complex<double>* a, double* s, std::complex<double>* u,
+              std::complex<double>* vt, bool wantVectors);
+
+// Solution x (n×nrhs) of A X = B through LU with partial pivoting; a and b are left as they
+// are. For a singular A (INFO > 0) x holds B unchanged. Returns LAPACK's INFO.
+int lapackSolve(int n, int nrhs, const double* a, const double* b, double* x);
+
+#endif
