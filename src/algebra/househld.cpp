@@ -1,0 +1,141 @@
+// Householder reflections and the small matrix helpers shared by the factored solvers.
+#include "algebra/househld.h"
+#include "algebra/algebra.h"
+#include "quill/quillerr.h"
+
+#include <cmath>
+#include <utility>
+
+namespace householder {
+
+bool step(Matrix& M, unsigned col, unsigned row) {
+    unsigned rows = M.rowNumber(), cols = M.columnNumber();
+    if (row >= rows || col >= cols)
+        return false;
+    double* a = M.elements();
+    double* x = a + col * rows + row;
+    unsigned len = rows - row;
+    double norm = std::sqrt(squaredNorm(M, col, row));
+    double alpha = (x[0] < 0.0 ? -1.0 : 1.0) * norm;
+    std::vector<double> v(x, x + len);
+    v[0] += alpha;
+    double vtv = 0.0;
+    for (double e : v)
+        vtv += e * e;
+    if (vtv < zeroSquaredTolerance)
+        return false;
+    x[0] = -alpha;
+    for (unsigned i = 1; i < len; ++i)
+        x[i] = 0.0;
+    for (unsigned c = col + 1; c < cols; ++c) {
+        double* y = a + c * rows + row;
+        double d = 0.0;
+        for (unsigned i = 0; i < len; ++i)
+            d += v[i] * y[i];
+        double f = 2.0 * d / vtv;
+        for (unsigned i = 0; i < len; ++i)
+            y[i] -= f * v[i];
+    }
+    return true;
+}
+
+double squaredNorm(const Matrix& M, unsigned col, unsigned row) {
+    unsigned rows = M.rowNumber();
+    const double* x = M.elements() + col * rows;
+    double s = 0.0;
+    for (unsigned i = row; i < rows; ++i)
+        s += x[i] * x[i];
+    return s;
+}
+
+void swapColumns(Matrix& M, unsigned a, unsigned b) {
+    if (a == b)
+        return;
+    unsigned rows = M.rowNumber();
+    double* p = M.elements();
+    for (unsigned i = 0; i < rows; ++i)
+        std::swap(p[a * rows + i], p[b * rows + i]);
+}
+
+void swapRows(Matrix& M, unsigned a, unsigned b, unsigned firstCol) {
+    if (a == b)
+        return;
+    unsigned rows = M.rowNumber();
+    double* p = M.elements();
+    for (unsigned c = firstCol; c < M.columnNumber(); ++c)
+        std::swap(p[c * rows + a], p[c * rows + b]);
+}
+
+unsigned pivotedSteps(Matrix& M, unsigned width, double limit, std::vector<unsigned>& pivots,
+                      double& lastMax) {
+    pivots.clear();
+    unsigned rows = M.rowNumber();
+    unsigned k = 0;
+    for (; k < width && k < rows; ++k) {
+        unsigned best = k;
+        double bestNorm = squaredNorm(M, k, k);
+        for (unsigned c = k + 1; c < width; ++c) {
+            double s = squaredNorm(M, c, k);
+            if (s > bestNorm) {
+                best = c;
+                bestNorm = s;
+            }
+        }
+        lastMax = bestNorm;
+        if (!(bestNorm > limit))
+            break;
+        pivots.push_back(best);
+        swapColumns(M, k, best);
+        step(M, k, k);
+    }
+    return k;
+}
+
+Matrix stack(const Matrix& top, const Matrix& bottom) {
+    unsigned r1 = top.rowNumber(), r2 = bottom.rowNumber(), cols = top.columnNumber();
+    QASSERT(bottom.columnNumber() == cols);
+    Matrix s(r1 + r2, cols);
+    double* p = s.elements();
+    const double* t = top.elements();
+    const double* b = bottom.elements();
+    for (unsigned c = 0; c < cols; ++c) {
+        for (unsigned i = 0; i < r1; ++i)
+            p[c * (r1 + r2) + i] = t[c * r1 + i];
+        for (unsigned i = 0; i < r2; ++i)
+            p[c * (r1 + r2) + r1 + i] = b[c * r2 + i];
+    }
+    return s;
+}
+
+Matrix sideBySide(const Matrix& left, const Matrix& right) {
+    unsigned rows = left.rowNumber(), c1 = left.columnNumber(), c2 = right.columnNumber();
+    QASSERT(right.rowNumber() == rows);
+    Matrix s(rows, c1 + c2);
+    double* p = s.elements();
+    const double* l = left.elements();
+    const double* r = right.elements();
+    for (unsigned i = 0; i < rows * c1; ++i)
+        p[i] = l[i];
+    for (unsigned i = 0; i < rows * c2; ++i)
+        p[rows * c1 + i] = r[i];
+    return s;
+}
+
+void repairSigns(Matrix& R, const Matrix& prev) {
+    unsigned n = R.rowNumber();
+    double* r = R.elements();
+    const double* q = prev.elements();
+    for (unsigned i = 0; i < n; ++i) {
+        double same = 0.0, opposite = 0.0;
+        for (unsigned c = i; c < R.columnNumber(); ++c) {
+            double a = r[c * n + i], b = q[c * n + i];
+            same += (a - b) * (a - b);
+            opposite += (a + b) * (a + b);
+        }
+        if (opposite < same)
+            for (unsigned c = i; c < R.columnNumber(); ++c)
+                r[c * n + i] = -r[c * n + i];
+    }
+}
+
+}  // namespace householder

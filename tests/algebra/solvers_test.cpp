@@ -1,0 +1,497 @@
+// Tests of the factored solvers: Householder triangularisations, staircase, QR iterations,
+// Lyapunov and Riccati iterations.
+#include "algebra/algebra.h"
+#include "quill/intarray.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace {
+
+Matrix randomMatrix(unsigned rows, unsigned cols, unsigned seed) {
+    std::mt19937 engine(seed);
+    std::uniform_real_distribution<double> uniform(-1.0, 1.0);
+    Matrix m(rows, cols);
+    for (unsigned c = 0; c < cols; ++c)
+        for (unsigned r = 0; r < rows; ++r)
+            m(r, c) = uniform(engine);
+    return m;
+}
+
+double frobenius(const Matrix& m) {
+    double s = 0.0;
+    for (unsigned c = 0; c < m.columnNumber(); ++c)
+        for (unsigned r = 0; r < m.rowNumber(); ++r)
+            s += m(r, c) * m(r, c);
+    return std::sqrt(s);
+}
+
+double belowDiagonal(const Matrix& m) {
+    double s = 0.0;
+    for (unsigned c = 0; c < m.columnNumber(); ++c)
+        for (unsigned r = c + 1; r < m.rowNumber(); ++r)
+            s += std::fabs(m(r, c));
+    return s;
+}
+
+Matrix identity(unsigned n) { return Matrix::diagonal(n, 1.0); }
+
+// A random orthogonal matrix: the Q of a random square matrix.
+Matrix orthogonal(Algebra& algebra, unsigned n, unsigned seed) {
+    Matrix M = randomMatrix(n, n, seed);
+    Matrix U(n, n), VT(n, n);
+    algebra.svd(M, U, VT, true);
+    return U;
+}
+
+// S diag(values) S^-1 with a well conditioned S.
+Matrix withEigenvalues(Algebra& algebra, const Vector& values, unsigned seed) {
+    unsigned n = values.size();
+    Matrix S = identity(n) + randomMatrix(n, n, seed) * (0.3 / std::sqrt(double(n)));
+    return S * Matrix::diagonal(values) * algebra.inv(S);
+}
+
+Vector spread(unsigned n, double low, double high) {
+    Vector v(n);
+    for (unsigned i = 0; i < n; ++i)
+        v[i] = n == 1 ? low : low + (high - low) * i / (n - 1);
+    return v;
+}
+
+double largestRealPart(Algebra& algebra, const Matrix& A) {
+    Matrix values = algebra.computeEigenvalues(A);
+    double top = -1e300;
+    for (unsigned i = 0; i < values.rowNumber(); ++i)
+        top = std::max(top, values(i, 0));
+    return top;
+}
+
+double spectralRadius(Algebra& algebra, const Matrix& A) {
+    Matrix values = algebra.computeEigenvalues(A);
+    double top = 0.0;
+    for (unsigned i = 0; i < values.rowNumber(); ++i)
+        top = std::max(top, std::hypot(values(i, 0), values(i, 1)));
+    return top;
+}
+
+template <class T>
+std::string text(const T& x) {
+    std::ostringstream os;
+    os << x;
+    return os.str();
+}
+
+// One carrier of the routines for all tests; made after the library has started.
+Algebra& numeric() {
+    static Algebra* algebra = new Algebra;
+    return *algebra;
+}
+
+// --- triangularize ---
+
+TEST(Solvers, TriangularizeGivesQRofTheMatrix) {
+    Algebra& algebra = numeric();
+    struct Case { unsigned rows, cols; } cases[] = {{1, 1}, {3, 3}, {6, 3}, {3, 5}, {8, 8}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(text(c.rows) + "x" + text(c.cols));
+        Matrix A = randomMatrix(c.rows, c.cols, c.rows * 10 + c.cols);
+        unsigned k = std::min(c.rows, c.cols);
+        Matrix M = A;
+        M.reSize(c.rows, c.cols + c.rows);
+        M.setSubMatrix(0, c.cols, identity(c.rows));
+        EXPECT_EQ(0.0, algebra.triangularize(M, k));
+        Matrix R = M.subMatrix(0, 0, c.rows, c.cols);
+        Matrix Q = M.subMatrix(0, c.cols, c.rows, c.rows).transpose();
+        EXPECT_EQ(0.0, belowDiagonal(R));
+        EXPECT_LT(frobenius(Q * R - A), 1e-13);
+        EXPECT_LT(frobenius(Q.transpose() * Q - identity(c.rows)), 1e-13);
+    }
+}
+
+TEST(Solvers, TriangularizeLeavesAZeroColumnAlone) {
+    Algebra& algebra = numeric();
+    Matrix M("[0 1;0 2;0 3]");
+    algebra.triangularize(M);
+    EXPECT_EQ(0.0, M(0, 0));
+    EXPECT_NEAR(-std::sqrt(13.0), M(1, 1), 1e-14);  // column 1 from row 1 down: (2, 3)
+}
+
+TEST(Solvers, TriangularizeSolvesLeastSquares) {
+    Algebra& algebra = numeric();
+    Matrix A = randomMatrix(7, 3, 5);
+    Matrix b = randomMatrix(7, 1, 6);
+    Matrix M = A;
+    M.reSize(7, 4);
+    M.setSubMatrix(0, 3, b);
+    testing::internal::CaptureStdout();
+    double deviation = algebra.triangularize(M, 3, true, true);
+    std::string out = testing::internal::GetCapturedStdout();
+    Matrix x = M.subMatrix(0, 3, 3, 1);
+    Matrix expected = algebra.solve(A.transpose() * A, A.transpose() * b);
+    EXPECT_LT(frobenius(x - expected), 1e-12);
+    double residual = frobenius(A * x - b);
+    EXPECT_NEAR(residual / 2.0, deviation, 1e-12);  // sqrt(|r|^2 / (1 column x 4 rows))
+    EXPECT_EQ("standard deviation " + text(deviation) + "\n", out);
+}
+
+// --- triangle ---
+
+TEST(Solvers, TriangleSolvesAFullRankSystem) {
+    Algebra& algebra = numeric();
+    Matrix A("[1e-3 2 0;4 1 1;0 3 100]");
+    Matrix b("[1;2;3]");
+    Matrix M = A;
+    M.reSize(3, 4);
+    M.setSubMatrix(0, 3, b);
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(3.0, algebra.triangle(M, 3, false, true, zeroSquaredTolerance, false));
+    std::string out = testing::internal::GetCapturedStdout();
+    ASSERT_EQ(3u, M.rowNumber());
+    ASSERT_EQ(7u, M.columnNumber());
+    EXPECT_LT(frobenius(A * M.subMatrix(0, 3, 3, 1) - b), 1e-12);
+    EXPECT_LT(frobenius(A * M.subMatrix(0, 4, 3, 3) - identity(3)), 1e-12);
+    // Pivoting puts the column of largest norm first: diagonal magnitudes do not grow.
+    EXPECT_GE(std::fabs(M(0, 0)), std::fabs(M(1, 1)));
+    EXPECT_GE(std::fabs(M(1, 1)), std::fabs(M(2, 2)));
+    EXPECT_NEAR(std::sqrt(10001.0), std::fabs(M(0, 0)), 1e-12);
+    EXPECT_EQ("conditioning of the solution = " + text(M(0, 0) / M(2, 2)) +
+                  "\ndeviazione standard nella triangolarizzazione: 0\n",
+              out);
+}
+
+TEST(Solvers, TriangleFindsTheRequestedRank) {
+    Algebra& algebra = numeric();
+    for (unsigned rank = 1; rank <= 5; ++rank) {
+        SCOPED_TRACE(rank);
+        Matrix A = randomMatrix(6, rank, rank) * randomMatrix(rank, 5, 100 + rank);
+        double found = algebra.triangle(A, 5, true, false, 1e-20, true);
+        EXPECT_EQ(double(rank), found);
+    }
+}
+
+TEST(Solvers, TriangleOnEqualColumnsReportsTheLostRank) {
+    Algebra& algebra = numeric();
+    Matrix A("[1 1 0;2 2 1;0 0 3;1 1 1]");
+    Matrix b = A * Matrix("[1;1;1]");
+    Matrix M = A;
+    M.reSize(4, 4);
+    M.setSubMatrix(0, 3, b);
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(2.0, algebra.triangle(M, 3, false, true, 1e-20, true));
+    std::string out = testing::internal::GetCapturedStdout();
+    Matrix x = M.subMatrix(0, 3, 3, 1);
+    EXPECT_LT(frobenius(A * x - b), 1e-12);
+    EXPECT_EQ(0.0, x(0, 0) * x(1, 0));  // the free unknown of the pair is zero
+    std::ostringstream expected;
+    expected << " max, basisNumberNew " << 0.0 << ",  " << 2 << "\n"
+             << "basis singular - actual conditioning = " << M(0, 0) / M(1, 1) << "\n"
+             << " elementi della diagonale nulli = "
+             << " " << M(0, 0) << " " << M(1, 1) << " " << M(2, 2) << "\n";
+    // The squared norm left over is rounding noise: compare the lines around it.
+    EXPECT_EQ(0u, out.find(" max, basisNumberNew "));
+    EXPECT_NE(std::string::npos, out.find(",  2\nbasis singular - actual conditioning = "));
+    EXPECT_EQ(expected.str().substr(expected.str().find("basis singular")),
+              out.substr(out.find("basis singular")));
+}
+
+TEST(Solvers, TriangleRandomCompletionDiffersFromCallToCall) {
+    Algebra& algebra = numeric();
+    Matrix A("[1 1;2 2;3 3]");
+    Matrix b("[2;4;6]");
+    Matrix M1 = A, M2 = A;
+    M1.reSize(3, 3);
+    M1.setSubMatrix(0, 2, b);
+    M2 = M1;
+    EXPECT_EQ(1.0, algebra.triangle(M1, 2, true, false, 1e-20, false));
+    EXPECT_EQ(1.0, algebra.triangle(M2, 2, true, false, 1e-20, false));
+    Matrix x1 = M1.subMatrix(0, 2, 2, 1), x2 = M2.subMatrix(0, 2, 2, 1);
+    EXPECT_NEAR(2.0, x1(0, 0) + x1(1, 0), 1e-12);
+    EXPECT_NEAR(2.0, x2(0, 0) + x2(1, 0), 1e-12);
+    EXPECT_NE(x1(0, 0), x2(0, 0));
+}
+
+TEST(Solvers, TriangleGrowsAWideBasis) {
+    Algebra& algebra = numeric();
+    Matrix M = randomMatrix(2, 5, 77);
+    Matrix A = M.subMatrix(0, 0, 2, 4), b = M.subMatrix(0, 4, 2, 1);
+    EXPECT_EQ(2.0, algebra.triangle(M, 4, true, false, 1e-20, true));
+    ASSERT_EQ(4u, M.rowNumber());
+    EXPECT_LT(frobenius(A * M.subMatrix(0, 4, 4, 1) - b), 1e-12);
+}
+
+// --- staircase ---
+
+TEST(Solvers, StaircaseFindsTheControllableOrder) {
+    Algebra& algebra = numeric();
+    struct Case { unsigned controllable, uncontrollable, inputs; } cases[] = {
+        {3, 0, 1}, {2, 2, 1}, {4, 1, 2}, {1, 3, 1}, {5, 3, 3}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(text(c.controllable) + " " + text(c.uncontrollable) + " " + text(c.inputs));
+        unsigned n = c.controllable + c.uncontrollable;
+        Matrix block(n, n);
+        block.setSubMatrix(0, 0, randomMatrix(c.controllable, c.controllable, n), c.controllable,
+                          c.controllable);
+        if (c.uncontrollable > 0) {
+            block.setSubMatrix(c.controllable, c.controllable,
+                               randomMatrix(c.uncontrollable, c.uncontrollable, n + 1),
+                               c.uncontrollable, c.uncontrollable);
+            block.setSubMatrix(0, c.controllable,
+                               randomMatrix(c.controllable, c.uncontrollable, n + 2),
+                               c.controllable, c.uncontrollable);
+        }
+        Matrix Bc(n, c.inputs);
+        Bc.setSubMatrix(0, 0, randomMatrix(c.controllable, c.inputs, n + 3), c.controllable, c.inputs);
+        Matrix S = orthogonal(algebra, n, n + 4);
+        Matrix A0 = S * block * S.transpose(), B0 = S * Bc;
+        Matrix A = A0, B = B0;
+        IntArray indices;
+        Matrix T = algebra.staircase(A, B, indices, 1e-10);
+        int sum = 0;
+        for (unsigned i = 0; i < indices.size(); ++i)
+            sum += indices[i];
+        EXPECT_EQ(int(c.controllable), sum);
+        EXPECT_LT(frobenius(T * T.transpose() - identity(n)), 1e-12);
+        EXPECT_LT(frobenius(T * A0 * T.transpose() - A), 1e-12);
+        EXPECT_LT(frobenius(T * B0 - B), 1e-12);
+        EXPECT_LT(frobenius(B.subMatrix(indices[0], 0, n - indices[0], c.inputs)), 1e-12);
+        if (c.uncontrollable > 0) {
+            EXPECT_LT(frobenius(A.subMatrix(c.controllable, 0, c.uncontrollable,
+                                            c.controllable)),
+                      1e-10);
+        }
+    }
+}
+
+TEST(Solvers, StaircaseReportOfAChain) {
+    Algebra& algebra = numeric();
+    Matrix A(6, 6);
+    for (unsigned i = 0; i + 1 < 6; ++i)
+        A(i + 1, i) = 1.0;
+    Matrix B(6, 1);
+    B(0, 0) = 1.0;
+    IntArray indices;
+    algebra.staircase(A, B, indices, 1e-10, true);
+    ASSERT_EQ(6u, indices.size());
+    for (unsigned i = 0; i < 6; ++i)
+        EXPECT_EQ(1, indices[i]);
+    std::string entry = "order: 1, norm:      0";
+    EXPECT_EQ(entry + entry + entry + entry + "\n" + entry,
+              std::string(Algebra::staircaseReport.asCharPointer()));
+}
+
+// --- qrIteration ---
+
+TEST(Solvers, QrIterationDiagonalisesASymmetricMatrix) {
+    Algebra& algebra = numeric();
+    for (int mode = 0; mode < 3; ++mode) {
+        SCOPED_TRACE(mode);
+        unsigned n = 5;
+        Matrix S = orthogonal(algebra, n, 31);
+        Matrix A0 = S * Matrix::diagonal(Vector(spread(n, 6.0, 1.0))) * S.transpose();
+        Vector expected = spread(n, 6.0, 1.0);
+        if (mode == 1) {  // already tridiagonal: the Hessenberg reduction is skipped
+            A0 = Matrix("[4 1 0 0 0;1 3 1 0 0;0 1 2 1 0;0 0 1 1 1;0 0 0 1 0]");
+            Matrix E = A0;
+            Matrix values = algebra.computeEigenvalues(E);
+            for (unsigned i = 0; i < n; ++i)
+                expected[i] = values(i, 0);
+            std::sort(expected.elements(), expected.elements() + n, std::greater<double>());
+        }
+        Matrix A = A0;
+        Matrix V = mode == 2 ? algebra.qrIterationFull(A) : algebra.qrIteration(A, mode);
+        EXPECT_LT(frobenius(V * V.transpose() - identity(n)), 1e-12);
+        EXPECT_LT(frobenius(V * A * V.transpose() - A0), 1e-11);
+        for (unsigned i = 0; i < n; ++i) {
+            EXPECT_NEAR(expected[i], A(i, i), 1e-9);
+            for (unsigned j = 0; j < n; ++j)
+                if (i != j) {
+                    EXPECT_NEAR(0.0, A(i, j), 1e-9);
+                }
+        }
+    }
+}
+
+TEST(Solvers, QrIterationOfATwoByTwoIsTheIdentity) {
+    Algebra& algebra = numeric();
+    Matrix A("[2 1;1 3]");
+    Matrix V = algebra.qrIteration(A);
+    EXPECT_TRUE(V.isEqual(identity(2)));
+    EXPECT_TRUE(A.isEqual(Matrix("[2 1;1 3]")));
+}
+
+// --- Lyapunov ---
+
+TEST(Solvers, LyapSolvesTheContinuousEquation) {
+    Algebra& algebra = numeric();
+    for (unsigned n : {1u, 2u, 5u, 20u}) {
+        SCOPED_TRACE(n);
+        Matrix A = withEigenvalues(algebra, spread(n, -0.4, -3.0), n);
+        Matrix L0 = randomMatrix(n, n, 50 + n);
+        Matrix L = L0;
+        int iterations = algebra.lyap(A, L);
+        EXPECT_LT(iterations, 1000);
+        EXPECT_EQ(0.0, belowDiagonal(L));
+        Matrix P = L.transpose() * L;
+        Matrix Q = L0.transpose() * L0;
+        EXPECT_LT(frobenius(A.transpose() * P + P * A + Q) / frobenius(Q), 1e-4);
+    }
+}
+
+TEST(Solvers, LyapFromTheSolutionStopsAtOnce) {
+    Algebra& algebra = numeric();
+    Matrix A = withEigenvalues(algebra, spread(4, -0.5, -2.0), 9);
+    Matrix L0 = randomMatrix(4, 4, 8);
+    Matrix R = L0;
+    algebra.lyap(A, R);
+    Matrix L = L0;
+    EXPECT_LE(algebra.lyap(A, L, R), 3);
+    EXPECT_LT(frobenius(L.transpose() * L - R.transpose() * R), 1e-4 * frobenius(R));
+}
+
+TEST(Solvers, LyapOfAnUnsettledMatrixRunsToTheLimit) {
+    Algebra& algebra = numeric();
+    Matrix L("[1 0;0 1]");
+    EXPECT_EQ(1000, algebra.lyap(Matrix("[0 1;-1 0]"), L));  // eigenvalues on the axis
+    L = Matrix("[1 0;0 1]");
+    EXPECT_EQ(1000, algebra.lyap(Matrix("[0.5 0;0 -1]"), L));  // unstable
+}
+
+TEST(Solvers, LyapPlainSolvesAWellDampedEquation) {
+    Algebra& algebra = numeric();
+    Matrix A("[-1 0.5;0 -2]");
+    Matrix L("[1 1;0 1]");
+    Matrix Q = L.transpose() * L;
+    algebra.lyapPlain(A, L);
+    Matrix P = L.transpose() * L;
+    EXPECT_LT(frobenius(A.transpose() * P + P * A + Q), 1e-12);
+}
+
+TEST(Solvers, LyapdSolvesTheDiscreteEquation) {
+    Algebra& algebra = numeric();
+    for (unsigned n : {1u, 2u, 5u, 20u}) {
+        SCOPED_TRACE(n);
+        Matrix A = withEigenvalues(algebra, spread(n, 0.6, -0.5), n + 1);
+        Matrix L0 = randomMatrix(n, n, 70 + n);
+        Matrix L = L0;
+        EXPECT_LT(algebra.lyapd(A, L), 1000);
+        EXPECT_EQ(0.0, belowDiagonal(L));
+        Matrix P = L.transpose() * L;
+        Matrix Q = L0.transpose() * L0;
+        EXPECT_LT(frobenius(P - A.transpose() * P * A - Q) / frobenius(Q), 1e-4);
+    }
+    Matrix L("[1]");
+    EXPECT_EQ(1000, algebra.lyapd(Matrix("[1.5]"), L));
+}
+
+// --- Riccati ---
+
+// C = [Q^1/2; 0], D = [0; I]: D'D = I, D'C = 0, C'C = Q.
+struct Plant {
+    Matrix A, B, C, D;
+};
+
+Plant regulator(const Matrix& A, const Matrix& B, const Matrix& Qhalf) {
+    unsigned n = A.rowNumber(), m = B.columnNumber();
+    Plant p{A, B, Matrix(n + m, n), Matrix(n + m, m)};
+    p.C.setSubMatrix(0, 0, Qhalf, n, n);
+    p.D.setSubMatrix(n, 0, identity(m), m, m);
+    return p;
+}
+
+TEST(Solvers, RiccatiOfAScalarPlant) {
+    Algebra& algebra = numeric();
+    // a = 1, b = 1, q = 1: P = 1 + sqrt(2).
+    Plant p = regulator(Matrix("[1]"), Matrix("[1]"), Matrix("[1]"));
+    Matrix K("[2]"), R(0, 0);
+    testing::internal::CaptureStdout();
+    int iterations = algebra.riccati(p.A, p.B, p.C, p.D, K, R, 0.0);
+    std::string out = testing::internal::GetCapturedStdout();
+    double P = R(0, 0) * R(0, 0);
+    EXPECT_NEAR(1.0 + std::sqrt(2.0), P, 0.03);
+    EXPECT_LT(iterations, 500);
+    std::string last = "iter " + text(iterations) + "\n";
+    ASSERT_GE(out.size(), last.size());
+    EXPECT_EQ(last, out.substr(out.size() - last.size()));
+}
+
+TEST(Solvers, RiccatiStabilisesAndSolvesTheEquation) {
+    Algebra& algebra = numeric();
+    for (double relaxation : {0.0, 0.5}) {
+        SCOPED_TRACE(relaxation);
+        Matrix A("[0 1 0;0 0 1;-1 -2 -2]");
+        Matrix B("[0 0;1 0;0 1]");
+        Plant p = regulator(A, B, identity(3));
+        Matrix K(2, 3), R(0, 0);
+        testing::internal::CaptureStdout();
+        int iterations = algebra.riccati(p.A, p.B, p.C, p.D, K, R, relaxation);
+        std::string out = testing::internal::GetCapturedStdout();
+        Matrix P = R.transpose() * R;
+        Matrix G = B.transpose() * P;
+        Matrix residual = A.transpose() * P + P * A + p.C.transpose() * p.C - G.transpose() * G;
+        // The stop at a relative change of 0.01 leaves a rough solution.
+        EXPECT_LT(frobenius(residual) / frobenius(p.C.transpose() * p.C), 0.1);
+        EXPECT_LT(largestRealPart(algebra, A - B * G), 0.0);
+        // "abs conv ..." every tenth iteration, then "iter n".
+        std::istringstream lines(out);
+        std::string line, last;
+        int progress = 0;
+        while (std::getline(lines, line)) {
+            last = line;
+            if (line.rfind("abs conv ", 0) == 0) {
+                ++progress;
+                EXPECT_NE(std::string::npos, line.find(", rel conv "));
+                EXPECT_NE(std::string::npos, line.find(", value "));
+            }
+        }
+        EXPECT_EQ(iterations / 10, progress);
+        EXPECT_EQ("iter " + text(iterations), last);
+    }
+}
+
+TEST(Solvers, RiccatiRepeatedByAnOuterLoopConverges) {
+    Algebra& algebra = numeric();
+    Matrix A("[0 1 0;0 0 1;-1 -2 -2]");
+    Matrix B("[0 0;1 0;0 1]");
+    Plant p = regulator(A, B, identity(3));
+    Matrix K(2, 3), R(0, 0);
+    testing::internal::CaptureStdout();
+    for (int outer = 0; outer < 20; ++outer) {
+        algebra.riccati(p.A, p.B, p.C, p.D, K, R, 0.0);
+        K = B.transpose() * R.transpose() * R;
+    }
+    testing::internal::GetCapturedStdout();
+    Matrix P = R.transpose() * R;
+    Matrix residual = A.transpose() * P + P * A + identity(3) - K.transpose() * K;
+    EXPECT_LT(frobenius(residual), 1e-4);
+}
+
+TEST(Solvers, RiccatidSolvesTheDiscreteEquation) {
+    Algebra& algebra = numeric();
+    Matrix A("[1.1 0.3 0;0 0.9 0.2;0.1 0 0.5]");
+    Matrix B("[1 0;0 0;0 1]");
+    Plant p = regulator(A, B, Matrix("[1 0 0;0 2 0;0 0 1]"));
+    Matrix K("[0.8 0 0;0 0 0]"), R(0, 0);
+    ASSERT_LT(spectralRadius(algebra, A - B * K), 1.0);
+    testing::internal::CaptureStdout();
+    int iterations = algebra.riccatid(p.A, p.B, p.C, p.D, K, R);
+    std::string out = testing::internal::GetCapturedStdout();
+    EXPECT_LT(iterations, 500);
+    Matrix P = R.transpose() * R;
+    Matrix G = B.transpose() * P * A;  // D'C = 0
+    Matrix H = identity(2) + B.transpose() * P * B;
+    Matrix Q = p.C.transpose() * p.C;
+    Matrix residual = A.transpose() * P * A + Q - G.transpose() * algebra.inv(H) * G - P;
+    EXPECT_LT(frobenius(residual) / frobenius(Q), 1e-3);
+    EXPECT_LT(spectralRadius(algebra, A - B * algebra.inv(H) * G), 1.0);
+    std::string last = "iter " + text(iterations) + "\n";
+    ASSERT_GE(out.size(), last.size());
+    EXPECT_EQ(last, out.substr(out.size() - last.size()));
+}
+
+}  // namespace
