@@ -1,4 +1,5 @@
-// Schur form, singular values, inverse and linear solve at growing orders, with their relative residuals.
+// Schur form, singular values, inverse, linear solve and the Lyapunov solvers at growing
+// orders, with their relative residuals.
 #include "algebra/all.h"
 #include "quill/startup.h"
 
@@ -80,8 +81,47 @@ void BM_Solve(benchmark::State& state) {
     state.counters["residual"] = alg.normF(A * X - B) / alg.normF(B);
 }
 
+// The output matrix of the Lyapunov benchmarks: one row of ones.
+Matrix onesRow(unsigned n) {
+    Matrix L(1, n);
+    for (unsigned j = 0; j < n; ++j) L(0, j) = 1.0;
+    return L;
+}
+
+// A'P + PA + L'L = 0 for the stable -benchMatrix(n), P = R'R.
+void BM_Lyap(benchmark::State& state) {
+    startLibrary();
+    unsigned n = unsigned(state.range(0));
+    Algebra alg;
+    Matrix A = benchMatrix(n) * -1.0, L = onesRow(n), R(0, 0);
+    for (auto _ : state) {
+        R = L;
+        alg.lyap(A, R);
+        benchmark::DoNotOptimize(R.elements());
+    }
+    Matrix P = R.transpose() * R, Q = L.transpose() * L;
+    state.counters["residual"] = alg.normF(A.transpose() * P + P * A + Q) / alg.normF(Q);
+}
+
+// P = A'PA + L'L for benchMatrix(n) scaled inside the unit circle.
+void BM_Lyapd(benchmark::State& state) {
+    startLibrary();
+    unsigned n = unsigned(state.range(0));
+    Algebra alg;
+    Matrix A = benchMatrix(n) * (1.0 / (1.5 * n)), L = onesRow(n), R(0, 0);
+    for (auto _ : state) {
+        R = L;
+        alg.lyapd(A, R);
+        benchmark::DoNotOptimize(R.elements());
+    }
+    Matrix P = R.transpose() * R, Q = L.transpose() * L;
+    state.counters["residual"] = alg.normF(A.transpose() * P * A - P + Q) / alg.normF(Q);
+}
+
 }  // namespace
 
+BENCHMARK(BM_Lyap)->Arg(10)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Lyapd)->Arg(10)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Schur)->Arg(10)->Arg(50)->Arg(200);
 BENCHMARK(BM_Svd)->Arg(10)->Arg(50)->Arg(200);
 BENCHMARK(BM_Inv)->Arg(10)->Arg(50)->Arg(200);
