@@ -1,12 +1,12 @@
 // Storing and reading object graphs of growing size: the cost per object must stay flat.
-#include "quill/objio.h"
-#include "quill/qclass.h"
-#include "quill/startup.h"
-
 #include <benchmark/benchmark.h>
 
 #include <sstream>
 #include <string>
+
+#include "quill/objio.h"
+#include "quill/qclass.h"
+#include "quill/startup.h"
 
 // A binary tree node; every third node also refers back to the root, so that
 // references are written and resolved too.

@@ -1,11 +1,11 @@
 // Object streams: writing and reading a model-like graph of 10^5 objects, text and binary.
-#include "quill/all.h"
-#include "quill/objio.h"
-
 #include <benchmark/benchmark.h>
 
 #include <sstream>
 #include <string>
+
+#include "quill/all.h"
+#include "quill/objio.h"
 
 namespace {
 

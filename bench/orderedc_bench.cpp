@@ -1,11 +1,11 @@
 // OrderedCltn add, indexOf and remove on Integers, beside the same work on std::vector<Integer*>.
-#include "quill/integer.h"
-#include "quill/orderedc.h"
-
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <vector>
+
+#include "quill/integer.h"
+#include "quill/orderedc.h"
 
 namespace {
 

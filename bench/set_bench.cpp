@@ -5,8 +5,6 @@
 // holds the numbers themselves. Dictionary maps Integer or String keys to
 // Integer values, probed with distinct equal keys; std::unordered_map maps
 // int or std::string to int. Sizes 10^3, 10^4 and 10^5 elements.
-#include "quill/all.h"
-
 #include <benchmark/benchmark.h>
 
 #include <memory>
@@ -14,6 +12,8 @@
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
+
+#include "quill/all.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Appending to String, char by char and by chunks, beside the same work on std::string.
-#include "quill/quillstr.h"
-
 #include <benchmark/benchmark.h>
 
 #include <string>
+
+#include "quill/quillstr.h"
 
 namespace {
 

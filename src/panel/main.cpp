@@ -1,9 +1,8 @@
 // The process entry: help, or the library's start, tarnMain and stop.
-#include "panel/tarnmain.h"
-
-#include "quill/startup.h"
-
 #include <iostream>
+
+#include "panel/tarnmain.h"
+#include "quill/startup.h"
 
 int main(int argc, char** argv) {
     // Help is answered before the toolkit opens any window.

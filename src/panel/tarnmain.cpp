@@ -1,15 +1,16 @@
 // The program's main: program directory, environment, language and mode dispatch.
 #include "panel/tarnmain.h"
 
-#include "quill/language.h"
-#include "quill/quillstr.h"
-#include "quill/startup.h"
+#include <unistd.h>
 
 #include <climits>
 #include <cstdlib>
 #include <iostream>
 #include <string>
-#include <unistd.h>
+
+#include "quill/language.h"
+#include "quill/quillstr.h"
+#include "quill/startup.h"
 
 String programDirectory;
 String jvPathOption;
@@ -69,24 +70,57 @@ void defaultHeaderPs() {
 // the panel's English texts stand for themselves.
 void loadPanelLanguage() {
     static const char* const englishTexts[] = {
-        "Tarn Command Panel", "Tarn Panel", "Work Directory > ", "Command",
+        "Tarn Command Panel",
+        "Tarn Panel",
+        "Work Directory > ",
+        "Command",
         "Tarn Command Panel\n\nSpecial edition of the editors of the Tarn Environment\n\n"
         "Version 6.2.09 released on November 1999",
-        "Textual... | Ctrl+T", "Robust Control Design | Ctrl+R", "Interpreter | Ctrl+U",
-        "Block Diagram Editor... | Ctrl+B", "&Make | Alt+M", "&Terminal | Alt+T",
-        "&Run Program| Alt+P", "&Show standard output | Alt+S", "&Batch processing | Alt+B",
-        "Change &Dir...  | Alt+D", "&Copy file...   | Alt+C", "&Move file...   | Alt+V",
-        "&Remove file... | Alt+R", "&Quit | Alt+Q", "Lumen on Tarn Library",
+        "Textual... | Ctrl+T",
+        "Robust Control Design | Ctrl+R",
+        "Interpreter | Ctrl+U",
+        "Block Diagram Editor... | Ctrl+B",
+        "&Make | Alt+M",
+        "&Terminal | Alt+T",
+        "&Run Program| Alt+P",
+        "&Show standard output | Alt+S",
+        "&Batch processing | Alt+B",
+        "Change &Dir...  | Alt+D",
+        "&Copy file...   | Alt+C",
+        "&Move file...   | Alt+V",
+        "&Remove file... | Alt+R",
+        "&Quit | Alt+Q",
+        "Lumen on Tarn Library",
         "Start Tarn Animator",
-        "Error on exec command\n\n", "TARN_PATH environment variable not found", "File to run",
-        "Run file", "Run", "Browse", "Panel cout / cerr", "Batch Window", "Build Documents",
-        "Build document file ", " not exists or cannot be read",
-        "File to edit", "File to move", "Move file", "\n\n  The file cannot be moved.",
-        "New name to move", "\n\n  The file cannot be overwritten.",
-        "Confirm to move the file \n", "\n       to\n", "File to copy", "Copy file",
-        "\n\n  The file cannot be copied.", "New name to copy", "Confirm to copy the file \n",
-        "File to remove", "\n\n  The file cannot be deleted.",
-        "\n\n  Confirm to delete the file ?", "Change Dir...", "Directory does not exist\n\n",
+        "Error on exec command\n\n",
+        "TARN_PATH environment variable not found",
+        "File to run",
+        "Run file",
+        "Run",
+        "Browse",
+        "Panel cout / cerr",
+        "Batch Window",
+        "Build Documents",
+        "Build document file ",
+        " not exists or cannot be read",
+        "File to edit",
+        "File to move",
+        "Move file",
+        "\n\n  The file cannot be moved.",
+        "New name to move",
+        "\n\n  The file cannot be overwritten.",
+        "Confirm to move the file \n",
+        "\n       to\n",
+        "File to copy",
+        "Copy file",
+        "\n\n  The file cannot be copied.",
+        "New name to copy",
+        "Confirm to copy the file \n",
+        "File to remove",
+        "\n\n  The file cannot be deleted.",
+        "\n\n  Confirm to delete the file ?",
+        "Change Dir...",
+        "Directory does not exist\n\n",
         "Some editor is open\nIf you continue it will be destroyed.\n\n Continue ?",
         0};
     Language::setProgramDirectory(programDirectory.asCharPointer());

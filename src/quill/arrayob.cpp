@@ -1,13 +1,13 @@
 // ArrayOb: checked slot access, resizing, sorting, copying and stream form of object arrays.
 #include "quill/arrayob.h"
 
-#include "quill/objalloc.h"
-#include "quill/objio.h"
-#include "quill/quillerr.h"
-
 #include <cstdlib>
 #include <cstring>
 #include <ostream>
+
+#include "quill/objalloc.h"
+#include "quill/objio.h"
+#include "quill/quillerr.h"
 
 DEFINE_CLASS(ArrayOb, Collection, 1, 0)
 

@@ -9,9 +9,7 @@ AssocInt::AssocInt(std::istream& is, Object* where) : LookupKey(is, where) {
     readFrom(is, "Integer", &value_);
 }
 
-AssocInt::AssocInt(BinIstream& is, Object* where) : LookupKey(is, where) {
-    readFrom(is, "Integer", &value_);
-}
+AssocInt::AssocInt(BinIstream& is, Object* where) : LookupKey(is, where) { readFrom(is, "Integer", &value_); }
 
 void AssocInt::storer(std::ostream& os) const {
     LookupKey::storer(os);

@@ -1,13 +1,13 @@
 // BinOstream and BinIstream: fixed-width little-endian fields over byte streams.
 #include "quill/binstrm.h"
 
-#include "quill/objalloc.h"
-#include "quill/quillerr.h"
-
 #include <cerrno>
 #include <cstring>
 #include <istream>
 #include <ostream>
+
+#include "quill/objalloc.h"
+#include "quill/quillerr.h"
 
 namespace {
 

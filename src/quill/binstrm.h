@@ -21,8 +21,8 @@ public:
     BinOstream& operator<<(float x);
     BinOstream& operator<<(double x);
     void putBytes(const void* bytes, unsigned n);
-    void putCString(const char* text);               // 4-byte length, then the bytes
-    void putArray(const double* values, unsigned n); // 4-byte count, then the values
+    void putCString(const char* text);                // 4-byte length, then the bytes
+    void putArray(const double* values, unsigned n);  // 4-byte count, then the values
     void putArray(const int* values, unsigned n);
     std::ostream& stream() { return os; }
     bool good() const;

@@ -936,23 +936,45 @@ template <class Stream>
 void CallData::readValueFrom(Stream& is) {
     unsigned kind = readField<unsigned>(is);
     switch (kind) {
-        case NONE: break;
+        case NONE:
+            break;
         case OBJECT:
         case OBJECT_NOT_OWN:
             kind_ = OBJECT;
             value_ = readFrom(is);
             break;
-        case CHAR: readKind<signed char>(is, kind); break;
-        case UCHAR: readKind<unsigned char>(is, kind); break;
-        case SHORT: readKind<short>(is, kind); break;
-        case USHORT: readKind<unsigned short>(is, kind); break;
-        case INT: readKind<int>(is, kind); break;
-        case UINT: readKind<unsigned>(is, kind); break;
-        case LONG: readKind<long>(is, kind); break;
-        case ULONG: readKind<unsigned long>(is, kind); break;
-        case FLOAT: readKind<float>(is, kind); break;
-        case DOUBLE: readKind<double>(is, kind); break;
-        default: badKind(kind);
+        case CHAR:
+            readKind<signed char>(is, kind);
+            break;
+        case UCHAR:
+            readKind<unsigned char>(is, kind);
+            break;
+        case SHORT:
+            readKind<short>(is, kind);
+            break;
+        case USHORT:
+            readKind<unsigned short>(is, kind);
+            break;
+        case INT:
+            readKind<int>(is, kind);
+            break;
+        case UINT:
+            readKind<unsigned>(is, kind);
+            break;
+        case LONG:
+            readKind<long>(is, kind);
+            break;
+        case ULONG:
+            readKind<unsigned long>(is, kind);
+            break;
+        case FLOAT:
+            readKind<float>(is, kind);
+            break;
+        case DOUBLE:
+            readKind<double>(is, kind);
+            break;
+        default:
+            badKind(kind);
     }
 }
 

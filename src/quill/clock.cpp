@@ -1,11 +1,11 @@
 // Clock: the millisecond tick, the stopwatch on it and its stream form.
 #include "quill/clock.h"
 
-#include "quill/binstrm.h"
-
 #include <chrono>
 #include <istream>
 #include <ostream>
+
+#include "quill/binstrm.h"
 
 DEFINE_CLASS(Clock, Object, 1, 0)
 

@@ -1,17 +1,17 @@
 // Collection: the default operations of every container, its errors, and Iterator.
 #include "quill/collectn.h"
 
+#include <cstdint>
+#include <istream>
+#include <memory>
+#include <ostream>
+
 #include "quill/arrayob.h"
 #include "quill/objio.h"
 #include "quill/orderedc.h"
 #include "quill/quillerr.h"
 #include "quill/set.h"
 #include "quill/sortedcl.h"
-
-#include <cstdint>
-#include <istream>
-#include <memory>
-#include <ostream>
 
 int CLTNEMPTY = 0, OBNOTFOUND = 0, REMOVEERR = 0, ITEREMOVE = 0;
 
@@ -250,9 +250,7 @@ DEFINE_ABSTRACT_CLASS(Iterator, Object, 1, 0)
 
 Iterator::Iterator() : cltn(0), index(-1), current(0), count(0) { shouldNotImplement("creator"); }
 
-Iterator::Iterator(const Collection& c) : cltn(&c), index(-1), current(0), count(0) {
-    c.doReset(*this);
-}
+Iterator::Iterator(const Collection& c) : cltn(&c), index(-1), current(0), count(0) { c.doReset(*this); }
 
 Iterator::Iterator(const Iterator& it)
     : Object(it), cltn(it.cltn), index(it.index), current(it.current), count(it.count) {}
@@ -306,6 +304,6 @@ bool Iterator::isEqual(const Object& ob) const {
 unsigned Iterator::hash() const { return unsigned(uintptr_t(cltn)) ^ unsigned(index) ^ unsigned(count); }
 
 void Iterator::printOn(std::ostream& os) const {
-    os << className() << "(" << (cltn ? cltn->className() : "0") << ", index " << index
-       << ", count " << count << ")";
+    os << className() << "(" << (cltn ? cltn->className() : "0") << ", index " << index << ", count " << count
+       << ")";
 }

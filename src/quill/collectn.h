@@ -105,7 +105,7 @@ public:
     int count;        // calls of doNext since the reset
 
 private:
-    Iterator();       // refused: "creator"
+    Iterator();               // refused: "creator"
     void advance(int steps);  // reset, then steps calls of doNext
 };
 

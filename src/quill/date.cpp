@@ -1,15 +1,15 @@
 // Date: calendar arithmetic on day serials, names of days and months, printing and the Date errors.
 #include "quill/date.h"
 
-#include "quill/binstrm.h"
-#include "quill/quillerr.h"
-#include "quill/quillstr.h"
-
 #include <cctype>
 #include <cstring>
 #include <ctime>
 #include <istream>
 #include <ostream>
+
+#include "quill/binstrm.h"
+#include "quill/quillerr.h"
+#include "quill/quillstr.h"
 
 int BADDAY = 0, BADDAYNAM = 0, BADMODAY = 0, BADMONAM = 0, BADMONTH = 0;
 
@@ -25,7 +25,7 @@ DEFINE_CLASS(Date, Object, 1, initDate)
 
 namespace {
 
-const char* const DAY_NAMES[] = {"Monday", "Tuesday", "Wednesday", "Thursday",
+const char* const DAY_NAMES[] = {"Monday", "Tuesday",  "Wednesday", "Thursday",
                                  "Friday", "Saturday", "Sunday"};
 const char* const MONTH_NAMES[] = {"January", "February", "March",     "April",   "May",      "June",
                                    "July",    "August",   "September", "October", "November", "December"};

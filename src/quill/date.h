@@ -29,13 +29,13 @@ public:
 
     static Date today();
 
-    static const char* nameOfDay(int weekDay);       // BADDAY unless 1..7
-    static int dayOfWeek(const char* dayName);       // BADDAYNAM when unknown
-    static const char* nameOfMonth(int month);       // BADMONTH unless 1..12
-    static int numberOfMonth(const char* monthName); // BADMONAM when unknown
+    static const char* nameOfDay(int weekDay);        // BADDAY unless 1..7
+    static int dayOfWeek(const char* dayName);        // BADDAYNAM when unknown
+    static const char* nameOfMonth(int month);        // BADMONTH unless 1..12
+    static int numberOfMonth(const char* monthName);  // BADMONAM when unknown
     static bool leapYear(int year);
     static int daysInYear(int year);
-    static int daysInMonth(int month, int year);     // BADMONTH unless 1..12
+    static int daysInMonth(int month, int year);  // BADMONTH unless 1..12
 
     int dayOfYear() const { return day; }
     int year() const { return yr; }

@@ -1,13 +1,14 @@
 // File-name helpers and fileCopy, on the C runtime's files.
 #include "quill/filename.h"
 
-#include "quill/quillerr.h"
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <unistd.h>
 #include <vector>
+
+#include "quill/quillerr.h"
 
 namespace {
 

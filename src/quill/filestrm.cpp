@@ -1,11 +1,11 @@
 // Istream, Ostream and StringOstream: file and string streams of the system.
 #include "quill/filestrm.h"
 
-#include "quill/quillerr.h"
-
 #include <cerrno>
 #include <cstring>
 #include <iostream>
+
+#include "quill/quillerr.h"
 
 DEFINE_CLASS(Istream, Object, 1, 0)
 DEFINE_CLASS(Ostream, Object, 1, 0)
@@ -76,8 +76,7 @@ FILE* openFile(const String& fileName, const String& mode, const char* forClass)
     FILE* file = fopen(fileName.asCharPointer(), mode.asCharPointer());
     if (!file)
         setError(GENERICERR, SEV_ERROR, "CANNOT_OPEN", "cannot open file ",
-                 formatText("%s with mode %s", fileName.asCharPointer(), mode.asCharPointer()),
-                 forClass);
+                 formatText("%s with mode %s", fileName.asCharPointer(), mode.asCharPointer()), forClass);
     return file;
 }
 
@@ -120,9 +119,7 @@ Istream::Istream(const String& fileName, const String& mode) : stream_(&std::cin
     open(fileName, mode);
 }
 
-Istream::Istream(const Istream&) : Object(), stream_(0), file_(0) {
-    shouldNotImplement("Copy constructor");
-}
+Istream::Istream(const Istream&) : Object(), stream_(0), file_(0) { shouldNotImplement("Copy constructor"); }
 
 Istream& Istream::operator=(const Istream&) {
     shouldNotImplement("assign operator");
@@ -179,9 +176,7 @@ Ostream::Ostream(const String& fileName, const String& mode) : stream_(&std::cou
     open(fileName, mode);
 }
 
-Ostream::Ostream(const Ostream&) : Object(), stream_(0), file_(0) {
-    shouldNotImplement("Copy constructor");
-}
+Ostream::Ostream(const Ostream&) : Object(), stream_(0), file_(0) { shouldNotImplement("Copy constructor"); }
 
 Ostream& Ostream::operator=(const Ostream&) {
     shouldNotImplement("assign operator");

@@ -2,13 +2,13 @@
 #ifndef QUILL_FILESTRM_H
 #define QUILL_FILESTRM_H
 
-#include "quill/qclass.h"
-#include "quill/quillstr.h"
-
 #include <cstdio>
 #include <istream>
 #include <ostream>
 #include <streambuf>
+
+#include "quill/qclass.h"
+#include "quill/quillstr.h"
 
 extern Class class_Istream;
 extern Class class_Ostream;
@@ -19,7 +19,7 @@ extern Class class_StringOstream;
 class Istream : public Object {
     DECLARE_MEMBERS(Istream)
 public:
-    Istream();  // the standard input
+    Istream();                                 // the standard input
     explicit Istream(const String& fileName);  // mode "r"
     Istream(const String& fileName, const String& mode);
     Istream(const Istream& other);             // refused: "Copy constructor"
@@ -55,7 +55,7 @@ private:
 class Ostream : public Object {
     DECLARE_MEMBERS(Ostream)
 public:
-    Ostream();  // the standard output
+    Ostream();                                 // the standard output
     explicit Ostream(const String& fileName);  // mode "w"
     Ostream(const String& fileName, const String& mode);
     Ostream(const Ostream& other);             // refused: "Copy constructor"

@@ -1,21 +1,23 @@
 // Heap: insertion, removal, reordering and stream form of a binary heap with a stable tie-break.
 #include "quill/heap.h"
 
+#include <ostream>
+
 #include "quill/arrayob.h"
 #include "quill/intarray.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
 
-#include <ostream>
-
 DEFINE_CLASS(Heap, SeqCltn, 1, 0)
 
 Heap::Heap(unsigned capacity, int kind)
-    : kind(kind), endIndex(1), contents(new ArrayOb(capacity + 1)),
-      sequence(new IntArray(capacity + 1)) {}
+    : kind(kind), endIndex(1), contents(new ArrayOb(capacity + 1)), sequence(new IntArray(capacity + 1)) {}
 
 Heap::Heap(const Heap& h)
-    : SeqCltn(h), kind(h.kind), endIndex(h.endIndex), contents(new ArrayOb(*h.contents)),
+    : SeqCltn(h),
+      kind(h.kind),
+      endIndex(h.endIndex),
+      contents(new ArrayOb(*h.contents)),
       sequence(new IntArray(*h.sequence)) {}
 
 template <class Stream>
@@ -198,9 +200,7 @@ Object* Heap::find(const Object& ob) const {
     return i ? contents->elem(i) : nil;
 }
 
-Object* Heap::findSame(const Object& ob) const {
-    return slotOfSame(ob) ? const_cast<Object*>(&ob) : nil;
-}
+Object* Heap::findSame(const Object& ob) const { return slotOfSame(ob) ? const_cast<Object*>(&ob) : nil; }
 
 int Heap::indexOf(const Object& ob) const { return searchSlot(ob, 1) - 1; }
 

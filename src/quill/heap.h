@@ -58,7 +58,7 @@ public:
     Object* addAfter(const Object& ob, Object& newOb) override;
 
     void removeAll() override;
-    void deleteContents() override;  // in slot order
+    void deleteContents() override;    // in slot order
     void reSize(unsigned n) override;  // never below size()
 
     int heapKind() const { return kind; }

@@ -1,9 +1,9 @@
 // IdentDict: hashing and matching by the key's address.
 #include "quill/identdct.h"
 
-#include "quill/lookupky.h"
-
 #include <cstdint>
+
+#include "quill/lookupky.h"
 
 DEFINE_CLASS(IdentDict, Dictionary, 1, 0)
 

@@ -1,14 +1,14 @@
 // IntArray: checked access, resizing, comparison, printing and stream form of integer arrays.
 #include "quill/intarray.h"
 
-#include "quill/objio.h"
+#include <cstring>
+#include <ostream>
+
 #include "quill/binstrm.h"
 #include "quill/collectn.h"
 #include "quill/objalloc.h"
+#include "quill/objio.h"
 #include "quill/quillerr.h"
-
-#include <cstring>
-#include <ostream>
 
 DEFINE_CLASS(IntArray, Object, 1, 0)
 

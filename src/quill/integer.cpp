@@ -1,13 +1,13 @@
 // Integer and Float: comparison, hashing, printing and stream forms of the number objects.
 #include "quill/integer.h"
 
-#include "quill/binstrm.h"
-#include "quill/quillerr.h"
-#include "quill/quillstr.h"
-
 #include <cstring>
 #include <istream>
 #include <ostream>
+
+#include "quill/binstrm.h"
+#include "quill/quillerr.h"
+#include "quill/quillstr.h"
 
 DEFINE_CLASS(Integer, Object, 1, 0)
 DEFINE_CLASS(Float, Object, 1, 0)

@@ -15,7 +15,11 @@ public:
     Integer(std::istream& is, Object* where);
     Integer(BinIstream& is, Object* where);
     int value() const { return val; }
-    int value(int v) { int old = val; val = v; return old; }
+    int value(int v) {
+        int old = val;
+        val = v;
+        return old;
+    }
 
     bool isEqual(const Object& ob) const override;
     int compare(const Object& ob) const override;
@@ -36,7 +40,11 @@ public:
     Float(std::istream& is, Object* where);
     Float(BinIstream& is, Object* where);
     double value() const { return val; }
-    double value(double v) { double old = val; val = v; return old; }
+    double value(double v) {
+        double old = val;
+        val = v;
+        return old;
+    }
 
     bool isEqual(const Object& ob) const override;
     int compare(const Object& ob) const override;

@@ -1,13 +1,13 @@
 // Language: the file search, the loading of ".lng" tables and the current language.
 #include "quill/language.h"
 
-#include "quill/assoc.h"
-#include "quill/quillerr.h"
-
 #include <cstdlib>
 #include <fstream>
 #include <ostream>
 #include <string>
+
+#include "quill/assoc.h"
+#include "quill/quillerr.h"
 
 Symbol languageNotInit("notInit");
 Symbol languageItalian("italian");
@@ -101,8 +101,7 @@ DEFINE_CLASS(Language, Object, 1, initLanguage)
 
 Language::Language() : name_(currentLanguageName(1)), state_(NOT_INIT) {}
 
-Language::Language(const char* name)
-    : name_(String(name ? name : "").toLower()), state_(NOT_INIT) {}
+Language::Language(const char* name) : name_(String(name ? name : "").toLower()), state_(NOT_INIT) {}
 
 Language::~Language() noexcept(false) {
     if (currentLanguage == this) currentLanguage = 0;
@@ -152,8 +151,7 @@ bool Language::addPair(const String& key, const String& value, const char* file,
     if (key.size() == 0) {
         fault = file ? atLine("Invalid empty key in file ", file, line) : String("Invalid empty key");
     } else if (value.size() == 0) {
-        fault = file ? atLine("Invalid empty value in file ", file, line)
-                     : String("Invalid empty value");
+        fault = file ? atLine("Invalid empty value in file ", file, line) : String("Invalid empty value");
     } else if (table.includesKey(key)) {
         if (file) {
             fault = atLine("Key of file ", file, line);
@@ -172,8 +170,10 @@ bool Language::addPair(const String& key, const String& value, const char* file,
 }
 
 void Language::updateState() {
-    if (name_.isEqual("italian")) state_ = ITALIAN;
-    else state_ = ENGLISH;  // the keys themselves are English
+    if (name_.isEqual("italian"))
+        state_ = ITALIAN;
+    else
+        state_ = ENGLISH;  // the keys themselves are English
 }
 
 const char* Language::text(const char* key) const {
@@ -193,9 +193,12 @@ void Language::flush() {
 
 const Symbol& Language::stateName() const {
     switch (state_) {
-    case ITALIAN: return languageItalian;
-    case ENGLISH: return languageEnglish;
-    default: return languageNotInit;
+        case ITALIAN:
+            return languageItalian;
+        case ENGLISH:
+            return languageEnglish;
+        default:
+            return languageNotInit;
     }
 }
 
@@ -208,9 +211,10 @@ String Language::findFile(const char* fileName) {
     std::string candidates[] = {
         fileName,
         environmentValue("TARN_LANG_PATH").empty()
-            ? std::string() : inDirectory(environmentValue("TARN_LANG_PATH"), fileName),
-        environmentValue("TARN_PATH").empty()
-            ? std::string() : inDirectory(environmentValue("TARN_PATH") + "/bin", fileName),
+            ? std::string()
+            : inDirectory(environmentValue("TARN_LANG_PATH"), fileName),
+        environmentValue("TARN_PATH").empty() ? std::string()
+                                              : inDirectory(environmentValue("TARN_PATH") + "/bin", fileName),
         programDirectoryValue.empty() ? std::string() : inDirectory(programDirectoryValue, fileName),
     };
     for (const std::string& candidate : candidates)
@@ -238,8 +242,10 @@ void Language::clearCurrent() {
 String currentLanguageName(int index) {
     QASSERT(index == 0 || index == 1);
     String name;
-    if (currentLanguage) name = currentLanguage->name().name();
-    else name = environmentValue("TARN_LANG").c_str();
+    if (currentLanguage)
+        name = currentLanguage->name().name();
+    else
+        name = environmentValue("TARN_LANG").c_str();
     if (name.size() == 0) name = "english";
     return index == 1 ? name.toLower() : name;
 }

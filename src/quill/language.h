@@ -2,11 +2,11 @@
 #ifndef QUILL_LANGUAGE_H
 #define QUILL_LANGUAGE_H
 
+#include <iosfwd>
+
 #include "quill/dictnary.h"
 #include "quill/quillstr.h"
 #include "quill/symbol.h"
-
-#include <iosfwd>
 
 extern Class class_Language;
 
@@ -79,7 +79,7 @@ public:
     static void clearCurrent();
 
 private:
-    Language(const Language&);             // a table is never copied
+    Language(const Language&);  // a table is never copied
     Language& operator=(const Language&);
 
     // Adds the pair, or answers why not: the fault's text for a file
@@ -87,8 +87,8 @@ private:
     bool addPair(const String& key, const String& value, const char* fileName, int line);
     void updateState();
 
-    Dictionary table;   // key String -> text String, both owned
-    Symbol name_;       // the language, lower case
+    Dictionary table;  // key String -> text String, both owned
+    Symbol name_;      // the language, lower case
     State state_;
 };
 

@@ -1,10 +1,10 @@
 // LookupKey: a pair's key, standing for the pair in hashing and comparison.
 #include "quill/lookupky.h"
 
+#include <ostream>
+
 #include "quill/objio.h"
 #include "quill/quillerr.h"
-
-#include <ostream>
 
 DEFINE_CLASS(LookupKey, Object, 1, 0)
 

@@ -3,13 +3,13 @@
 // overrun or foreign block is recognised when it is freed again.
 #include "quill/objalloc.h"
 
-#include "quill/quillerr.h"
-
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+
+#include "quill/quillerr.h"
 
 namespace {
 
@@ -58,8 +58,12 @@ size_t sizeOf(const void* p) { return size_t(headWord(p) ^ GUARD_XOR) - OVERHEAD
 
 void* blockOf(void* p) { return static_cast<char*>(p) - HEADER; }
 
-void lock() { if (allocLock) allocLock(); }
-void unlock() { if (allocUnlock) allocUnlock(); }
+void lock() {
+    if (allocLock) allocLock();
+}
+void unlock() {
+    if (allocUnlock) allocUnlock();
+}
 
 void track(void* p) {
     if (!tracking) return;

@@ -1,6 +1,13 @@
 // Object and Nil: identity, type tests, copying, deletion and printing.
 #include "quill/object.h"
 
+#include <cstdint>
+#include <cstring>
+#include <exception>
+#include <new>
+#include <ostream>
+#include <streambuf>
+
 #include "quill/cback.h"
 #include "quill/identset.h"
 #include "quill/objalloc.h"
@@ -8,13 +15,6 @@
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
 #include "quill/validobj.h"
-
-#include <cstdint>
-#include <cstring>
-#include <exception>
-#include <new>
-#include <ostream>
-#include <streambuf>
 
 namespace {
 
@@ -93,12 +93,8 @@ void leaveObjectRegion(int level) {
 // Object
 
 // The root is abstract on streams: a stream that names it is refused.
-static void readAbstractObject(std::istream&, Object*) {
-    setError(RDABSTCLASS, SEV_ERROR, "Object");
-}
-static void readAbstractObject(BinIstream&, Object*) {
-    setError(RDABSTCLASS, SEV_ERROR, "Object");
-}
+static void readAbstractObject(std::istream&, Object*) { setError(RDABSTCLASS, SEV_ERROR, "Object"); }
+static void readAbstractObject(BinIstream&, Object*) { setError(RDABSTCLASS, SEV_ERROR, "Object"); }
 
 Class class_Object(0, "Object", 1, QUILL_IDENT(Object, 1), sizeof(Object), readAbstractObject,
                    readAbstractObject, 0, 0, 0, 0);
@@ -246,9 +242,7 @@ void Object::shouldNotImplement(const char* method) const {
     setError(ILLEGALMETHOD, SEV_ERROR, className(), method);
 }
 
-void Object::notYetImplemented(const char* method) const {
-    setError(NOTYET, SEV_ERROR, className(), method);
-}
+void Object::notYetImplemented(const char* method) const { setError(NOTYET, SEV_ERROR, className(), method); }
 
 void Object::assertArgClass(const Object& ob, const Class& expected, const char* method) const {
     if (!ob.isMemberOf(expected))
@@ -286,12 +280,9 @@ void Object::operator delete(void* p) {
 static void readNil(std::istream&, Object*) {
     setError(ILLEGALMETHOD, SEV_ERROR, "Nil", "reader constructor");
 }
-static void readNil(BinIstream&, Object*) {
-    setError(ILLEGALMETHOD, SEV_ERROR, "Nil", "reader constructor");
-}
+static void readNil(BinIstream&, Object*) { setError(ILLEGALMETHOD, SEV_ERROR, "Nil", "reader constructor"); }
 
-Class class_Nil(&class_Object, "Nil", 1, QUILL_IDENT(Nil, 1), sizeof(Nil), readNil, readNil, 0, 0,
-                0, 0);
+Class class_Nil(&class_Object, "Nil", 1, QUILL_IDENT(Nil, 1), sizeof(Nil), readNil, readNil, 0, 0, 0, 0);
 
 Nil::Nil() {}
 

@@ -77,12 +77,10 @@ public:
 
     Cback& addCback(const Symbol& event, CbackFunction function, Object* userData = 0,
                     CallData* callData = 0);
-    Cback& addCback(const Symbol& event, CbackMethod method, Object& consumer,
-                    Object* userData = 0);
+    Cback& addCback(const Symbol& event, CbackMethod method, Object& consumer, Object* userData = 0);
     // Delete the first match; answer its userData, or nil when none matched.
     Object* removeCback(const Symbol& event, CbackFunction function, Object* userData = 0);
-    Object* removeCback(const Symbol& event, CbackMethod method, Object& consumer,
-                        Object* userData = 0);
+    Object* removeCback(const Symbol& event, CbackMethod method, Object& consumer, Object* userData = 0);
     void removeCbacks(const Symbol& event, Object* consumer = 0);  // every match
     void removeAllCbacks();
     // Drops the dependents' Cbacks that this object consumes, from both lists.
@@ -150,8 +148,8 @@ public:
     static void operator delete(void* p);
     static void operator delete(void*, void*) {}
 
-    unsigned magic;          // OBJECT_MAGIC while alive, 0 after destruction
-    CbackData* cbackData;    // callbacks of this object, created on demand
+    unsigned magic;        // OBJECT_MAGIC while alive, 0 after destruction
+    CbackData* cbackData;  // callbacks of this object, created on demand
 };
 
 class Nil : public Object {
@@ -179,8 +177,8 @@ void deepDelete(Object* ob);
 // installs no lock functions; the regions stay marked for a host that does.
 typedef void (*LockFunction)(int level);
 extern LockFunction lockObjects, unlockObjects;
-extern int storeReadLockLevel;    // stores, reads and the copying machinery
-extern int dependentsLockLevel;   // dependents and callbacks
+extern int storeReadLockLevel;   // stores, reads and the copying machinery
+extern int dependentsLockLevel;  // dependents and callbacks
 void enterObjectRegion(int level);
 void leaveObjectRegion(int level);
 
@@ -196,7 +194,6 @@ private:
     int level;
 };
 
-#define CAST(ClassName, p) \
-    (static_cast<ClassName*>(castCheck(class_##ClassName, (p), __FILE__, __LINE__)))
+#define CAST(ClassName, p) (static_cast<ClassName*>(castCheck(class_##ClassName, (p), __FILE__, __LINE__)))
 
 #endif

@@ -1,6 +1,12 @@
 // Object streams: numbering, class headers, references, the read tables and quoted strings.
 #include "quill/objio.h"
 
+#include <cctype>
+#include <cstring>
+#include <iostream>
+#include <limits>
+#include <streambuf>
+
 #include "quill/arrayob.h"
 #include "quill/assocint.h"
 #include "quill/identdct.h"
@@ -9,12 +15,6 @@
 #include "quill/qclass.h"
 #include "quill/quillerr.h"
 #include "quill/stack.h"
-
-#include <cctype>
-#include <limits>
-#include <cstring>
-#include <iostream>
-#include <streambuf>
 
 namespace {
 
@@ -153,13 +153,11 @@ const char* nameOfWhere(const Object* where, const char* expected) {
 }
 
 // The class found must be the one expected, by name or by the object read into.
-void checkClass(char branch, const char* expected, const Object* where, const char* found,
-                bool diagnose) {
+void checkClass(char branch, const char* expected, const Object* where, const char* found, bool diagnose) {
     const char* wanted = *expected ? expected : where ? nameOfWhere(where, "") : "";
     if (!*wanted || strcmp(wanted, found) == 0) return;
     if (diagnose)
-        std::cerr << "case '" << branch << "': \"" << wanted << "\" \"" << found << "\""
-                  << std::endl;
+        std::cerr << "case '" << branch << "': \"" << wanted << "\" \"" << found << "\"" << std::endl;
     setError(RDWRONGCLASS, SEV_ERROR, wanted, found);
 }
 
@@ -215,8 +213,7 @@ Class* findStreamClass(const char* name, unsigned signature, bool check) {
     Class* c = findClass(name);
     if (!c) setError(RDUNKCLASS, SEV_ERROR, name);
     if (check && !c->checkSignature(signature))
-        setError(RDVERSERR, SEV_ERROR, name, (unsigned long)c->signature(),
-                 (unsigned long)signature);
+        setError(RDVERSERR, SEV_ERROR, name, (unsigned long)c->signature(), (unsigned long)signature);
     readClassTable->add(*c);
     return c;
 }
@@ -258,8 +255,7 @@ void reviveMember(Object* where, const Class& c) {
 }
 
 template <class Stream, class Reader>
-void runReader(Stream& is, const Class& c, Reader reader, Object* ob, unsigned number,
-               Object* where) {
+void runReader(Stream& is, const Class& c, Reader reader, Object* ob, unsigned number, Object* where) {
     try {
         // A class without a reader refuses here, so that its prepared storage
         // is given back as after a reader that raised.
@@ -288,10 +284,17 @@ Object* readTextInstance(std::istream& is, Class& c, Object* where) {
 Object* readTextObject(std::istream& is, char first, const char* expected, Object* where) {
     Class* c = 0;
     switch (first) {
-    case '@': return readReference(is, expected, where, true);
-    case '#': c = readKnownClass(is, expected, where); break;
-    case ':': c = readNewClass(is, expected, where); break;
-    default: is.putback(first); syntaxError(is, ":, # or @");
+        case '@':
+            return readReference(is, expected, where, true);
+        case '#':
+            c = readKnownClass(is, expected, where);
+            break;
+        case ':':
+            c = readNewClass(is, expected, where);
+            break;
+        default:
+            is.putback(first);
+            syntaxError(is, ":, # or @");
     }
     return readTextInstance(is, *c, where);
 }
@@ -330,10 +333,16 @@ Class* readBinaryNewClass(BinIstream& is, const char* expected, Object* where) {
 Object* readBinaryObject(BinIstream& is, unsigned char tag, const char* expected, Object* where) {
     Class* c = 0;
     switch (tag) {
-    case TAG_REFERENCE: return readBinaryReference(is, expected, where);
-    case TAG_KNOWN_CLASS: c = readBinaryKnownClass(is, expected, where); break;
-    case TAG_NEW_CLASS: c = readBinaryNewClass(is, expected, where); break;
-    default: setError(RDBADTYP, SEV_ERROR, int(tag), -1);
+        case TAG_REFERENCE:
+            return readBinaryReference(is, expected, where);
+        case TAG_KNOWN_CLASS:
+            c = readBinaryKnownClass(is, expected, where);
+            break;
+        case TAG_NEW_CLASS:
+            c = readBinaryNewClass(is, expected, where);
+            break;
+        default:
+            setError(RDBADTYP, SEV_ERROR, int(tag), -1);
     }
     Object* ob = prepareInstance(is, *c, where);
     unsigned number = enterReadObject(ob);
@@ -421,15 +430,24 @@ char readEscape(std::istream& is) {
     int e = is.get();
     checkStream(is);
     switch (e) {
-    case '"': return '"';
-    case '[': return '{';
-    case '\\': return '\\';
-    case ']': return '}';
-    case 'b': return '\b';
-    case 'f': return '\f';
-    case 'n': return '\n';
-    case 'r': return '\r';
-    case 't': return '\t';
+        case '"':
+            return '"';
+        case '[':
+            return '{';
+        case '\\':
+            return '\\';
+        case ']':
+            return '}';
+        case 'b':
+            return '\b';
+        case 'f':
+            return '\f';
+        case 'n':
+            return '\n';
+        case 'r':
+            return '\r';
+        case 't':
+            return '\t';
     }
     is.putback(char(e));
     int code = readNumber<int>(is);
@@ -444,15 +462,24 @@ char readEscape(std::istream& is) {
 
 const char* escapeOf(unsigned char c) {
     switch (c) {
-    case '\b': return "\\b";
-    case '\t': return "\\t";
-    case '\n': return "\\n\n";
-    case '\f': return "\\f";
-    case '\r': return "\\r";
-    case '"': return "\\\"";
-    case '\\': return "\\\\";
-    case '{': return "\\[";
-    case '}': return "\\]";
+        case '\b':
+            return "\\b";
+        case '\t':
+            return "\\t";
+        case '\n':
+            return "\\n\n";
+        case '\f':
+            return "\\f";
+        case '\r':
+            return "\\r";
+        case '"':
+            return "\\\"";
+        case '\\':
+            return "\\\\";
+        case '{':
+            return "\\[";
+        case '}':
+            return "\\]";
     }
     return 0;
 }
@@ -469,8 +496,8 @@ void Object::storeOn(std::ostream& os) const {
     bool outermost = beginStore();
     if (!outermost && storeFilter && storeFilter(this, os)) return;
     // A model file keeps every digit: numbers read back equal to those written.
-    std::streamsize precision = outermost ? os.precision(std::numeric_limits<double>::max_digits10)
-                                          : os.precision();
+    std::streamsize precision =
+        outermost ? os.precision(std::numeric_limits<double>::max_digits10) : os.precision();
     struct RestorePrecision {
         std::ostream& os;
         std::streamsize precision;
@@ -577,20 +604,18 @@ Object* readFromChecked(String& errorText, BinIstream& is, const char* className
     return guardedRead(errorText, is, className, where);
 }
 
-Object* readFromString(String& errorText, const char* buffer, size_t length,
-                       const char* className, Object* where) {
+Object* readFromString(String& errorText, const char* buffer, size_t length, const char* className,
+                       Object* where) {
     MemoryBuffer memory(buffer, length);
     std::istream is(&memory);
     return readFromChecked(errorText, is, className, where);
 }
 
-Object* readFromString(String& errorText, const char* buffer, const char* className,
-                       Object* where) {
+Object* readFromString(String& errorText, const char* buffer, const char* className, Object* where) {
     return readFromString(errorText, buffer, strlen(buffer), className, where);
 }
 
-Object* readFromString(String& errorText, const char* buffer, const Class& expected,
-                       Object* where) {
+Object* readFromString(String& errorText, const char* buffer, const Class& expected, Object* where) {
     return readFromString(errorText, buffer, strlen(buffer), expected.name(), where);
 }
 

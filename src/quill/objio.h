@@ -2,13 +2,13 @@
 #ifndef QUILL_OBJIO_H
 #define QUILL_OBJIO_H
 
+#include <cstddef>
+#include <iosfwd>
+#include <istream>
+
 #include "quill/binstrm.h"
 #include "quill/object.h"
 #include "quill/quillstr.h"
-
-#include <cstddef>
-#include <istream>
-#include <iosfwd>
 
 // Top-level store: answers whether the stream has neither fail nor bad bit.
 bool storeObject(std::ostream& os, const Object& ob);
@@ -25,16 +25,13 @@ Object* readFrom(BinIstream& is, const char* expectedClassName = "", Object* whe
 Object* readFrom(BinIstream& is, const Class& expected, Object* where = nil);
 
 // Guarded reads: a read error becomes the text in errorText and a null answer.
-Object* readFromChecked(String& errorText, std::istream& is, const char* className = "",
-                        Object* where = nil);
-Object* readFromChecked(String& errorText, BinIstream& is, const char* className = "",
-                        Object* where = nil);
-Object* readFromString(String& errorText, const char* buffer, size_t length,
-                       const char* className = "", Object* where = nil);
+Object* readFromChecked(String& errorText, std::istream& is, const char* className = "", Object* where = nil);
+Object* readFromChecked(String& errorText, BinIstream& is, const char* className = "", Object* where = nil);
+Object* readFromString(String& errorText, const char* buffer, size_t length, const char* className = "",
+                       Object* where = nil);
 Object* readFromString(String& errorText, const char* buffer, const char* className = "",
                        Object* where = nil);
-Object* readFromString(String& errorText, const char* buffer, const Class& expected,
-                       Object* where = nil);
+Object* readFromString(String& errorText, const char* buffer, const Class& expected, Object* where = nil);
 String lastReadError();
 
 // Nested reads from a stream constructor, and abandoned reads.

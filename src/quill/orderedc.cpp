@@ -1,11 +1,11 @@
 // OrderedCltn: insertion, removal, search and sorting of a growable sequence.
 #include "quill/orderedc.h"
 
-#include "quill/arrayob.h"
-#include "quill/quillerr.h"
-
 #include <cstdlib>
 #include <cstring>
+
+#include "quill/arrayob.h"
+#include "quill/quillerr.h"
 
 DEFINE_CLASS(OrderedCltn, SeqCltn, 1, 0)
 

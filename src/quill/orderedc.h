@@ -33,7 +33,7 @@ public:
     Object* addLast(Object& ob) override;
     Object* addBefore(const Object& ob, Object& newOb) override;  // OBNOTFOUND
     Object* addAfter(const Object& ob, Object& newOb) override;   // OBNOTFOUND
-    Object* first() const override;        // CLTNEMPTY when empty, as the three below
+    Object* first() const override;                               // CLTNEMPTY when empty, as the three below
     Object* last() const override;
     Object* removeFirst() override;
     Object* removeLast() override;

@@ -1,14 +1,14 @@
 // Point, FloatPoint, FloatRect and TranslCoord: comparison, hashing, printing, mapping and stream forms.
 #include "quill/point.h"
 
-#include "quill/binstrm.h"
-#include "quill/objio.h"
-#include "quill/quillstr.h"
-
 #include <cmath>
 #include <cstring>
 #include <istream>
 #include <ostream>
+
+#include "quill/binstrm.h"
+#include "quill/objio.h"
+#include "quill/quillstr.h"
 
 DEFINE_CLASS(Point, Object, 1, 0)
 DEFINE_CLASS(FloatPoint, Object, 1, 0)
@@ -203,13 +203,11 @@ void FloatPoint::storer(BinOstream& os) const {
     os << xc << yc;
 }
 
-FloatRect::FloatRect(std::istream& is, Object* where)
-    : Object(is, where), xc(0.0), yc(0.0), w(0.0), h(0.0) {
+FloatRect::FloatRect(std::istream& is, Object* where) : Object(is, where), xc(0.0), yc(0.0), w(0.0), h(0.0) {
     is >> xc >> yc >> w >> h;
 }
 
-FloatRect::FloatRect(BinIstream& is, Object* where)
-    : Object(is, where), xc(0.0), yc(0.0), w(0.0), h(0.0) {
+FloatRect::FloatRect(BinIstream& is, Object* where) : Object(is, where), xc(0.0), yc(0.0), w(0.0), h(0.0) {
     is >> xc >> yc >> w >> h;
 }
 

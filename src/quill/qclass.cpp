@@ -1,15 +1,15 @@
 // Class descriptors: the list of all classes, signatures, the class dictionary.
 #include "quill/qclass.h"
 
+#include <cstring>
+#include <iostream>
+
 #include "quill/assoc.h"
 #include "quill/dictnary.h"
 #include "quill/orderedc.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
 #include "quill/startup.h"
-
-#include <cstring>
-#include <iostream>
 
 namespace {
 
@@ -52,16 +52,27 @@ bool classesInitialized = false;
 bool printClassesFlag = false;
 
 Class class_Class(&class_Object, "Class", 1, QUILL_IDENT(Class, 1), sizeof(Class),
-                  QuillReader<Class, std::istream>::read,
-                  QuillReader<Class, BinIstream>::read, 0, 0, 0, 0);
+                  QuillReader<Class, std::istream>::read, QuillReader<Class, BinIstream>::read, 0, 0, 0, 0);
 
-Class::Class(Class* base, const char* name, unsigned version, const char* ident,
-             unsigned instanceSize, TextReader textReader, BinaryReader binaryReader,
-             ClassFunction early, ClassFunction initor, Creator creator, Destroyer destroyer)
-    : textReader(textReader), binaryReader(binaryReader), storeNumber(0), base_(base),
-      nextClass(allClasses), className_(name), ident_(ident), signature_(0), version_(version),
-      instanceSize_(instanceSize), initor(initor), creator(creator), upgrader(0), readVersion_(0),
-      destroyer(destroyer), terminator(0) {
+Class::Class(Class* base, const char* name, unsigned version, const char* ident, unsigned instanceSize,
+             TextReader textReader, BinaryReader binaryReader, ClassFunction early, ClassFunction initor,
+             Creator creator, Destroyer destroyer)
+    : textReader(textReader),
+      binaryReader(binaryReader),
+      storeNumber(0),
+      base_(base),
+      nextClass(allClasses),
+      className_(name),
+      ident_(ident),
+      signature_(0),
+      version_(version),
+      instanceSize_(instanceSize),
+      initor(initor),
+      creator(creator),
+      upgrader(0),
+      readVersion_(0),
+      destroyer(destroyer),
+      terminator(0) {
     allClasses = this;
     if (early) early(this);
 }
@@ -74,9 +85,7 @@ Class::Class(std::istream& is, Object* where) : Object(is, where) {
     shouldNotImplement("reader constructor");
 }
 
-Class::Class(BinIstream& is, Object* where) : Object(is, where) {
-    shouldNotImplement("reader constructor");
-}
+Class::Class(BinIstream& is, Object* where) : Object(is, where) { shouldNotImplement("reader constructor"); }
 
 void Class::storer(std::ostream&) const { shouldNotImplement("storer"); }
 void Class::storer(BinOstream&) const { shouldNotImplement("storer"); }

@@ -2,11 +2,11 @@
 #ifndef QUILL_QCLASS_H
 #define QUILL_QCLASS_H
 
-#include "quill/object.h"
-
 #include <iosfwd>
 #include <new>
 #include <type_traits>
+
+#include "quill/object.h"
 
 class Dictionary;
 class BinIstream;
@@ -22,11 +22,11 @@ public:
     typedef void (*Destroyer)(Object*);
     typedef bool (*Upgrader)(unsigned oldSignature);
 
-    Class(Class* base, const char* name, unsigned version, const char* ident,
-          unsigned instanceSize, TextReader textReader, BinaryReader binaryReader,
-          ClassFunction early, ClassFunction initor, Creator creator, Destroyer destroyer);
-    Class();                 // refused: "creator"
-    Class(const Class&);     // refused: "creator"
+    Class(Class* base, const char* name, unsigned version, const char* ident, unsigned instanceSize,
+          TextReader textReader, BinaryReader binaryReader, ClassFunction early, ClassFunction initor,
+          Creator creator, Destroyer destroyer);
+    Class();                                 // refused: "creator"
+    Class(const Class&);                     // refused: "creator"
     Class(std::istream& is, Object* where);  // refused: "reader constructor"
     Class(BinIstream& is, Object* where);    // refused: "reader constructor"
 
@@ -36,7 +36,7 @@ public:
     unsigned hash() const override;
     unsigned size() const override;  // the instance size
     void printOn(std::ostream& os) const override;
-    Object* deepCopy() const;        // refused: "deepCopy"
+    Object* deepCopy() const;                      // refused: "deepCopy"
     void storer(std::ostream& os) const override;  // refused: "storer"
     void storer(BinOstream& os) const override;    // refused: "storer"
 
@@ -113,20 +113,18 @@ struct QuillReader<T, Stream, false> {
     static constexpr void (*read)(Stream&, Object*) = nullptr;
 };
 
-#define QUILL_DESCRIPTOR(ClassName, BaseName, version, initor, creator)                       \
-    static void destroy_##ClassName(Object* ob) { static_cast<ClassName*>(ob)->~ClassName(); } \
-    Class class_##ClassName(&class_##BaseName, #ClassName, version,                           \
-                            QUILL_IDENT(ClassName, version), sizeof(ClassName),               \
-                            QuillReader<ClassName, std::istream>::read,                        \
-                            QuillReader<ClassName, BinIstream>::read, 0,                       \
-                            initor, creator,                                                  \
-                            destroy_##ClassName);                                             \
+#define QUILL_DESCRIPTOR(ClassName, BaseName, version, initor, creator)                              \
+    static void destroy_##ClassName(Object* ob) { static_cast<ClassName*>(ob)->~ClassName(); }       \
+    Class class_##ClassName(&class_##BaseName, #ClassName, version, QUILL_IDENT(ClassName, version), \
+                            sizeof(ClassName), QuillReader<ClassName, std::istream>::read,           \
+                            QuillReader<ClassName, BinIstream>::read, 0, initor, creator,            \
+                            destroy_##ClassName);                                                    \
     Class* ClassName::isA() const { return &class_##ClassName; }
 
 // Defines the descriptor class_<ClassName> of a class with a default
 // constructor, with its creator, destroyer and readers. initor may be 0.
-#define DEFINE_CLASS(ClassName, BaseName, version, initor)                \
-    static Object* create_##ClassName() { return new ClassName; }         \
+#define DEFINE_CLASS(ClassName, BaseName, version, initor)        \
+    static Object* create_##ClassName() { return new ClassName; } \
     QUILL_DESCRIPTOR(ClassName, BaseName, version, initor, create_##ClassName)
 
 // The same for a class without a default instance (abstract, or one whose

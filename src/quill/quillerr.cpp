@@ -1,16 +1,16 @@
 // The error table, setError, the report sinks and TarnException.
 #include "quill/quillerr.h"
 
-#include "quill/binstrm.h"
-#include "quill/objio.h"
-#include "quill/objalloc.h"
-#include "quill/qclass.h"
-#include "quill/startup.h"
-
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+
+#include "quill/binstrm.h"
+#include "quill/objalloc.h"
+#include "quill/objio.h"
+#include "quill/qclass.h"
+#include "quill/startup.h"
 
 namespace {
 
@@ -69,8 +69,7 @@ std::ostream* reportStreamTwo = &std::cerr;
 
 void growTable() {
     checkPointer(errorTexts, "newQUILLerror(1)", 0);
-    errorTexts = static_cast<const char**>(
-        objectRealloc(errorTexts, (slots + GROWTH) * sizeof(const char*)));
+    errorTexts = static_cast<const char**>(objectRealloc(errorTexts, (slots + GROWTH) * sizeof(const char*)));
     for (int i = slots; i < slots + GROWTH; ++i) errorTexts[i] = UNKNOWN_TEXT;
     slots += GROWTH;
     checkPointer(errorTexts, "newQUILLerror", 0);
@@ -130,13 +129,19 @@ void setError(int code, int severity, ...) {
 
 const char* severityWord(int severity) {
     switch (severity) {
-    case -4: return "FATAL";
-    case -3:
-    case 1: return "ERROR";
-    case -2: return "WARNING";
-    case -1: return "INFO";
-    case 0: return "SUCCESS";
-    default: return "UNKNOWN SEVERITY CODE";
+        case -4:
+            return "FATAL";
+        case -3:
+        case 1:
+            return "ERROR";
+        case -2:
+            return "WARNING";
+        case -1:
+            return "INFO";
+        case 0:
+            return "SUCCESS";
+        default:
+            return "UNKNOWN SEVERITY CODE";
     }
 }
 
@@ -160,14 +165,12 @@ TarnException::TarnException() : code_(0), severity_(0) {}
 TarnException::TarnException(int code, const char* message, int severity)
     : code_(code), message_(message), severity_(severity) {}
 
-TarnException::TarnException(std::istream& is, Object* where)
-    : Object(is, where), code_(0), severity_(0) {
+TarnException::TarnException(std::istream& is, Object* where) : Object(is, where), code_(0), severity_(0) {
     is >> code_ >> severity_;
     readFrom(is, "String", &message_);
 }
 
-TarnException::TarnException(BinIstream& is, Object* where)
-    : Object(is, where), code_(0), severity_(0) {
+TarnException::TarnException(BinIstream& is, Object* where) : Object(is, where), code_(0), severity_(0) {
     is >> code_ >> severity_;
     readFrom(is, "String", &message_);
 }

@@ -2,20 +2,53 @@
 #ifndef QUILL_QUILLERR_H
 #define QUILL_QUILLERR_H
 
+#include <iosfwd>
+
 #include "quill/object.h"
 #include "quill/quillstr.h"
-
-#include <iosfwd>
 
 extern Class class_TarnException;
 
 // Codes of the fixed part of the error table.
 enum {
-    ANY = 0, ALLOCFAIL, ALLOCSIZE, ASSERTFLD, BADARGCL, BADARGCLM, BADARGS, BADARGSP,
-    BADARGSPM, BADCLASS, BADERRNUM, BADOBJECT, BADPTR, BADSPEC, CASTBADCL, CASTBADOB,
-    DELETENIL, DRVDCLASSRSP, GENERICERR, ILLEGALMETHOD, INDEXRANGE, NOTINIT, NOTYET,
-    RDABSTCLASS, RDBADTYP, RDEOF, RDFAIL, RDREFERR, RDSYNERR, RDUNKCLASS, RDVERSERR,
-    RDWRONGCLASS, READBINERR, READBINUNDFL, STOREBINERR, STRINGOV, SYSERR, TOOMANYERRS
+    ANY = 0,
+    ALLOCFAIL,
+    ALLOCSIZE,
+    ASSERTFLD,
+    BADARGCL,
+    BADARGCLM,
+    BADARGS,
+    BADARGSP,
+    BADARGSPM,
+    BADCLASS,
+    BADERRNUM,
+    BADOBJECT,
+    BADPTR,
+    BADSPEC,
+    CASTBADCL,
+    CASTBADOB,
+    DELETENIL,
+    DRVDCLASSRSP,
+    GENERICERR,
+    ILLEGALMETHOD,
+    INDEXRANGE,
+    NOTINIT,
+    NOTYET,
+    RDABSTCLASS,
+    RDBADTYP,
+    RDEOF,
+    RDFAIL,
+    RDREFERR,
+    RDSYNERR,
+    RDUNKCLASS,
+    RDVERSERR,
+    RDWRONGCLASS,
+    READBINERR,
+    READBINUNDFL,
+    STOREBINERR,
+    STRINGOV,
+    SYSERR,
+    TOOMANYERRS
 };
 
 // Severities.
@@ -69,9 +102,7 @@ extern ErrorReportHook errorReportHook;
 extern int errorInProgress;
 
 // Every assertion: the expression as text, the source file and the line.
-#define QASSERT(expr) \
-    ((expr) ? (void)0 : setError(ASSERTFLD, SEV_ERROR, #expr, __FILE__, __LINE__))
-#define QASSERT_TEXT(expr, text) \
-    ((expr) ? (void)0 : setError(ASSERTFLD, SEV_ERROR, text, __FILE__, __LINE__))
+#define QASSERT(expr) ((expr) ? (void)0 : setError(ASSERTFLD, SEV_ERROR, #expr, __FILE__, __LINE__))
+#define QASSERT_TEXT(expr, text) ((expr) ? (void)0 : setError(ASSERTFLD, SEV_ERROR, text, __FILE__, __LINE__))
 
 #endif

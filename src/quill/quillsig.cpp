@@ -1,12 +1,12 @@
 // Signal handlers: a fatal signal becomes a TarnException with code SYSERR.
 #include "quill/quillsig.h"
 
+#include <pthread.h>
+#include <signal.h>
+
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
 #include "quill/startup.h"
-
-#include <pthread.h>
-#include <signal.h>
 
 namespace {
 
@@ -16,11 +16,8 @@ struct SignalEntry {
 };
 
 const SignalEntry handledSignals[] = {
-    {SIGABRT, "Program sent an abort()"},
-    {SIGFPE, "Floating Exception"},
-    {SIGTERM, "Terminal Interrupt"},
-    {SIGILL, "Illegal Instruction"},
-    {SIGSEGV, "Segment Violation"},
+    {SIGABRT, "Program sent an abort()"}, {SIGFPE, "Floating Exception"}, {SIGTERM, "Terminal Interrupt"},
+    {SIGILL, "Illegal Instruction"},      {SIGSEGV, "Segment Violation"},
 };
 
 void onSignal(int sig);

@@ -1,14 +1,6 @@
 // String: construction, growth, comparison, windows, scanning, and the formatting helpers.
 #include "quill/quillstr.h"
 
-#include "quill/integer.h"
-#include "quill/objalloc.h"
-#include "quill/objio.h"
-#include "quill/qclass.h"
-#include "quill/quillerr.h"
-#include "quill/substrng.h"
-#include "quill/symbol.h"
-
 #include <cctype>
 #include <cstdarg>
 #include <cstdio>
@@ -16,6 +8,14 @@
 #include <cstring>
 #include <istream>
 #include <ostream>
+
+#include "quill/integer.h"
+#include "quill/objalloc.h"
+#include "quill/objio.h"
+#include "quill/qclass.h"
+#include "quill/quillerr.h"
+#include "quill/substrng.h"
+#include "quill/symbol.h"
 
 DEFINE_CLASS(String, Object, 1, 0)
 
@@ -350,9 +350,7 @@ const SubString String::operator()(int position, int length) const {
     return const_cast<String&>(*this)(position, length);
 }
 
-const SubString String::operator()(int position) const {
-    return const_cast<String&>(*this)(position);
-}
+const SubString String::operator()(int position) const { return const_cast<String&>(*this)(position); }
 
 int String::index(const char* other) const {
     const char* found = std::strstr(p, other ? other : "");

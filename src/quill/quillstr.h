@@ -2,11 +2,11 @@
 #ifndef QUILL_QUILLSTR_H
 #define QUILL_QUILLSTR_H
 
-#include "quill/object.h"
-#include "quill/qclass.h"
-
 #include <cstddef>
 #include <iosfwd>
+
+#include "quill/object.h"
+#include "quill/qclass.h"
 
 class SubString;
 class Symbol;
@@ -56,7 +56,7 @@ public:
     String& operator+=(unsigned long n);  // "%lu"
     String& operator+=(double x);         // "%1.16g"
 
-    char& operator[](unsigned i);         // INDEXRANGE when i >= size()
+    char& operator[](unsigned i);  // INDEXRANGE when i >= size()
     char operator[](unsigned i) const;
     char& at(unsigned i);
     char at(unsigned i) const;
@@ -66,25 +66,25 @@ public:
     const SubString operator()(int position, int length) const;
     const SubString operator()(int position) const;
 
-    int index(const String& other) const;   // first position, or -1
+    int index(const String& other) const;  // first position, or -1
     int index(const char* other) const;
 
     unsigned size() const override { return len; }
     unsigned capacity() const override { return alloc - 1; }
-    unsigned reSize(unsigned n);            // never below size(); answers the capacity
+    unsigned reSize(unsigned n);  // never below size(); answers the capacity
     unsigned allocated() const { return alloc; }
 
     String toUpper() const;
     String toLower() const;
     String toAscii() const;
-    void setYesNo(bool flag);               // "YES" or "NO "
-    bool isTrue() const;                    // false for "no", "n", "0" in any case
-    String stripLeft(const char* set = 0) const;   // default set " \t\n"
+    void setYesNo(bool flag);                     // "YES" or "NO "
+    bool isTrue() const;                          // false for "no", "n", "0" in any case
+    String stripLeft(const char* set = 0) const;  // default set " \t\n"
     String stripRight(const char* set = 0) const;
     String stripBoth(const char* set = 0) const;
     String left(unsigned n) const;
     String right(unsigned n) const;
-    double asDouble() const;                // 0 when nothing converts
+    double asDouble() const;  // 0 when nothing converts
 
     unsigned hash() const override;
     int compare(const Object& ob) const override;

@@ -1,12 +1,12 @@
 // The Random family: a splitmix64 source and the linear, exponential and normal generators.
 #include "quill/random.h"
 
-#include "quill/binstrm.h"
-#include "quill/quillerr.h"
-
 #include <cmath>
 #include <istream>
 #include <ostream>
+
+#include "quill/binstrm.h"
+#include "quill/quillerr.h"
 
 DEFINE_CLASS(Random, Object, 1, 0)
 DEFINE_CLASS(RandomLinear, Random, 1, 0)
@@ -50,8 +50,7 @@ double Random::quantize(double x) const { return step > 0.0 ? step * std::round(
 
 // RandomLinear
 
-RandomLinear::RandomLinear(double min, double max, unsigned long seed)
-    : Random(seed), low(min), high(max) {
+RandomLinear::RandomLinear(double min, double max, unsigned long seed) : Random(seed), low(min), high(max) {
     QASSERT_TEXT(min <= max, "min <= max");
 }
 
@@ -72,8 +71,7 @@ double RandomLinear::next() {
 
 RandomExp::RandomExp(double mean, unsigned long seed) : Random(seed), average(mean) {}
 
-RandomExp::RandomExp(double mean, double quantum, unsigned long seed)
-    : Random(seed), average(mean) {
+RandomExp::RandomExp(double mean, double quantum, unsigned long seed) : Random(seed), average(mean) {
     setQuantum(quantum);
 }
 
@@ -165,13 +163,11 @@ void RandomExp::storer(BinOstream& os) const {
     os << average;
 }
 
-RandomGauss::RandomGauss(std::istream& is, Object* where)
-    : Random(is, where), average(0.0), deviation(1.0) {
+RandomGauss::RandomGauss(std::istream& is, Object* where) : Random(is, where), average(0.0), deviation(1.0) {
     is >> average >> deviation;
 }
 
-RandomGauss::RandomGauss(BinIstream& is, Object* where)
-    : Random(is, where), average(0.0), deviation(1.0) {
+RandomGauss::RandomGauss(BinIstream& is, Object* where) : Random(is, where), average(0.0), deviation(1.0) {
     is >> average >> deviation;
 }
 

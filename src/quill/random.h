@@ -2,10 +2,10 @@
 #ifndef QUILL_RANDOM_H
 #define QUILL_RANDOM_H
 
+#include <cstdint>
+
 #include "quill/object.h"
 #include "quill/qclass.h"
-
-#include <cstdint>
 
 extern Class class_Random;
 extern Class class_RandomLinear;

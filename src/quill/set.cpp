@@ -1,11 +1,11 @@
 // Set: probing, growth, deletion from the linear-probing table, iteration and set algebra.
 #include "quill/set.h"
 
+#include <vector>
+
 #include "quill/arrayob.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
-
-#include <vector>
 
 DEFINE_CLASS(Set, Collection, 1, 0)
 

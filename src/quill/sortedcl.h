@@ -24,8 +24,8 @@ public:
     // Inserts after the last element that compares equal, so that equal
     // elements keep the order in which they were added.
     Object* add(Object& ob) override;
-    Object* addFirst(Object& ob) override;                         // refused
-    Object* addLast(Object& ob) override;                          // refused
+    Object* addFirst(Object& ob) override;                        // refused
+    Object* addLast(Object& ob) override;                         // refused
     Object* addBefore(const Object& ob, Object& newOb) override;  // refused
     Object* addAfter(const Object& ob, Object& newOb) override;   // refused
 

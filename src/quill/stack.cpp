@@ -1,10 +1,10 @@
 // Stack: construction, stream form and the growth step of a stack.
 #include "quill/stack.h"
 
+#include <ostream>
+
 #include "quill/binstrm.h"
 #include "quill/objio.h"
-
-#include <ostream>
 
 DEFINE_CLASS(Stack, OrderedCltn, 1, 0)
 
@@ -14,14 +14,12 @@ Stack::Stack(const Stack& s) : OrderedCltn(s), extendBy(s.extendBy) {}
 
 // The elements come first on the stream: until extendBy is read, the stack
 // has the default step (the capacity read leaves no need to grow).
-Stack::Stack(std::istream& is, Object* where)
-    : OrderedCltn(is, where, false), extendBy(DEFAULT_CAPACITY) {
+Stack::Stack(std::istream& is, Object* where) : OrderedCltn(is, where, false), extendBy(DEFAULT_CAPACITY) {
     readElements(is);
     extendBy = readNumber<int>(is);
 }
 
-Stack::Stack(BinIstream& is, Object* where)
-    : OrderedCltn(is, where, false), extendBy(DEFAULT_CAPACITY) {
+Stack::Stack(BinIstream& is, Object* where) : OrderedCltn(is, where, false), extendBy(DEFAULT_CAPACITY) {
     readElements(is);
     is >> extendBy;
 }

@@ -20,7 +20,7 @@ public:
     Stack& operator=(const Stack& s);
 
     Object* push(Object& ob) { return addLast(ob); }
-    Object* pop() { return removeLast(); }   // CLTNEMPTY when empty
+    Object* pop() { return removeLast(); }  // CLTNEMPTY when empty
     Object* top() const { return last(); }  // CLTNEMPTY when empty
 
     int growth() const { return extendBy; }

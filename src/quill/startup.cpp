@@ -1,6 +1,11 @@
 // Library start and stop, the consuming argument store and the program entry.
 #include "quill/startup.h"
 
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
 #include "quill/qclass.h"
 #include "quill/quillerr.h"
 #include "quill/quillsig.h"
@@ -8,11 +13,6 @@
 #include "quill/random.h"
 #include "quill/symbol.h"
 #include "quill/trace.h"
-
-#include <cstdlib>
-#include <cstring>
-#include <string>
-#include <vector>
 
 int Argc = 0;
 char** Argv = 0;

@@ -1,11 +1,11 @@
 // SubString: window checks, assignment through the window, comparison and scanning.
 #include "quill/substrng.h"
 
-#include "quill/quillerr.h"
-
 #include <cstring>
 #include <istream>
 #include <ostream>
+
+#include "quill/quillerr.h"
 
 int SUBSTRERR = -1;
 int SCANERR = -1;

@@ -2,10 +2,10 @@
 #ifndef QUILL_SUBSTRNG_H
 #define QUILL_SUBSTRNG_H
 
+#include <iosfwd>
+
 #include "quill/qclass.h"
 #include "quill/quillstr.h"
-
-#include <iosfwd>
 
 extern Class class_SubString;
 

@@ -1,14 +1,14 @@
 // Symbol and the symbol table: interning, comparison and printing.
 #include "quill/symbol.h"
 
+#include <cstring>
+#include <istream>
+#include <ostream>
+
 #include "quill/integer.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
 #include "quill/set.h"
-
-#include <cstring>
-#include <istream>
-#include <ostream>
 
 DEFINE_CLASS(Symbol, Object, 1, 0)
 
@@ -118,8 +118,8 @@ Symbol& Symbol::operator=(const Symbol& s) {
 }
 
 Symbol& Symbol::operator=(const Object& ob) {
-    QASSERT(ob.isKindOf(class_Symbol) || ob.isKindOf(class_String) ||
-            ob.isKindOf(class_Integer) || ob.isKindOf(class_Float));
+    QASSERT(ob.isKindOf(class_Symbol) || ob.isKindOf(class_String) || ob.isKindOf(class_Integer) ||
+            ob.isKindOf(class_Float));
     if (ob.isKindOf(class_Symbol))
         name_ = static_cast<const Symbol&>(ob).name_;
     else if (ob.isKindOf(class_String))

@@ -2,10 +2,10 @@
 #ifndef QUILL_SYMBOL_H
 #define QUILL_SYMBOL_H
 
+#include <iosfwd>
+
 #include "quill/qclass.h"
 #include "quill/quillstr.h"
-
-#include <iosfwd>
 
 class Set;
 class Float;
@@ -37,7 +37,7 @@ public:
     unsigned hash() const override;
     void printOn(std::ostream& os) const override;  // #text#
     const char* asCharPointer() const override;
-    void scanFrom(std::istream& is) override;       // a line, interned
+    void scanFrom(std::istream& is) override;  // a line, interned
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
 

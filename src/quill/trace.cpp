@@ -1,11 +1,6 @@
 // The trace options, the "g__trace" file, GlobalTracer and the library's version texts.
 #include "quill/trace.h"
 
-#include "quill/quillerr.h"
-#include "quill/quillstr.h"
-#include "quill/set.h"
-#include "quill/startup.h"
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -13,6 +8,11 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+
+#include "quill/quillerr.h"
+#include "quill/quillstr.h"
+#include "quill/set.h"
+#include "quill/startup.h"
 
 int traceLevel = TRACE_LEVEL_START;
 std::ostream* traceStream = &std::cout;
@@ -68,8 +68,7 @@ void applyDirective(const std::string& text) {
     int level;
     if (word == "level" || word == "tracelevel") {
         if (traceLevel == TRACE_LEVEL_START && parseLevel(value, level)) traceLevel = level;
-    } else if (word == "allfunction" || word == "allfunctions" || word == "disabled" ||
-               word == "disable") {
+    } else if (word == "allfunction" || word == "allfunctions" || word == "disabled" || word == "disable") {
         allFunctions = true;
     }
 }
@@ -127,9 +126,7 @@ void addTraceName(const char* name) {
     traceNames().add(*new String(name));
 }
 
-bool isTraceName(const char* name) {
-    return names && names->includes(String(name));
-}
+bool isTraceName(const char* name) { return names && names->includes(String(name)); }
 
 void deleteTraceNames() {
     if (!names) return;
@@ -152,9 +149,12 @@ void readTraceOptions() {
     bool on = findFlag("-traceOn");
     bool dump = findFlag("-dumpTrace");
 
-    if (off) traceLevel = TRACE_DISABLED;
-    else if (levelGiven) traceLevel = std::atoi(value.asCharPointer());
-    else if (on) traceLevel = TRACE_EVERYTHING;
+    if (off)
+        traceLevel = TRACE_DISABLED;
+    else if (levelGiven)
+        traceLevel = std::atoi(value.asCharPointer());
+    else if (on)
+        traceLevel = TRACE_EVERYTHING;
 
     if (traceLevel < TRACE_DISABLED && traceLevel != TRACE_EVERYTHING) readTraceNamesFile();
     dumpTrace = dump;

@@ -15,7 +15,7 @@ extern int traceLevel;
 extern std::ostream* traceStream;  // standard output unless -traceFile named an existing file
 extern bool allFunctions;          // every name matches, not only those of traceNames
 extern bool dumpTrace;             // every name met is recorded in traceNames
-extern int traceDepth;                  // nesting of the traced calls now running
+extern int traceDepth;             // nesting of the traced calls now running
 
 // The names of the traced functions, Strings owned by the set; made on first use.
 Set& traceNames();

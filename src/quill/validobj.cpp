@@ -4,13 +4,14 @@
 // error for unmapped memory instead of a fault.
 #include "quill/validobj.h"
 
+#include <fcntl.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/uio.h>
-#include <unistd.h>
 
 extern "C" char __data_start, _end;
 

@@ -1,15 +1,15 @@
 // Command-line tests: the tarn executable's modes, options and exit codes.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <fstream>
 #include <sstream>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -50,16 +50,13 @@ RunResult runTarn(const std::vector<std::string>& words) {
     waitpid(pid, &wstatus, 0);
     close(outFd);
     close(errFd);
-    RunResult r{readFile(outName), readFile(errName),
-                WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1};
+    RunResult r{readFile(outName), readFile(errName), WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1};
     unlink(outName);
     unlink(errName);
     return r;
 }
 
-std::string usageLine() {
-    return std::string("Syntax error: usage ") + TARN_EXECUTABLE + " <filename>\n";
-}
+std::string usageLine() { return std::string("Syntax error: usage ") + TARN_EXECUTABLE + " <filename>\n"; }
 
 std::string modeLine(const char* what, const char* file) {
     std::string line = std::string("tarn: ") + what + " is not built yet";
@@ -161,8 +158,8 @@ TEST(CommandLineTest, printClassesListsTheSortedClassNames) {
     for (std::string name; std::getline(list, name, ',');)
         names.push_back(name.substr(name.find_first_not_of(' ')));
     EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
-    for (const char* name : {"Class", "Collection", "Integer", "Nil", "Object", "OrderedCltn",
-                             "String", "Symbol", "TarnException"}) {
+    for (const char* name : {"Class", "Collection", "Integer", "Nil", "Object", "OrderedCltn", "String",
+                             "Symbol", "TarnException"}) {
         EXPECT_NE(std::find(names.begin(), names.end(), name), names.end()) << name;
     }
     EXPECT_NE(r.out.find(modeLine("the text editor", "")), std::string::npos) << r.out;
@@ -177,10 +174,10 @@ TEST(CommandLineTest, helpListsEveryOptionAndExitsZero) {
         EXPECT_EQ(r.err, "");
         for (const char* option :
              {"-blockDiagram", "-interpreter", "-robustControlDesign", "-text", "-env", "-JV_PATH",
-              "-CC_PATH", "-DS_PATH", "-IDE_PATH", "-printClasses", "-deleteGlobals", "-traceOn",
-              "-traceOff", "-traceFile", "-traceLevel", "-dumpTrace", "-help"}) {
-            EXPECT_NE(r.out.find(std::string("\n  ") + option + " "), std::string::npos)
-                << option << "\n" << r.out;
+              "-CC_PATH", "-DS_PATH", "-IDE_PATH", "-printClasses", "-deleteGlobals", "-traceOn", "-traceOff",
+              "-traceFile", "-traceLevel", "-dumpTrace", "-help"}) {
+            EXPECT_NE(r.out.find(std::string("\n  ") + option + " "), std::string::npos) << option << "\n"
+                                                                                         << r.out;
         }
     }
 }

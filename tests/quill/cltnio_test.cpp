@@ -1,10 +1,4 @@
 // Stream forms of the collections, pairs and iterators: round trips, exact text, sharing, cycles.
-#include "quill/all.h"
-#include "quill/objio.h"
-#include "iotest.h"
-#include "testutil.h"
-
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,6 +6,11 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "iotest.h"
+#include "quill/all.h"
+#include "quill/objio.h"
+#include "testutil.h"
 
 namespace {
 
@@ -83,12 +82,12 @@ Collection* filled(const Class& c, bool strings) {
 }
 
 TEST_F(CltnioTest, EveryCollectionClassRoundTrips) {
-    const Class* classes[] = {&class_OrderedCltn, &class_SortedCltn, &class_Stack, &class_Heap,
-                              &class_Set,         &class_IdentSet,   &class_ArrayOb,
-                              &class_Dictionary,  &class_IdentDict};
+    const Class* classes[] = {&class_OrderedCltn, &class_SortedCltn, &class_Stack,
+                              &class_Heap,        &class_Set,        &class_IdentSet,
+                              &class_ArrayOb,     &class_Dictionary, &class_IdentDict};
     for (const Class* c : classes) {
-        bool hashed = c == &class_Set || c == &class_IdentSet || c == &class_Dictionary ||
-                      c == &class_IdentDict;
+        bool hashed =
+            c == &class_Set || c == &class_IdentSet || c == &class_Dictionary || c == &class_IdentDict;
         for (bool strings : {false, true}) {
             for (bool binary : {false, true}) {
                 SCOPED_TRACE(std::string(c->name()) + (strings ? " of Strings" : " of Integers") +
@@ -101,8 +100,7 @@ TEST_F(CltnioTest, EveryCollectionClassRoundTrips) {
                 EXPECT_EQ(copy->capacity(), original->capacity());
                 EXPECT_EQ(elementTexts(*copy, hashed), elementTexts(*original, hashed));
                 if (c == &class_Heap) {
-                    EXPECT_EQ(drain(*static_cast<Heap*>(copy)),
-                              drain(*static_cast<Heap*>(original)));
+                    EXPECT_EQ(drain(*static_cast<Heap*>(copy)), drain(*static_cast<Heap*>(original)));
                 }
                 deepDelete(copy);
                 deepDelete(original);
@@ -121,9 +119,8 @@ TEST_F(CltnioTest, TextOfASmallOrderedCltn) {
         std::string alone = storedText(s);
         return alone.substr(alone.find('{') + 1, alone.size() - alone.find('{') - 3);
     };
-    EXPECT_EQ(storedText(c), ":OrderedCltn." + sig(class_OrderedCltn) + "{16 2:String." +
-                                 sig(class_String) + "{" + body(abc) + "}\n#2{" + body(def) +
-                                 "}\n}\n");
+    EXPECT_EQ(storedText(c), ":OrderedCltn." + sig(class_OrderedCltn) + "{16 2:String." + sig(class_String) +
+                                 "{" + body(abc) + "}\n#2{" + body(def) + "}\n}\n");
 }
 
 TEST_F(CltnioTest, TextOfTheOtherFieldLayouts) {
@@ -140,14 +137,11 @@ TEST_F(CltnioTest, TextOfTheOtherFieldLayouts) {
     ints[2] = -1;
     LookupKey key;
     Case cases[] = {
-        {"Heap", [&] { return storedText(heap); },
-         ":Heap." + sig(class_Heap) + "{4 0 -1}\n"},
-        {"empty Stack", [&] { return storedText(stack); },
-         ":Stack." + sig(class_Stack) + "{8 0 5 }\n"},
+        {"Heap", [&] { return storedText(heap); }, ":Heap." + sig(class_Heap) + "{4 0 -1}\n"},
+        {"empty Stack", [&] { return storedText(stack); }, ":Stack." + sig(class_Stack) + "{8 0 5 }\n"},
         {"ArrayOb of nil", [&] { return storedText(array); },
          ":ArrayOb." + sig(class_ArrayOb) + "{2@0 @0 }\n"},
-        {"IntArray", [&] { return storedText(ints); },
-         ":IntArray." + sig(class_IntArray) + "{3 7 0 -1 }\n"},
+        {"IntArray", [&] { return storedText(ints); }, ":IntArray." + sig(class_IntArray) + "{3 7 0 -1 }\n"},
         {"LookupKey of nil", [&] { return storedText(key); },
          ":LookupKey." + sig(class_LookupKey) + "{@0 }\n"},
     };

@@ -1,7 +1,4 @@
 // Tests of Dictionary, IdentDict and the pairs LookupKey, Assoc and AssocInt.
-#include "quill/all.h"
-#include "testutil.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -9,6 +6,9 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "quill/all.h"
+#include "testutil.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // The error table, setError, the report sinks and the guarded allocator.
-#include "quill/all.h"
-#include "testutil.h"
-
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <sstream>
 #include <string>
+
+#include "quill/all.h"
+#include "testutil.h"
 
 namespace {
 
@@ -63,15 +63,17 @@ TEST(ErrorTableTest, FixedTextsAndCodes) {
 
 TEST(ErrorTableTest, SetErrorFormatsAndThrows) {
     int code = 0, severity = 0;
-    EXPECT_EQ(raisedText([] { setError(INDEXRANGE, SEV_ERROR, "String", "operator[]", 12); }, &code, &severity),
-              "[INDEXRANGE] Index out of range: String::operator[](12)");
+    EXPECT_EQ(
+        raisedText([] { setError(INDEXRANGE, SEV_ERROR, "String", "operator[]", 12); }, &code, &severity),
+        "[INDEXRANGE] Index out of range: String::operator[](12)");
     EXPECT_EQ(code, INDEXRANGE);
     EXPECT_EQ(severity, SEV_ERROR);
     EXPECT_EQ(raisedText([] { setError(GENERICERR, SEV_ERROR, "WORD", "a", "b", "c"); }), "[WORD] abc");
     EXPECT_EQ(raisedText([] { setError(9999, SEV_ERROR); }, &code),
               "[BADERRNUM] Invalid error code: ExceptionAction(9999)");
     EXPECT_EQ(code, BADERRNUM);
-    EXPECT_EQ(raisedText([] { setError(-1, SEV_ERROR); }), "[BADERRNUM] Invalid error code: ExceptionAction(-1)");
+    EXPECT_EQ(raisedText([] { setError(-1, SEV_ERROR); }),
+              "[BADERRNUM] Invalid error code: ExceptionAction(-1)");
 }
 
 TEST(ErrorTableTest, AssertionNamesExpressionFileAndLine) {
@@ -107,16 +109,28 @@ TEST(ErrorTableTest, TarnExceptionEqualityAndPrinting) {
 }
 
 TEST(ReportTest, SeverityWords) {
-    const struct { int severity; const char* word; } rows[] = {
-        {-4, "FATAL"}, {-3, "ERROR"}, {1, "ERROR"}, {-2, "WARNING"},
-        {-1, "INFO"},  {0, "SUCCESS"}, {2, "UNKNOWN SEVERITY CODE"}, {-5, "UNKNOWN SEVERITY CODE"},
+    const struct {
+        int severity;
+        const char* word;
+    } rows[] = {
+        {-4, "FATAL"},
+        {-3, "ERROR"},
+        {1, "ERROR"},
+        {-2, "WARNING"},
+        {-1, "INFO"},
+        {0, "SUCCESS"},
+        {2, "UNKNOWN SEVERITY CODE"},
+        {-5, "UNKNOWN SEVERITY CODE"},
     };
     for (const auto& row : rows) EXPECT_STREQ(severityWord(row.severity), row.word) << row.severity;
 }
 
 int hookCalls = 0;
 int handlingHook(int, const char*) { return ++hookCalls; }
-int decliningHook(int, const char*) { ++hookCalls; return 0; }
+int decliningHook(int, const char*) {
+    ++hookCalls;
+    return 0;
+}
 
 TEST(ReportTest, StreamsAndHook) {
     std::ostringstream one, two;

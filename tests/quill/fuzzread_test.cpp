@@ -1,15 +1,15 @@
 // Damaged streams: every read of a mutated stream ends in an object or in an
 // error text, never in a crash, a hang or a runaway allocation.
-#include "quill/all.h"
-#include "quill/objio.h"
-#include "iotest.h"
-
 #include <gtest/gtest.h>
 
 #include <random>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "iotest.h"
+#include "quill/all.h"
+#include "quill/objio.h"
 
 namespace {
 
@@ -81,39 +81,39 @@ std::string mutate(const std::string& valid, std::mt19937& rng) {
     std::string s = valid;
     if (s.empty()) return s;
     auto at = [&](size_t n) { return std::uniform_int_distribution<size_t>(0, n - 1)(rng); };
-    static const char* const numbers[] = {"4294967295", "-1", "2147483648", "99999999999999", "0",
-                                          "-2147483648", "1e308", "65536"};
+    static const char* const numbers[] = {"4294967295", "-1",          "2147483648", "99999999999999",
+                                          "0",          "-2147483648", "1e308",      "65536"};
     switch (at(7)) {
-    case 0:  // a byte changed
-        s[at(s.size())] = char(at(256));
-        break;
-    case 1:  // cut short
-        s.resize(at(s.size()));
-        break;
-    case 2: {  // a number out of range
-        size_t p = s.find_first_of("0123456789", at(s.size()));
-        if (p == std::string::npos) p = s.find_first_of("0123456789");
-        if (p == std::string::npos) break;
-        size_t e = s.find_first_not_of("0123456789", p);
-        s.replace(p, (e == std::string::npos ? s.size() : e) - p, numbers[at(8)]);
-        break;
-    }
-    case 3: {  // an unknown class
-        size_t p = s.find(':');
-        if (p != std::string::npos) s.insert(p + 1, "Unknown");
-        break;
-    }
-    case 4: {  // a bad reference or class number
-        size_t p = s.find_first_of("@#", at(s.size()));
-        if (p != std::string::npos) s.insert(p + 1, at(2) ? "9" : "0");
-        break;
-    }
-    case 5:  // bytes inserted
-        s.insert(at(s.size()), std::string(1 + at(4), char(at(256))));
-        break;
-    default:  // a range removed
-        s.erase(at(s.size()), 1 + at(16));
-        break;
+        case 0:  // a byte changed
+            s[at(s.size())] = char(at(256));
+            break;
+        case 1:  // cut short
+            s.resize(at(s.size()));
+            break;
+        case 2: {  // a number out of range
+            size_t p = s.find_first_of("0123456789", at(s.size()));
+            if (p == std::string::npos) p = s.find_first_of("0123456789");
+            if (p == std::string::npos) break;
+            size_t e = s.find_first_not_of("0123456789", p);
+            s.replace(p, (e == std::string::npos ? s.size() : e) - p, numbers[at(8)]);
+            break;
+        }
+        case 3: {  // an unknown class
+            size_t p = s.find(':');
+            if (p != std::string::npos) s.insert(p + 1, "Unknown");
+            break;
+        }
+        case 4: {  // a bad reference or class number
+            size_t p = s.find_first_of("@#", at(s.size()));
+            if (p != std::string::npos) s.insert(p + 1, at(2) ? "9" : "0");
+            break;
+        }
+        case 5:  // bytes inserted
+            s.insert(at(s.size()), std::string(1 + at(4), char(at(256))));
+            break;
+        default:  // a range removed
+            s.erase(at(s.size()), 1 + at(16));
+            break;
     }
     return s;
 }
@@ -124,9 +124,8 @@ void readDamaged(const std::string& text, bool binary) {
     unsigned long before = bytesInUse();
     std::istringstream is(text);
     BinIstream bis(is);
-    Object* ob = readMayFail([&] {
-        return binary ? readFromChecked(error, bis) : readFromChecked(error, is);
-    });
+    Object* ob =
+        readMayFail([&] { return binary ? readFromChecked(error, bis) : readFromChecked(error, is); });
     if (ob) {
         EXPECT_TRUE(validObject(ob));
         if (ob != nil) deepDelete(ob);

@@ -1,8 +1,4 @@
 // Heap: the three orders, the stable tie-break, removal from inside, refusals and printing.
-#include "quill/all.h"
-#include "quill/intarray.h"
-#include "testutil.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,6 +8,10 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "quill/all.h"
+#include "quill/intarray.h"
+#include "testutil.h"
 
 namespace {
 
@@ -65,7 +65,11 @@ protected:
 // expected pointers below, not merely their values, is checked.
 TEST_F(HeapOrderTest, TheThreeKindsWithEqualKeys) {
     const std::vector<int> keys = {4, 2, 4, 9, 2, 4, 1, 9};
-    struct Row { int kind; std::vector<int> order; const char* print; };
+    struct Row {
+        int kind;
+        std::vector<int> order;
+        const char* print;
+    };
     const Row rows[] = {
         {Heap::FIFO, {0, 1, 2, 3, 4, 5, 6, 7}, "Heap(FIFO)["},
         {Heap::MIN, {6, 1, 4, 0, 2, 5, 3, 7}, "Heap (MIN)["},
@@ -120,12 +124,14 @@ TEST_F(HeapOrderTest, PrintingInSlotOrder) {
 TEST_F(HeapOrderTest, RefusalsAndErrors) {
     Heap h(16, Heap::MIN);
     Integer seven(7);
-    struct Row { const char* expected; std::function<void()> call; };
+    struct Row {
+        const char* expected;
+        std::function<void()> call;
+    };
     const Row rows[] = {
         {"[CLTNEMPTY] Collection empty: Heap::first()", [&] { h.first(); }},
         {"[CLTNEMPTY] Collection empty: Heap::removeFirst()", [&] { h.removeFirst(); }},
-        {"[REMOVEERR] Tried to remove object not in collection: Heap::remove(7)",
-         [&] { h.remove(seven); }},
+        {"[REMOVEERR] Tried to remove object not in collection: Heap::remove(7)", [&] { h.remove(seven); }},
         {"[REMOVEERR] Tried to remove object not in collection: Heap::removeSame(7)",
          [&] { h.removeSame(seven); }},
         {"[OBNOTFOUND] Object not found: Heap::touch(7)", [&] { h.touch(seven); }},
@@ -180,8 +186,8 @@ TEST_F(HeapOrderTest, ExhaustedCounterKeepsTheOrder) {
         std::vector<Integer*> added = fill(h, {2, 2, 1, 2, 1, 2});
         EXPECT_TRUE(h.ordered());
         EXPECT_LT(h.counter(), 10) << "numbered again";
-        std::vector<int> order = kind == Heap::FIFO ? std::vector<int>{0, 1, 2, 3, 4, 5}
-                                                    : std::vector<int>{2, 4, 0, 1, 3, 5};
+        std::vector<int> order =
+            kind == Heap::FIFO ? std::vector<int>{0, 1, 2, 3, 4, 5} : std::vector<int>{2, 4, 0, 1, 3, 5};
         std::vector<Integer*> expected;
         for (int i : order) expected.push_back(added[i]);
         EXPECT_EQ(drain(h), expected);
@@ -200,7 +206,10 @@ TEST_F(HeapOrderTest, RandomOperationsKeepTheHeapValid) {
         auto expectedFirst = [&]() {
             Integer* best = 0;
             for (auto& [el, number] : model) {
-                if (!best) { best = el; continue; }
+                if (!best) {
+                    best = el;
+                    continue;
+                }
                 int c = kind == 0 ? 0 : el->compare(*best) * (kind > 0 ? 1 : -1);
                 if (c < 0 || (c == 0 && number < model[best])) best = el;
             }

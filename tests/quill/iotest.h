@@ -2,13 +2,13 @@
 #ifndef TESTS_QUILL_IOTEST_H
 #define TESTS_QUILL_IOTEST_H
 
-#include "quill/all.h"
-
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <sstream>
 #include <string>
+
+#include "quill/all.h"
 
 inline std::string sig(const Class& c) { return std::to_string(c.signature()); }
 
@@ -45,8 +45,6 @@ inline Object* readBinary(const std::string& bytes, std::string* error = 0, cons
 // Runs a read that may stop part-way. What a failed read had read is left
 // unreachable, as the object streams leave it: tests/lsan.supp names this
 // function, so that the leak checker passes over those objects and no others.
-[[gnu::noinline]] inline Object* readMayFail(const std::function<Object*()>& read) {
-    return read();
-}
+[[gnu::noinline]] inline Object* readMayFail(const std::function<Object*()>& read) { return read(); }
 
 #endif

@@ -1,16 +1,17 @@
 // Tests of Language: the file search, loading, bad lines, defaults and the current language.
-#include "quill/all.h"
-#include "quill/cback.h"
 #include "quill/language.h"
-#include "testutil.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <fstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
+
+#include "quill/all.h"
+#include "quill/cback.h"
+#include "testutil.h"
 
 namespace {
 
@@ -44,8 +45,10 @@ protected:
         Language::setProgramDirectory("");
         Language::clearCurrent();
         for (const Saved& s : saved) {
-            if (s.set) setenv(s.name.c_str(), s.value.c_str(), 1);
-            else unsetenv(s.name.c_str());
+            if (s.set)
+                setenv(s.name.c_str(), s.value.c_str(), 1);
+            else
+                unsetenv(s.name.c_str());
         }
         std::string command = "rm -rf '" + root + "'";
         EXPECT_EQ(std::system(command.c_str()), 0);
@@ -123,8 +126,7 @@ TEST_F(LanguageTest, NameAsItStandsComesFirst) {
     write("bin/x_english.lng", "k = tarn\n");
     setenv("TARN_PATH", root.c_str(), 1);
     EXPECT_STREQ(Language::findFile(path.c_str()).asCharPointer(), path.c_str());
-    EXPECT_STREQ(Language::findFile("x_english.lng").asCharPointer(),
-                 (root + "/bin/x_english.lng").c_str());
+    EXPECT_STREQ(Language::findFile("x_english.lng").asCharPointer(), (root + "/bin/x_english.lng").c_str());
     EXPECT_STREQ(Language::findFile("").asCharPointer(), "");
     EXPECT_STREQ(Language::findFile("nothere_english.lng").asCharPointer(), "");
 }
@@ -251,8 +253,7 @@ TEST_F(LanguageTest, CurrentLanguageNameFromTableOrEnvironment) {
     EXPECT_STREQ(currentLanguageName(0).asCharPointer(), "Italian");
     EXPECT_STREQ(currentLanguageName(1).asCharPointer(), "italian");
     EXPECT_STREQ(Language().name().name().asCharPointer(), "italian");
-    EXPECT_NE(raisedText([] { currentLanguageName(2); }).find("index == 0 || index == 1"),
-              std::string::npos);
+    EXPECT_NE(raisedText([] { currentLanguageName(2); }).find("index == 0 || index == 1"), std::string::npos);
 
     Language* lang = new Language("english");
     lang->addKey("Tarn Panel", "Pannello");
@@ -267,9 +268,9 @@ TEST_F(LanguageTest, OneCurrentLanguageAtATime) {
     Language* first = new Language("english");
     Language::setCurrent(first);
     Language second("italian");
-    EXPECT_NE(raisedText([&] { Language::setCurrent(&second); })
-                  .find("Assertion failed \"currentLanguage == 0\""),
-              std::string::npos);
+    EXPECT_NE(
+        raisedText([&] { Language::setCurrent(&second); }).find("Assertion failed \"currentLanguage == 0\""),
+        std::string::npos);
     EXPECT_EQ(Language::current(), first);
     Language::clearCurrent();
     EXPECT_EQ(Language::current(), nullptr);

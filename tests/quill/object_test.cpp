@@ -1,13 +1,13 @@
 // Object, Nil and Class: liveness, type tests, copying, deep deletion, descriptors.
-#include "quill/all.h"
-#include "testutil.h"
-
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <cstdint>
 #include <sstream>
 #include <string>
-#include <sys/mman.h>
+
+#include "quill/all.h"
+#include "testutil.h"
 
 // A chain of test classes with their own versions, and a node that owns
 // members, for deep copies and deep deletion.
@@ -132,8 +132,17 @@ TEST(ObjectTest, ValidObjectNeverFaults) {
     munmap(page, 4096);
     EXPECT_FALSE(validObject(page));
 
-    const uintptr_t garbage[] = {0, 1, 3, 8, 16, 4096, 0x12345678, 0x7ffffffff000,
-                                 0xdeadbeefdeadbee8, uintptr_t(&globalWord), uintptr_t(&onStack) + 1};
+    const uintptr_t garbage[] = {0,
+                                 1,
+                                 3,
+                                 8,
+                                 16,
+                                 4096,
+                                 0x12345678,
+                                 0x7ffffffff000,
+                                 0xdeadbeefdeadbee8,
+                                 uintptr_t(&globalWord),
+                                 uintptr_t(&onStack) + 1};
     for (uintptr_t g : garbage) {
         SCOPED_TRACE(g);
         EXPECT_FALSE(validObject(reinterpret_cast<const void*>(g)));
@@ -167,7 +176,8 @@ TEST(ObjectTest, DeletingNilIsRefusedAndNilSurvives) {
     std::ostringstream os;
     nil->printOn(os);
     EXPECT_EQ(os.str(), "NIL");
-    EXPECT_EQ(raisedText([] { nil->compare(*nil); }), "[ILLEGALMETHOD] Should not implement method Nil::compare()");
+    EXPECT_EQ(raisedText([] { nil->compare(*nil); }),
+              "[ILLEGALMETHOD] Should not implement method Nil::compare()");
 }
 
 TEST(ObjectTest, DestructorOfAClearedObjectRaises) {
@@ -204,7 +214,10 @@ TEST(ObjectTest, CopiesAreLiveAndDropCallbacks) {
     Integer target(1);
     target = original;
     EXPECT_EQ(target.value(), 42);
-    EXPECT_EQ(raisedText([&] { static_cast<Object&>(target) = Float(1.0); }).find("[ASSERTFLD] Assertion failed \"isA() == rhs.isA()\" in File quill/object.cpp: Line "), 0u);
+    EXPECT_EQ(raisedText([&] {
+                  static_cast<Object&>(target) = Float(1.0);
+              }).find("[ASSERTFLD] Assertion failed \"isA() == rhs.isA()\" in File quill/object.cpp: Line "),
+              0u);
 }
 
 TEST(ObjectTest, DeepCopyCopiesMembers) {

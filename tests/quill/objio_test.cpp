@@ -1,19 +1,19 @@
 // Object streams: the text and binary forms, numbering, read errors, environments, filters.
-#include "quill/filestrm.h"
-#include "quill/objalloc.h"
 #include "quill/objio.h"
-#include "quill/quillerr.h"
-#include "iotest.h"
-#include "testutil.h"
-
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
 #include <sstream>
 #include <string>
-#include <unistd.h>
+
+#include "iotest.h"
+#include "quill/filestrm.h"
+#include "quill/objalloc.h"
+#include "quill/quillerr.h"
+#include "testutil.h"
 
 // A node with a number and a reference: the smallest class with both kinds of field.
 class IoNode : public Object {
@@ -79,9 +79,7 @@ class IoHolder : public Object {
     DECLARE_MEMBERS(IoHolder)
 public:
     IoHolder() {}
-    IoHolder(std::istream& is, Object* where) : Object(is, where) {
-        readFrom(is, "IoNode", &inner);
-    }
+    IoHolder(std::istream& is, Object* where) : Object(is, where) { readFrom(is, "IoNode", &inner); }
     void storer(std::ostream& os) const override {
         Object::storer(os);
         inner.storeOn(os);
@@ -155,8 +153,8 @@ TEST_F(ObjioStoreTest, TextFormOfASmallGraph) {
     IoNode b(2), a(1, &b);
     EXPECT_EQ(storedText(a), ":IoNode." + sig(class_IoNode) + "{1 #1{2 @0 }\n}\n");
     IoPair pair(&a, &b);
-    EXPECT_EQ(storedText(pair), ":IoPair." + sig(class_IoPair) + "{:IoNode." + sig(class_IoNode) +
-                                "{1 #2{2 @0 }\n}\n@3 }\n");
+    EXPECT_EQ(storedText(pair),
+              ":IoPair." + sig(class_IoPair) + "{:IoNode." + sig(class_IoNode) + "{1 #2{2 @0 }\n}\n@3 }\n");
 }
 
 TEST_F(ObjioStoreTest, NilIsAReferenceToZero) {
@@ -268,12 +266,10 @@ TEST_F(ObjioReadTest, ReadErrorsAndTheirTexts) {
         {"missing end", node + "{1 @0 ) tail\nmore", "",
          "[RDSYNERR] Syntax error on input stream: expected }, was ) tail ..."},
         {"long name", ":" + longName + ".1{}", "",
-         "[RDSYNERR] Syntax error on input stream: expected ., was " + std::string(31, 'A') +
-             " ..."},
+         "[RDSYNERR] Syntax error on input stream: expected ., was " + std::string(31, 'A') + " ..."},
         {"premature end", node + "{1 ", "", "[RDEOF] Premature EOF encountered on input stream"},
         {"end inside number", "#", "", "[RDEOF] Premature EOF encountered on input stream"},
-        {"unreadable number", node + "{abc}", "",
-         "[RDFAIL] Input stream read failed ... abc} ..."},
+        {"unreadable number", node + "{abc}", "", "[RDFAIL] Input stream read failed ... abc} ..."},
         {"abstract root", ":Object." + sig(class_Object) + "{}", "",
          "[RDABSTCLASS] Tried to read object of abstract class Object"},
         {"nil", ":Nil." + sig(class_Nil) + "{}", "",
@@ -304,8 +300,7 @@ TEST_F(ObjioReadTest, WrongClassPrintsItsBranch) {
         std::string line;
         std::string message;
     } rows[] = {
-        {"first", first, "IoPair", "", "case ':': \"IoPair\" \"IoNode\"\n",
-         "expected IoPair, was IoNode"},
+        {"first", first, "IoPair", "", "case ':': \"IoPair\" \"IoNode\"\n", "expected IoPair, was IoNode"},
         {"known", pair + first + "#2{2 @0 }\n}", "", "IoPair", "case '#': \"IoPair\" \"IoNode\"\n",
          "expected IoPair, was IoNode"},
         {"reference", pair + first + "@2 }", "", "IoPair", "case '@': \"IoPair\" \"IoNode\"\n",
@@ -331,8 +326,10 @@ bool acceptOld(unsigned signature) { return signature == 777; }
 TEST_F(ObjioReadTest, UpgraderAcceptsAnOldSignature) {
     std::string error;
     EXPECT_EQ(readText(":IoOld.777{}", &error), nullptr);
-    EXPECT_EQ(error, "[RDVERSERR] Incorrect class IoOld version number encountered on read: "
-                     "expected " + sig(class_IoOld) + ", was 777");
+    EXPECT_EQ(error,
+              "[RDVERSERR] Incorrect class IoOld version number encountered on read: "
+              "expected " +
+                  sig(class_IoOld) + ", was 777");
     class_IoOld.setUpgrader(acceptOld);
     IoOld* old = CAST(IoOld, readText(":IoOld.777{}", &error));
     ASSERT_NE(old, nullptr) << error;
@@ -358,8 +355,7 @@ TEST_F(ObjioReadTest, CheckedReadLeavesTheEnvironmentClean) {
 TEST_F(ObjioReadTest, NestedReadThroughPushAndPop) {
     std::string inner = ":IoNode." + sig(class_IoNode) + "{8 @0 }";
     nestedText = inner.c_str();
-    std::string outer = ":IoPair." + sig(class_IoPair) + "{:IoNested." + sig(class_IoNested) +
-                        "{}\n@2 }";
+    std::string outer = ":IoPair." + sig(class_IoPair) + "{:IoNested." + sig(class_IoNested) + "{}\n@2 }";
     std::string error;
     IoPair* pair = CAST(IoPair, readText(outer, &error));
     ASSERT_NE(pair, nullptr) << error;
@@ -382,8 +378,7 @@ TEST_F(ObjioReadTest, EnvironmentAssertions) {
     popReadEnvironment();
     IoNode a, b;
     IoPair c;
-    EXPECT_NE(raisedText([&] { replaceReadObject(&a, &c); })
-                  .find("\"oldOb->isA() == newOb->isA()\""),
+    EXPECT_NE(raisedText([&] { replaceReadObject(&a, &c); }).find("\"oldOb->isA() == newOb->isA()\""),
               std::string::npos);
     EXPECT_NE(raisedText([&] { replaceReadObject(&a, &b); }).find("validObject(readObjTable)"),
               std::string::npos);

@@ -1,7 +1,7 @@
 // Starts the library once for every test of the object core.
-#include "quill/startup.h"
-
 #include <gtest/gtest.h>
+
+#include "quill/startup.h"
 
 namespace {
 
@@ -14,7 +14,6 @@ public:
     }
 };
 
-::testing::Environment* const quillEnvironment =
-    ::testing::AddGlobalTestEnvironment(new QuillEnvironment);
+::testing::Environment* const quillEnvironment = ::testing::AddGlobalTestEnvironment(new QuillEnvironment);
 
 }  // namespace

@@ -1,13 +1,13 @@
 // The sequences: ArrayOb, OrderedCltn, SortedCltn, Stack, their iteration, errors and conversions.
-#include "quill/all.h"
-#include "testutil.h"
-
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "quill/all.h"
+#include "testutil.h"
 
 namespace {
 
@@ -51,7 +51,10 @@ public:
 class BareCollection : public Collection {};
 
 TEST(CollectionErrorTest, TextsAreRegisteredByTheInitor) {
-    struct Row { int code; const char* text; };
+    struct Row {
+        int code;
+        const char* text;
+    };
     const Row rows[] = {
         {CLTNEMPTY, "[CLTNEMPTY] Collection empty: %s::%s()"},
         {OBNOTFOUND, "[OBNOTFOUND] Object not found: %s::%s(%s)"},
@@ -78,7 +81,10 @@ TEST(CollectionErrorTest, EachRefusalHasItsExactText) {
     Stack stack;
     BareCollection bare;
 
-    struct Row { const char* expected; std::function<void()> call; };
+    struct Row {
+        const char* expected;
+        std::function<void()> call;
+    };
     const Row rows[] = {
         {"[CLTNEMPTY] Collection empty: OrderedCltn::first()", [&] { empty.first(); }},
         {"[CLTNEMPTY] Collection empty: OrderedCltn::last()", [&] { empty.last(); }},
@@ -88,10 +94,8 @@ TEST(CollectionErrorTest, EachRefusalHasItsExactText) {
         {"[CLTNEMPTY] Collection empty: Stack::last()", [&] { stack.top(); }},
         {"[OBNOTFOUND] Object not found: OrderedCltn::before(7)", [&] { three.before(absent); }},
         {"[OBNOTFOUND] Object not found: OrderedCltn::after(7)", [&] { three.after(absent); }},
-        {"[OBNOTFOUND] Object not found: OrderedCltn::addBefore(7)",
-         [&] { three.addBefore(absent, n(8)); }},
-        {"[OBNOTFOUND] Object not found: OrderedCltn::addAfter(7)",
-         [&] { three.addAfter(absent, n(8)); }},
+        {"[OBNOTFOUND] Object not found: OrderedCltn::addBefore(7)", [&] { three.addBefore(absent, n(8)); }},
+        {"[OBNOTFOUND] Object not found: OrderedCltn::addAfter(7)", [&] { three.addAfter(absent, n(8)); }},
         {"[REMOVEERR] Tried to remove object not in collection: OrderedCltn::remove(7)",
          [&] { three.remove(absent); }},
         {"[REMOVEERR] Tried to remove object not in collection: OrderedCltn::removeSame(2)",
@@ -100,28 +104,26 @@ TEST(CollectionErrorTest, EachRefusalHasItsExactText) {
          [&] { three.replace(absent, n(8)); }},
         {"[REMOVEERR] Tried to remove object not in collection: OrderedCltn::replaceSame(7)",
          [&] { three.replaceSame(absent, n(8)); }},
-        {"[INDEXRANGE] Index out of range: OrderedCltn::addAtIndex(-1)",
-         [&] { three.addAtIndex(-1, n(8)); }},
+        {"[INDEXRANGE] Index out of range: OrderedCltn::addAtIndex(-1)", [&] { three.addAtIndex(-1, n(8)); }},
         {"[INDEXRANGE] Index out of range: OrderedCltn::operator[](3)", [&] { three[3]; }},
-        {"[INDEXRANGE] Index out of range: OrderedCltn::removeAtIndex(-2)",
-         [&] { three.removeAtIndex(-2); }},
+        {"[INDEXRANGE] Index out of range: OrderedCltn::removeAtIndex(-2)", [&] { three.removeAtIndex(-2); }},
         {"[INDEXRANGE] Index out of range: ArrayOb::operator[](3)", [&] { array[3]; }},
         {"[INDEXRANGE] Index out of range: ArrayOb::atIndex(-1)", [&] { array.atIndex(-1); }},
         {"[ILLEGALMETHOD] Should not implement method ArrayOb::add()", [&] { array.add(n(1)); }},
         {"[ILLEGALMETHOD] Should not implement method SortedCltn::addFirst()",
          [&] { sorted.addFirst(n(1)); }},
-        {"[ILLEGALMETHOD] Should not implement method SortedCltn::addLast()",
-         [&] { sorted.addLast(n(1)); }},
+        {"[ILLEGALMETHOD] Should not implement method SortedCltn::addLast()", [&] { sorted.addLast(n(1)); }},
         {"[ILLEGALMETHOD] Should not implement method SortedCltn::addBefore()",
          [&] { sorted.addBefore(n(1), n(2)); }},
         {"[ILLEGALMETHOD] Should not implement method SortedCltn::addAfter()",
          [&] { sorted.addAfter(n(1), n(2)); }},
-        {"[ILLEGALMETHOD] Should not implement method Iterator::creator()",
-         [&] { class_Iterator.create(); }},
-        {"[DRVDCLASSRSP] Derived class responsability method Collection::add()",
-         [&] { bare.add(n(1)); }},
+        {"[ILLEGALMETHOD] Should not implement method Iterator::creator()", [&] { class_Iterator.create(); }},
+        {"[DRVDCLASSRSP] Derived class responsability method Collection::add()", [&] { bare.add(n(1)); }},
         {"[DRVDCLASSRSP] Derived class responsability method Collection::doNext()",
-         [&] { Iterator it(bare); it(); }},
+         [&] {
+             Iterator it(bare);
+             it();
+         }},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.expected);
@@ -131,7 +133,11 @@ TEST(CollectionErrorTest, EachRefusalHasItsExactText) {
 }
 
 TEST(OrderedCltnTest, GrowsByThirtyTwoWheneverFull) {
-    struct Row { unsigned initial; int adds; unsigned expected; };
+    struct Row {
+        unsigned initial;
+        int adds;
+        unsigned expected;
+    };
     const Row rows[] = {
         {0, 1, 32}, {0, 32, 32}, {0, 33, 64}, {5, 5, 5}, {5, 6, 37}, {100, 101, 132},
     };
@@ -273,7 +279,10 @@ TEST(OrderedCltnTest, DeleteContentsFreesTheElements) {
 // Removing the element that the iterator stands on lets its successor slide
 // into that slot; the next step must answer it instead of skipping it.
 TEST(SequenceIterationTest, RemovingTheCurrentElementSkipsNothing) {
-    struct Row { const char* name; std::function<SeqCltn*()> make; };
+    struct Row {
+        const char* name;
+        std::function<SeqCltn*()> make;
+    };
     const Row rows[] = {
         {"OrderedCltn", [] { return new OrderedCltn; }},
         {"SortedCltn", [] { return new SortedCltn; }},
@@ -366,9 +375,7 @@ TEST(SortedCltnTest, EqualElementsKeepTheirInsertionOrder) {
     for (int k = 0; k < 3; ++k) EXPECT_EQ(c.at(2 + k), threes[k]) << "the " << k << "th 3";
 }
 
-int byLength(Object* const* a, Object* const* b) {
-    return int((*a)->size()) - int((*b)->size());
-}
+int byLength(Object* const* a, Object* const* b) { return int((*a)->size()) - int((*b)->size()); }
 
 int descending(Object* const* a, Object* const* b) { return (*b)->compare(**a); }
 

@@ -1,7 +1,4 @@
 // Tests of Set and IdentSet: capacity rule, probing, growth, deletion, iteration, set algebra.
-#include "quill/all.h"
-#include "testutil.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,6 +7,9 @@
 #include <random>
 #include <set>
 #include <vector>
+
+#include "quill/all.h"
+#include "testutil.h"
 
 extern Class class_HashKey;
 

@@ -1,19 +1,20 @@
 // Tests of the argument store, the environment helpers, start and stop, and the signal handlers.
-#include "quill/qclass.h"
-#include "quill/quillerr.h"
-#include "quill/quillsig.h"
-#include "quill/quillstr.h"
 #include "quill/startup.h"
-#include "testutil.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <string>
-#include <unistd.h>
 #include <vector>
+
+#include "quill/qclass.h"
+#include "quill/quillerr.h"
+#include "quill/quillsig.h"
+#include "quill/quillstr.h"
+#include "testutil.h"
 
 namespace {
 
@@ -56,8 +57,10 @@ public:
 
 private:
     void set(const char* value) {
-        if (value) setenv(name_.c_str(), value, 1);
-        else unsetenv(name_.c_str());
+        if (value)
+            setenv(name_.c_str(), value, 1);
+        else
+            unsetenv(name_.c_str());
     }
     std::string name_;
     std::string old_;
@@ -83,11 +86,41 @@ TEST(ArgStoreTest, findOptionAndFindFlagConsumeWhatTheyFind) {
     };
     const Row rows[] = {
         {"absent option leaves the store", {"p", "-a", "x"}, "-JV_PATH", true, false, "", {"p", "-a", "x"}},
-        {"option with value in the middle", {"p", "x", "-JV_PATH", "/opt", "y"}, "-JV_PATH", true, true, "/opt", {"p", "x", "y"}},
-        {"option as last word has empty value", {"p", "x", "-JV_PATH"}, "-JV_PATH", true, true, "", {"p", "x"}},
-        {"value beginning with a minus sign", {"p", "-CC_PATH", "-text", "f"}, "-CC_PATH", true, true, "-text", {"p", "f"}},
-        {"value equal to the option's own name", {"p", "-env", "-env", "A=1"}, "-env", true, true, "-env", {"p", "A=1"}},
-        {"first of two flags is removed", {"p", "-text", "a", "-text"}, "-text", false, true, "", {"p", "a", "-text"}},
+        {"option with value in the middle",
+         {"p", "x", "-JV_PATH", "/opt", "y"},
+         "-JV_PATH",
+         true,
+         true,
+         "/opt",
+         {"p", "x", "y"}},
+        {"option as last word has empty value",
+         {"p", "x", "-JV_PATH"},
+         "-JV_PATH",
+         true,
+         true,
+         "",
+         {"p", "x"}},
+        {"value beginning with a minus sign",
+         {"p", "-CC_PATH", "-text", "f"},
+         "-CC_PATH",
+         true,
+         true,
+         "-text",
+         {"p", "f"}},
+        {"value equal to the option's own name",
+         {"p", "-env", "-env", "A=1"},
+         "-env",
+         true,
+         true,
+         "-env",
+         {"p", "A=1"}},
+        {"first of two flags is removed",
+         {"p", "-text", "a", "-text"},
+         "-text",
+         false,
+         true,
+         "",
+         {"p", "a", "-text"}},
         {"match is case-sensitive", {"p", "-Text"}, "-text", false, false, "", {"p", "-Text"}},
         {"program path is never an option", {"-text", "a"}, "-text", false, false, "", {"-text", "a"}},
         {"null name finds nothing", {"p", "-text"}, 0, false, false, "", {"p", "-text"}},
@@ -156,8 +189,8 @@ TEST(EnvironmentTest, envOptionsAreAppliedInOrderAndConsumed) {
     EnvVar order("TARN_T_ORDER", 0);
     EnvVar next("TARN_T_NEXT", 0);
     EnvVar keep("TARN_T_KEEP", "kept");
-    ArgStore store({"p", "-env", "TARN_T_ORDER=1", "pos", "-env", "TARN_T_ORDER=%TARN_T_ORDER%2",
-                    "-env", "TARN_T_KEEP", "-env", "TARN_T_NEXT=%TARN_T_ORDER%3"});
+    ArgStore store({"p", "-env", "TARN_T_ORDER=1", "pos", "-env", "TARN_T_ORDER=%TARN_T_ORDER%2", "-env",
+                    "TARN_T_KEEP", "-env", "TARN_T_NEXT=%TARN_T_ORDER%3"});
     consumeEnvOptions();
     EXPECT_EQ(env("TARN_T_ORDER"), "12");
     EXPECT_EQ(env("TARN_T_NEXT"), "123");
@@ -209,8 +242,8 @@ TEST(QuillStopDeathTest, secondStopDoesNothingAndAnswersItsArgument) {
             class_StopProbe.setTerminator(countTermination);
             installSignalHandlers();
             signalsInstalled = true;
-            bool ok = quillStop(7) == 7 && quillStop(9) == 9 && terminations == 1 &&
-                      stopping && !signalsInstalled && !classesInitialized;
+            bool ok = quillStop(7) == 7 && quillStop(9) == 9 && terminations == 1 && stopping &&
+                      !signalsInstalled && !classesInitialized;
             struct sigaction action;
             sigaction(SIGFPE, 0, &action);
             ok = ok && action.sa_handler == SIG_DFL;
@@ -291,8 +324,7 @@ TEST(TarnEntryDeathTest, resultOrFatalReport) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.label);
-        EXPECT_EXIT(enterInChild(row.run), ::testing::ExitedWithCode(row.exitCode),
-                    row.stderrPattern);
+        EXPECT_EXIT(enterInChild(row.run), ::testing::ExitedWithCode(row.exitCode), row.stderrPattern);
     }
 }
 

@@ -1,17 +1,16 @@
 // Tests of String and SubString: growth, windows, hashing, comparison, scanning, formatting.
-#include "quill/integer.h"
-#include "quill/objalloc.h"
-#include "quill/quillerr.h"
-#include "quill/quillstr.h"
-#include "quill/substrng.h"
-
-#include "testutil.h"
-
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "quill/integer.h"
+#include "quill/objalloc.h"
+#include "quill/quillerr.h"
+#include "quill/quillstr.h"
+#include "quill/substrng.h"
+#include "testutil.h"
 
 namespace {
 
@@ -42,7 +41,8 @@ TEST(StringTest, ConstructionSizesTheBuffer) {
 TEST(StringTest, NegativeFillCountIsAnAssertion) {
     std::string text = raisedText([] { String s(-1, 'x'); });
     EXPECT_EQ(text.rfind("[ASSERTFLD] Assertion failed \"String::String(int,char,size_t) must be "
-                         "called with 'int' >= 0\" in File quill/quillstr.cpp: Line ", 0),
+                         "called with 'int' >= 0\" in File quill/quillstr.cpp: Line ",
+                         0),
               0u)
         << text;
 }
@@ -83,8 +83,7 @@ TEST(StringTest, AppendNumbers) {
     s += 0.25;
     s += ' ';
     s += 2.0 / 3;
-    EXPECT_STREQ(s.asCharPointer(),
-                 "7 4000000000 -9000000000 18000000000000000000 0.25 0.6666666666666666");
+    EXPECT_STREQ(s.asCharPointer(), "7 4000000000 -9000000000 18000000000000000000 0.25 0.6666666666666666");
 }
 
 TEST(StringTest, AppendingItselfCopiesTheOldText) {
@@ -164,8 +163,8 @@ TEST(StringTest, WindowsAreClipped) {
         unsigned start, count;
     };
     const Case cases[] = {
-        {1, 3, 1, 3},   {0, 5, 0, 5},  {5, 0, 5, 0},  {100, 5, 5, 0}, {5, 2, 5, 0},
-        {-1, 2, 5, 0},  {3, -2, 1, 2}, {2, -5, 0, 2}, {4, 0, 4, 0},
+        {1, 3, 1, 3},  {0, 5, 0, 5},  {5, 0, 5, 0},  {100, 5, 5, 0}, {5, 2, 5, 0},
+        {-1, 2, 5, 0}, {3, -2, 1, 2}, {2, -5, 0, 2}, {4, 0, 4, 0},
     };
     String s("hello");
     for (const Case& c : cases) {
@@ -215,12 +214,12 @@ TEST(StringTest, HashIsTheXorOfLittleEndianWords) {
     };
     const Case cases[] = {
         {"", 0},
-        {"a", 97},                   // 0x61
-        {"ab", 25185},               // 0x6261
-        {"abc", 44374},              // 0x636261 = 6513249
-        {"abcd", 50305},             // 0x64636261, the four-byte path
-        {"abcde", 50212},            // 0x64636261 ^ 0x65
-        {"abcdefgh", 19619},         // 0x64636261 ^ 0x68676665 = 0x0c040404
+        {"a", 97},            // 0x61
+        {"ab", 25185},        // 0x6261
+        {"abc", 44374},       // 0x636261 = 6513249
+        {"abcd", 50305},      // 0x64636261, the four-byte path
+        {"abcde", 50212},     // 0x64636261 ^ 0x65
+        {"abcdefgh", 19619},  // 0x64636261 ^ 0x68676665 = 0x0c040404
         {"Tarn symbol", 32525},
     };
     for (const Case& c : cases) {
@@ -264,8 +263,7 @@ TEST(StringTest, ScanReadsLinesOfEveryEnding) {
     longLine[999] = '1';
     longLine[1000] = '2';
     std::istringstream in("one\rtwo\nthree\r\nfour\n\n" + longLine + "\r\rlast");
-    const std::vector<std::string> expected = {"one", "two", "three", "four", "",
-                                               longLine, "", "last"};
+    const std::vector<std::string> expected = {"one", "two", "three", "four", "", longLine, "", "last"};
     String s;
     for (const std::string& line : expected) {
         SCOPED_TRACE(line.substr(0, 10));

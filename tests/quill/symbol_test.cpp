@@ -1,17 +1,17 @@
 // Tests of Symbol and the symbol table: interning, equality, printing, table swaps.
-#include "quill/integer.h"
-#include "quill/quillerr.h"
-#include "quill/set.h"
-#include "quill/substrng.h"
 #include "quill/symbol.h"
-
-#include "testutil.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <sstream>
 #include <string>
+
+#include "quill/integer.h"
+#include "quill/quillerr.h"
+#include "quill/set.h"
+#include "quill/substrng.h"
+#include "testutil.h"
 
 namespace {
 
@@ -48,8 +48,7 @@ TEST(SymbolTest, AssignFromTheAcceptedKinds) {
         String owner("window");
         t = static_cast<const Object&>(owner(0, 3));
     });
-    EXPECT_EQ(text.rfind("[ASSERTFLD] Assertion failed \"ob.isKindOf(class_Symbol) ||", 0), 0u)
-        << text;
+    EXPECT_EQ(text.rfind("[ASSERTFLD] Assertion failed \"ob.isKindOf(class_Symbol) ||", 0), 0u) << text;
 }
 
 TEST(SymbolTest, Equality) {

@@ -2,10 +2,10 @@
 #ifndef TESTS_QUILL_TESTUTIL_H
 #define TESTS_QUILL_TESTUTIL_H
 
-#include "quill/quillerr.h"
-
 #include <functional>
 #include <string>
+
+#include "quill/quillerr.h"
 
 // Runs f and answers the message of the TarnException it raises, or
 // "no error" when it raises none.

@@ -1,11 +1,8 @@
 // Tests of the trace options, the "g__trace" file and GlobalTracer's records.
-#include "quill/quillerr.h"
-#include "quill/quillstr.h"
-#include "quill/set.h"
-#include "quill/startup.h"
 #include "quill/trace.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -17,7 +14,10 @@
 #include <string>
 #include <vector>
 
-#include <unistd.h>
+#include "quill/quillerr.h"
+#include "quill/quillstr.h"
+#include "quill/set.h"
+#include "quill/startup.h"
 
 namespace {
 
@@ -122,12 +122,22 @@ TEST_F(TraceTest, OptionsAndTraceFileSetLevelNamesAndAllFunctions) {
     };
     const Row rows[] = {
         {"nothing at all: level 0, every name", {}, NO_FILE, 0, true, {}},
-        {"-traceOn traces everything; the file isn't read", {"-traceOn"}, "#tracelevel 3\nf\n", -1, false, {}},
+        {"-traceOn traces everything; the file isn't read",
+         {"-traceOn"},
+         "#tracelevel 3\nf\n",
+         -1,
+         false,
+         {}},
         {"-traceOff wins over -traceOn", {"-traceOn", "-traceOff"}, NO_FILE, 0x7FFFFFFF, false, {}},
         {"-traceOff wins whatever the order", {"-traceOff", "-traceOn"}, "f\n", 0x7FFFFFFF, false, {}},
         {"-traceLevel wins over -traceOn", {"-traceOn", "-traceLevel", "4"}, NO_FILE, 4, true, {}},
         {"negative -traceLevel", {"-traceLevel", "-3"}, NO_FILE, -3, true, {}},
-        {"-traceLevel keeps the file's level out", {"-traceLevel", "5"}, "#tracelevel 3\nf\n", 5, false, {"f"}},
+        {"-traceLevel keeps the file's level out",
+         {"-traceLevel", "5"},
+         "#tracelevel 3\nf\n",
+         5,
+         false,
+         {"f"}},
         {"comment with tracelevel sets the level", {}, "#tracelevel 3\n", 3, false, {}},
         {"directive behind '/' and blanks", {}, "/ level 2\n", 2, false, {}},
         {"first level in the file wins", {}, "#level 4\n#level 7\n", 4, false, {}},
@@ -284,8 +294,8 @@ TEST(LibraryVersionTest, DateAndNumber) {
     EXPECT_STREQ(libraryDate(), "21 Aug 2006");
     int major = -1, minor = -1, patch = -1;
     EXPECT_EQ(std::sscanf(libraryVersion(), "%d.%d.%d", &major, &minor, &patch), 3);
-    EXPECT_STREQ(libraryVersion(), (std::to_string(major) + "." + std::to_string(minor) + "." +
-                                    std::to_string(patch)).c_str());
+    EXPECT_STREQ(libraryVersion(),
+                 (std::to_string(major) + "." + std::to_string(minor) + "." + std::to_string(patch)).c_str());
 }
 
 }  // namespace

@@ -1,4 +1,13 @@
 // Stream forms of the value classes: String, Symbol, the small values and TarnException.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "iotest.h"
 #include "quill/binstrm.h"
 #include "quill/clock.h"
 #include "quill/date.h"
@@ -11,17 +20,7 @@
 #include "quill/set.h"
 #include "quill/substrng.h"
 #include "quill/symbol.h"
-#include "iotest.h"
 #include "testutil.h"
-
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <memory>
-#include <sstream>
-#include <string>
-#include <vector>
 
 // Two references, so that one stream can hold a member twice.
 class VioPair : public Object {

@@ -1,4 +1,19 @@
 // Tests of the small values: Date, Random, Clock, the plane values and the file-name helpers.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cmath>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <set>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
 #include "quill/clock.h"
 #include "quill/date.h"
 #include "quill/filename.h"
@@ -6,22 +21,6 @@
 #include "quill/quillerr.h"
 #include "quill/random.h"
 #include "testutil.h"
-
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <cmath>
-#include <ctime>
-#include <functional>
-#include <filesystem>
-#include <fstream>
-#include <set>
-#include <sstream>
-#include <string>
-#include <thread>
-#include <vector>
-
-#include <unistd.h>
 
 namespace {
 
@@ -122,7 +121,8 @@ TEST(DateTest, LeapYears) {
         int year;
         bool leap;
     };
-    const Row rows[] = {{1900, false}, {2000, true}, {2004, true}, {2023, false}, {2100, false}, {2400, true}};
+    const Row rows[] = {{1900, false}, {2000, true},  {2004, true},
+                        {2023, false}, {2100, false}, {2400, true}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.year);
         EXPECT_EQ(Date::leapYear(row.year), row.leap);
