@@ -1,11 +1,11 @@
 // Schur form, singular values, inverse, linear solve and the Lyapunov solvers at growing
 // orders, with their relative residuals.
-#include "algebra/all.h"
-#include "quill/startup.h"
-
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
+
+#include "algebra/all.h"
+#include "quill/startup.h"
 
 namespace {
 
@@ -65,7 +65,8 @@ void BM_Inv(benchmark::State& state) {
         X = alg.inv(A);
         benchmark::DoNotOptimize(X.elements());
     }
-    state.counters["residual"] = alg.normF(A * X - Matrix::diagonal(n, 1.0)) / alg.normF(Matrix::diagonal(n, 1.0));
+    state.counters["residual"] =
+        alg.normF(A * X - Matrix::diagonal(n, 1.0)) / alg.normF(Matrix::diagonal(n, 1.0));
 }
 
 void BM_Solve(benchmark::State& state) {

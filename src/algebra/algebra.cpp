@@ -1,10 +1,10 @@
 // Algebra: the global numeric settings, the layers on LAPACK and the direct solvers.
 #include "algebra/algebra.h"
 
-#include "quill/objio.h"
-
 #include <cmath>
 #include <iostream>
+
+#include "quill/objio.h"
 
 DEFINE_CLASS(Algebra, Object, 1, 0)
 
@@ -123,8 +123,8 @@ Matrix Algebra::inv(const Matrix& A) {
     Matrix work(A), U(0, 0), VT(0, 0);
     Vector s = svd(work, U, VT, true);
     unsigned k = s.size();
-    const double* u = U.elements();   // m x m
-    const double* vt = VT.elements(); // n x n
+    const double* u = U.elements();    // m x m
+    const double* vt = VT.elements();  // n x n
     Matrix r(n, m);
     double* x = r.elements();
     for (unsigned l = 0; l < k; ++l) {

@@ -2,14 +2,14 @@
 #ifndef ALGEBRA_ALGEBRA_H
 #define ALGEBRA_ALGEBRA_H
 
-#include "quill/object.h"
-#include "quill/qclass.h"
+#include <cstdint>
+#include <iosfwd>
+
 #include "algebra/lapack.h"
 #include "algebra/matrix.h"
 #include "algebra/vector.h"
-
-#include <cstdint>
-#include <iosfwd>
+#include "quill/object.h"
+#include "quill/qclass.h"
 
 extern Class class_Algebra;
 
@@ -81,8 +81,7 @@ public:
     // Householder triangularisation of M in place on its first `columns` columns (0: min(rows,
     // cols)). With backSolve, the columns right of the block are solved by back substitution and
     // the rms of the residual rows below is returned (printed as "standard deviation"); else 0.
-    double triangularize(Matrix& M, unsigned columns = 0, bool backSolve = false,
-                         bool print = false);
+    double triangularize(Matrix& M, unsigned columns = 0, bool backSolve = false, bool print = false);
     // Householder with column pivoting on the first basisNumber columns of M, an identity
     // appended on the right and rows grown to basisNumber when fewer. A squared column norm not
     // above threshold ends the basis; missing rows of the solution get zeros or a random unit
@@ -94,8 +93,7 @@ public:
     // Controllability staircase: A := T A T', B := T B, T returned; the block sizes go to
     // indices, their sum being the order of the controllable part. With print, the report of
     // the levels is written into staircaseReport.
-    Matrix staircase(Matrix& A, Matrix& B, class IntArray& indices, double tolerance,
-                     bool print = false);
+    Matrix staircase(Matrix& A, Matrix& B, class IntArray& indices, double tolerance, bool print = false);
     static String staircaseReport;
     // Unshifted QR on A (Hessenberg reduction first unless mode is 1), 5000 iterations; A is
     // overwritten, the accumulated orthogonal V returned (the identity for 2x2 input).
@@ -113,10 +111,9 @@ public:
     // with the state feedback K (in: stabilising start; out: the last gain), for D'D = I.
     // Continuous: K := a K + (1 - a)(B'R'R + D'C), a = relaxation, test 0.01. Discrete:
     // K := (I + B'R'RB)^-1 (B'R'RA + D'C), test 1e-5. Both at most 500 iterations, returned.
-    int riccati(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D, Matrix& K,
-                Matrix& R, double relaxation);
-    int riccatid(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D, Matrix& K,
-                 Matrix& R);
+    int riccati(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D, Matrix& K, Matrix& R,
+                double relaxation);
+    int riccatid(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D, Matrix& K, Matrix& R);
 
     // --- Polynomials ---
     // Roots (count x 2: re, im) of the coefficients, highest power first.

@@ -1,8 +1,8 @@
 // Algebra: norms, traces, the shape tests and the diagonal balancing.
-#include "algebra/algebra.h"
-
 #include <cmath>
 #include <iostream>
+
+#include "algebra/algebra.h"
 
 double Algebra::norm2(const Matrix& A) {
     if (A.elementCount() == 0) return 0.0;
@@ -35,8 +35,10 @@ double Algebra::normTriangular(const Matrix& A, bool upperOnce, bool upperTwice)
             if (upperOnce) {
                 if (i <= j) sum += x;
             } else if (upperTwice) {
-                if (i == j) sum += x;
-                else if (i < j) sum += 2.0 * x;
+                if (i == j)
+                    sum += x;
+                else if (i < j)
+                    sum += 2.0 * x;
             } else {
                 sum += x;
             }

@@ -1,7 +1,7 @@
 // Algebra: polynomial roots and products, and the roots of a 2x2 Schur block.
-#include "algebra/algebra.h"
-
 #include <cmath>
+
+#include "algebra/algebra.h"
 
 // Trailing coefficients below zeroTolerance are roots at zero, leading the result;
 // the rest go through the Schur form of the companion matrix.
@@ -45,9 +45,7 @@ Vector convolution(const Vector& a, const Vector& b, bool alternating) {
 }
 
 // A factor s (exactly 1, then a zero within tolerance) shifts the other one.
-bool isPlainS(const Vector& v) {
-    return v.size() == 2 && v[0u] == 1.0 && std::fabs(v[1u]) < zeroTolerance;
-}
+bool isPlainS(const Vector& v) { return v.size() == 2 && v[0u] == 1.0 && std::fabs(v[1u]) < zeroTolerance; }
 
 Vector shifted(const Vector& v, unsigned length) {
     Vector r(length);

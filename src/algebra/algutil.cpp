@@ -1,13 +1,12 @@
 // Algebra: matrix text, labelled printing and one object to or from a file.
-#include "algebra/algebra.h"
-
-#include "quill/objio.h"
-
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
+
+#include "algebra/algebra.h"
+#include "quill/objio.h"
 
 WorkspaceLookup workspaceMatrixLookup = 0;
 

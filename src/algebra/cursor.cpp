@@ -17,19 +17,19 @@ void MatrixCursor::advance(unsigned n) {
     }
 }
 
-MatrixCursor& MatrixCursor::operator,(double x) {
+MatrixCursor &MatrixCursor::operator,(double x) {
     (*m)(r, c) = x;
     advance(1);
     return *this;
 }
 
-MatrixCursor& MatrixCursor::operator,(const Vector& v) {
+MatrixCursor &MatrixCursor::operator,(const Vector&v) {
     m->setRow(int(r), v, int(c), int(v.size()));
     advance(v.size());
     return *this;
 }
 
-VectorCursor& VectorCursor::operator,(double x) {
+VectorCursor &VectorCursor::operator,(double x) {
     (*v)[i++] = x;
     return *this;
 }

@@ -1,17 +1,17 @@
 // Householder reflections and the small matrix helpers shared by the factored solvers.
 #include "algebra/househld.h"
-#include "algebra/algebra.h"
-#include "quill/quillerr.h"
 
 #include <cmath>
 #include <utility>
+
+#include "algebra/algebra.h"
+#include "quill/quillerr.h"
 
 namespace householder {
 
 bool step(Matrix& M, unsigned col, unsigned row) {
     unsigned rows = M.rowNumber(), cols = M.columnNumber();
-    if (row >= rows || col >= cols)
-        return false;
+    if (row >= rows || col >= cols) return false;
     double* a = M.elements();
     double* x = a + col * rows + row;
     unsigned len = rows - row;
@@ -20,21 +20,16 @@ bool step(Matrix& M, unsigned col, unsigned row) {
     std::vector<double> v(x, x + len);
     v[0] += alpha;
     double vtv = 0.0;
-    for (double e : v)
-        vtv += e * e;
-    if (vtv < zeroSquaredTolerance)
-        return false;
+    for (double e : v) vtv += e * e;
+    if (vtv < zeroSquaredTolerance) return false;
     x[0] = -alpha;
-    for (unsigned i = 1; i < len; ++i)
-        x[i] = 0.0;
+    for (unsigned i = 1; i < len; ++i) x[i] = 0.0;
     for (unsigned c = col + 1; c < cols; ++c) {
         double* y = a + c * rows + row;
         double d = 0.0;
-        for (unsigned i = 0; i < len; ++i)
-            d += v[i] * y[i];
+        for (unsigned i = 0; i < len; ++i) d += v[i] * y[i];
         double f = 2.0 * d / vtv;
-        for (unsigned i = 0; i < len; ++i)
-            y[i] -= f * v[i];
+        for (unsigned i = 0; i < len; ++i) y[i] -= f * v[i];
     }
     return true;
 }
@@ -43,27 +38,22 @@ double squaredNorm(const Matrix& M, unsigned col, unsigned row) {
     unsigned rows = M.rowNumber();
     const double* x = M.elements() + col * rows;
     double s = 0.0;
-    for (unsigned i = row; i < rows; ++i)
-        s += x[i] * x[i];
+    for (unsigned i = row; i < rows; ++i) s += x[i] * x[i];
     return s;
 }
 
 void swapColumns(Matrix& M, unsigned a, unsigned b) {
-    if (a == b)
-        return;
+    if (a == b) return;
     unsigned rows = M.rowNumber();
     double* p = M.elements();
-    for (unsigned i = 0; i < rows; ++i)
-        std::swap(p[a * rows + i], p[b * rows + i]);
+    for (unsigned i = 0; i < rows; ++i) std::swap(p[a * rows + i], p[b * rows + i]);
 }
 
 void swapRows(Matrix& M, unsigned a, unsigned b, unsigned firstCol) {
-    if (a == b)
-        return;
+    if (a == b) return;
     unsigned rows = M.rowNumber();
     double* p = M.elements();
-    for (unsigned c = firstCol; c < M.columnNumber(); ++c)
-        std::swap(p[c * rows + a], p[c * rows + b]);
+    for (unsigned c = firstCol; c < M.columnNumber(); ++c) std::swap(p[c * rows + a], p[c * rows + b]);
 }
 
 unsigned pivotedSteps(Matrix& M, unsigned width, double limit, std::vector<unsigned>& pivots,
@@ -82,8 +72,7 @@ unsigned pivotedSteps(Matrix& M, unsigned width, double limit, std::vector<unsig
             }
         }
         lastMax = bestNorm;
-        if (!(bestNorm > limit))
-            break;
+        if (!(bestNorm > limit)) break;
         pivots.push_back(best);
         swapColumns(M, k, best);
         step(M, k, k);
@@ -99,10 +88,8 @@ Matrix stack(const Matrix& top, const Matrix& bottom) {
     const double* t = top.elements();
     const double* b = bottom.elements();
     for (unsigned c = 0; c < cols; ++c) {
-        for (unsigned i = 0; i < r1; ++i)
-            p[c * (r1 + r2) + i] = t[c * r1 + i];
-        for (unsigned i = 0; i < r2; ++i)
-            p[c * (r1 + r2) + r1 + i] = b[c * r2 + i];
+        for (unsigned i = 0; i < r1; ++i) p[c * (r1 + r2) + i] = t[c * r1 + i];
+        for (unsigned i = 0; i < r2; ++i) p[c * (r1 + r2) + r1 + i] = b[c * r2 + i];
     }
     return s;
 }
@@ -114,10 +101,8 @@ Matrix sideBySide(const Matrix& left, const Matrix& right) {
     double* p = s.elements();
     const double* l = left.elements();
     const double* r = right.elements();
-    for (unsigned i = 0; i < rows * c1; ++i)
-        p[i] = l[i];
-    for (unsigned i = 0; i < rows * c2; ++i)
-        p[rows * c1 + i] = r[i];
+    for (unsigned i = 0; i < rows * c1; ++i) p[i] = l[i];
+    for (unsigned i = 0; i < rows * c2; ++i) p[rows * c1 + i] = r[i];
     return s;
 }
 
@@ -133,8 +118,7 @@ void repairSigns(Matrix& R, const Matrix& prev) {
             opposite += (a + b) * (a + b);
         }
         if (opposite < same)
-            for (unsigned c = i; c < R.columnNumber(); ++c)
-                r[c * n + i] = -r[c * n + i];
+            for (unsigned c = i; c < R.columnNumber(); ++c) r[c * n + i] = -r[c * n + i];
     }
 }
 

@@ -2,9 +2,9 @@
 #ifndef ALGEBRA_HOUSEHLD_H
 #define ALGEBRA_HOUSEHLD_H
 
-#include "algebra/matrix.h"
-
 #include <vector>
+
+#include "algebra/matrix.h"
 
 namespace householder {
 

@@ -11,21 +11,16 @@
 namespace {
 
 // The size a work-size query reports in WORK(1), never below one element.
-int reportedSize(double value) {
-    return std::max(1, static_cast<int>(value));
-}
+int reportedSize(double value) { return std::max(1, static_cast<int>(value)); }
 
-int atLeastOne(int n) {
-    return std::max(1, n);
-}
+int atLeastOne(int n) { return std::max(1, n); }
 
 // The drivers return at once on an empty matrix and leave U and Vᵀ as they are; the
 // decomposition of an m×0 or 0×n matrix has identity factors.
 template <class T>
 void setIdentity(int n, T* q) {
     std::fill(q, q + static_cast<std::size_t>(n) * n, T(0.0));
-    for (int i = 0; i < n; ++i)
-        q[static_cast<std::size_t>(i) * n + i] = T(1.0);
+    for (int i = 0; i < n; ++i) q[static_cast<std::size_t>(i) * n + i] = T(1.0);
 }
 
 template <class T>
@@ -45,12 +40,10 @@ extern "C" void xerbla_(const char* srname, const int* info, std::size_t srnameL
     std::cout << line << std::flush;
 }
 
-int selectStable(const double* re, const double*) {
-    return *re < 0.0 ? 1 : 0;
-}
+int selectStable(const double* re, const double*) { return *re < 0.0 ? 1 : 0; }
 
-int lapackSchur(int n, double* a, double* q, double* values, bool wantVectors,
-                SchurSelect select, int* selected) {
+int lapackSchur(int n, double* a, double* q, double* values, bool wantVectors, SchurSelect select,
+                int* selected) {
     const char jobvs = wantVectors ? 'V' : 'N';
     const char sort = select ? 'S' : 'N';
     SchurSelect callback = select ? select : selectStable;  // not referenced when unsorted
@@ -64,16 +57,14 @@ int lapackSchur(int n, double* a, double* q, double* values, bool wantVectors,
 
     std::vector<double> query(100);
     int lwork = -1;
-    dgees_(&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs,
-           query.data(), &lwork, bwork.data(), &info, 1, 1);
-    if (info < 0)
-        return info;
+    dgees_(&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs, query.data(), &lwork,
+           bwork.data(), &info, 1, 1);
+    if (info < 0) return info;
     lwork = reportedSize(query[0]);
     std::vector<double> work(lwork);
-    dgees_(&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs,
-           work.data(), &lwork, bwork.data(), &info, 1, 1);
-    if (selected)
-        *selected = sdim;
+    dgees_(&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs, work.data(), &lwork,
+           bwork.data(), &info, 1, 1);
+    if (selected) *selected = sdim;
     return info;
 }
 
@@ -94,14 +85,12 @@ int lapackSvd(int m, int n, double* a, double* s, double* u, double* vt, bool wa
     }
     double query[1];
     int lwork = -1;
-    dgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, iwork.data(),
-            &info, 1);
-    if (info < 0)
-        return info;
+    dgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, iwork.data(), &info, 1);
+    if (info < 0) return info;
     lwork = reportedSize(query[0]);
     std::vector<double> work(lwork);
-    dgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork,
-            iwork.data(), &info, 1);
+    dgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork, iwork.data(), &info,
+            1);
     return info;
 }
 
@@ -133,14 +122,13 @@ int lapackSvd(int m, int n, std::complex<double>* a, double* s, std::complex<dou
     }
     std::complex<double> query[1];
     int lwork = -1;
-    zgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, rwork.data(),
-            iwork.data(), &info, 1);
-    if (info < 0)
-        return info;
+    zgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, rwork.data(), iwork.data(),
+            &info, 1);
+    if (info < 0) return info;
     lwork = reportedSize(query[0].real());
     std::vector<std::complex<double>> work(lwork);
-    zgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork,
-            rwork.data(), iwork.data(), &info, 1);
+    zgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork, rwork.data(),
+            iwork.data(), &info, 1);
     return info;
 }
 

@@ -10,19 +10,18 @@
 extern "C" {
 typedef int (*SchurSelect)(const double* re, const double* im);  // LOGICAL FUNCTION SELECT(WR, WI)
 
-void dgees_(const char* jobvs, const char* sort, SchurSelect select, const int* n, double* a,
-            const int* lda, int* sdim, double* wr, double* wi, double* vs, const int* ldvs,
-            double* work, const int* lwork, int* bwork, int* info, std::size_t jobvsLength,
-            std::size_t sortLength);
-void dgesdd_(const char* jobz, const int* m, const int* n, double* a, const int* lda, double* s,
-             double* u, const int* ldu, double* vt, const int* ldvt, double* work,
-             const int* lwork, int* iwork, int* info, std::size_t jobzLength);
-void zgesdd_(const char* jobz, const int* m, const int* n, std::complex<double>* a,
-             const int* lda, double* s, std::complex<double>* u, const int* ldu,
-             std::complex<double>* vt, const int* ldvt, std::complex<double>* work,
-             const int* lwork, double* rwork, int* iwork, int* info, std::size_t jobzLength);
-void dgesv_(const int* n, const int* nrhs, double* a, const int* lda, int* ipiv, double* b,
-            const int* ldb, int* info);
+void dgees_(const char* jobvs, const char* sort, SchurSelect select, const int* n, double* a, const int* lda,
+            int* sdim, double* wr, double* wi, double* vs, const int* ldvs, double* work, const int* lwork,
+            int* bwork, int* info, std::size_t jobvsLength, std::size_t sortLength);
+void dgesdd_(const char* jobz, const int* m, const int* n, double* a, const int* lda, double* s, double* u,
+             const int* ldu, double* vt, const int* ldvt, double* work, const int* lwork, int* iwork,
+             int* info, std::size_t jobzLength);
+void zgesdd_(const char* jobz, const int* m, const int* n, std::complex<double>* a, const int* lda, double* s,
+             std::complex<double>* u, const int* ldu, std::complex<double>* vt, const int* ldvt,
+             std::complex<double>* work, const int* lwork, double* rwork, int* iwork, int* info,
+             std::size_t jobzLength);
+void dgesv_(const int* n, const int* nrhs, double* a, const int* lda, int* ipiv, double* b, const int* ldb,
+            int* info);
 
 // LAPACK's error handler for illegal arguments. Ours prints the message on the console and
 // returns to the driver, which then returns with INFO < 0, instead of stopping the program.
@@ -38,8 +37,8 @@ int selectStable(const double* re, const double* im);
 // eigenvalues in its first column, the imaginary parts in the second. A non-null select sorts
 // the form, the selected eigenvalues first; their count goes to *selected when that is given.
 // Returns LAPACK's INFO; n = 0 does nothing.
-int lapackSchur(int n, double* a, double* q, double* values, bool wantVectors,
-                SchurSelect select, int* selected = 0);
+int lapackSchur(int n, double* a, double* q, double* values, bool wantVectors, SchurSelect select,
+                int* selected = 0);
 
 // Singular values of the m×n matrix a (overwritten) into s, min(m, n) of them, descending.
 // With wantVectors, u (m×m) and vt (n×n) receive U and Vᵀ with A = U S Vᵀ; otherwise both may

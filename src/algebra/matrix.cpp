@@ -1,16 +1,16 @@
 // Matrix: construction, element and block access, arithmetic and the Matrix errors.
 #include "algebra/matrix.h"
 
+#include <cmath>
+#include <cstring>
+#include <iostream>
+
 #include "algebra/cursor.h"
 #include "algebra/submatrx.h"
 #include "algebra/vector.h"
 #include "quill/collectn.h"
 #include "quill/objalloc.h"
 #include "quill/quillerr.h"
-
-#include <cmath>
-#include <cstring>
-#include <iostream>
 
 int DIFFMTRXDIM = 0;
 
@@ -136,9 +136,7 @@ double& Matrix::operator()(unsigned r, unsigned c) {
     return data[size_t(c) * rows + r];
 }
 
-double Matrix::operator()(unsigned r, unsigned c) const {
-    return const_cast<Matrix&>(*this)(r, c);
-}
+double Matrix::operator()(unsigned r, unsigned c) const { return const_cast<Matrix&>(*this)(r, c); }
 
 MatrixCursor Matrix::operator[](unsigned r) {
     if (r >= rows) setError(INDEXRANGE, SEV_ERROR, className(), "operator[]", int(r));
@@ -275,7 +273,8 @@ Matrix Matrix::operator*(const Matrix& b) const {
     for (unsigned c = 0; c < b.cols; ++c)
         for (unsigned r = 0; r < rows; ++r) {
             double s = 0.0;
-            for (unsigned k = 0; k < cols; ++k) s += data[size_t(k) * rows + r] * b.data[size_t(c) * b.rows + k];
+            for (unsigned k = 0; k < cols; ++k)
+                s += data[size_t(k) * rows + r] * b.data[size_t(c) * b.rows + k];
             m.data[size_t(c) * rows + r] = s;
         }
     return m;

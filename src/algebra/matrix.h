@@ -2,11 +2,11 @@
 #ifndef ALGEBRA_MATRIX_H
 #define ALGEBRA_MATRIX_H
 
+#include <iosfwd>
+
 #include "quill/object.h"
 #include "quill/qclass.h"
 #include "quill/quillstr.h"
-
-#include <iosfwd>
 
 class Vector;
 class SubMatrix;
@@ -20,7 +20,7 @@ extern int DIFFMTRXDIM;
 class Matrix : public Object {
     DECLARE_MEMBERS(Matrix)
 public:
-    Matrix();                             // 1x1, holding 0
+    Matrix();                              // 1x1, holding 0
     Matrix(unsigned rows, unsigned cols);  // all zero
     // Adopts buffer, which must come from objectAlloc and hold rows * cols
     // doubles (at least one); no copy.
@@ -141,7 +141,7 @@ private:
     template <class Stream>
     void readElements(Stream& is, unsigned r, unsigned c);
 
-    double* data;   // column-major: (r, c) at c * rows + r; owned
+    double* data;  // column-major: (r, c) at c * rows + r; owned
     unsigned rows;
     unsigned cols;
 };

@@ -1,6 +1,12 @@
 // Matrix: comparison, hashing, printing, reading from text and the stream forms.
-#include "algebra/matrix.h"
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <sstream>
+#include <string>
 
+#include "algebra/matrix.h"
 #include "algebra/numprint.h"
 #include "quill/binstrm.h"
 #include "quill/collectn.h"
@@ -8,13 +14,6 @@
 #include "quill/objio.h"
 #include "quill/quillerr.h"
 #include "quill/substrng.h"
-
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <iostream>
-#include <sstream>
-#include <string>
 
 namespace {
 
@@ -78,8 +77,7 @@ namespace {
 
 void replaceAll(std::string& s, const char* from, const char* to) {
     size_t n = strlen(from), m = strlen(to);
-    for (size_t at = s.find(from); at != std::string::npos; at = s.find(from, at + m))
-        s.replace(at, n, to);
+    for (size_t at = s.find(from); at != std::string::npos; at = s.find(from, at + m)) s.replace(at, n, to);
 }
 
 bool holdsLooseBlank(const std::string& s) {

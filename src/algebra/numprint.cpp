@@ -12,8 +12,7 @@ const unsigned MIN_WIDTH = 11;
 
 }  // namespace
 
-void printTable(std::ostream& os, const double* data, unsigned rows, unsigned cols,
-                PrintSettings& settings) {
+void printTable(std::ostream& os, const double* data, unsigned rows, unsigned cols, PrintSettings& settings) {
     unsigned width = settings.precision > MIN_WIDTH ? settings.precision : MIN_WIDTH;
     char format[32];
     snprintf(format, sizeof format, "%%%u.%ug", width, settings.precision);

@@ -20,7 +20,6 @@ struct PrintSettings {
 // Writes " [", the separator, then each row of the column-major table with
 // ";" behind all rows but the last, then "]". Elements below 1e-10 in
 // absolute value print as 0. Resets the settings afterwards.
-void printTable(std::ostream& os, const double* data, unsigned rows, unsigned cols,
-                PrintSettings& settings);
+void printTable(std::ostream& os, const double* data, unsigned rows, unsigned cols, PrintSettings& settings);
 
 #endif

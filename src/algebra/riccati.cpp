@@ -1,26 +1,25 @@
 // Riccati iterations in factored form: closed-loop Lyapunov steps on the factor R of the
 // solution X = R'R, alternated with updates of the state feedback.
+#include <cmath>
+#include <iostream>
+
 #include "algebra/algebra.h"
 #include "algebra/factored.h"
 #include "algebra/househld.h"
-
-#include <cmath>
-#include <iostream>
 
 namespace {
 
 void printProgress(int iteration, double e, double value) {
     if (iteration % 10 == 0)
-        std::cout << "abs conv " << e << ", rel conv " << e / value << ", value " << value
-                  << std::endl;
+        std::cout << "abs conv " << e << ", rel conv " << e / value << ", value " << value << std::endl;
 }
 
 void printStop(int iteration) { std::cout << "iter " << iteration << std::endl; }
 
 }  // namespace
 
-int Algebra::riccati(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D,
-                     Matrix& K, Matrix& R, double relaxation) {
+int Algebra::riccati(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D, Matrix& K, Matrix& R,
+                     double relaxation) {
     unsigned n = A.rowNumber();
     Matrix I = Matrix::diagonal(n, 1.0);
     double half = std::sqrt(0.5);
@@ -46,8 +45,8 @@ int Algebra::riccati(const Matrix& A, const Matrix& B, const Matrix& C, const Ma
     return iteration;
 }
 
-int Algebra::riccatid(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D,
-                      Matrix& K, Matrix& R) {
+int Algebra::riccatid(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D, Matrix& K,
+                      Matrix& R) {
     unsigned n = A.rowNumber(), m = B.columnNumber();
     R = factored::start(R, n);
     Matrix Rprev = R;

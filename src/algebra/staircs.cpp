@@ -1,12 +1,12 @@
 // The controllability staircase form by pivoted Householder steps on [B A I].
-#include "algebra/algebra.h"
-#include "algebra/househld.h"
-#include "quill/intarray.h"
-
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <vector>
+
+#include "algebra/algebra.h"
+#include "algebra/househld.h"
+#include "quill/intarray.h"
 
 String Algebra::staircaseReport;
 
@@ -15,8 +15,7 @@ namespace {
 double frobenius(const Matrix& W, unsigned r0, unsigned rows, unsigned c0, unsigned cols) {
     double s = 0.0;
     for (unsigned c = c0; c < c0 + cols && c < W.columnNumber(); ++c)
-        for (unsigned r = r0; r < r0 + rows && r < W.rowNumber(); ++r)
-            s += W(r, c) * W(r, c);
+        for (unsigned r = r0; r < r0 + rows && r < W.rowNumber(); ++r) s += W(r, c) * W(r, c);
     return std::sqrt(s);
 }
 
@@ -38,23 +37,19 @@ void report(String& text, unsigned order, double norm) {
     const char* all = text.asCharPointer();
     const char* lineStart = std::strrchr(all, '\n');
     unsigned lineLength = lineStart ? text.size() - (lineStart + 1 - all) : text.size();
-    if (lineLength > 70)
-        text += "\n";
+    if (lineLength > 70) text += "\n";
 }
 
 // One level of the staircase on the block of W at (rowOffset, colOffset), width columns wide;
 // the states occupy the rows of W and its columns from stateColumn on. A null text prints nothing.
-void staircaseStep(Matrix& W, unsigned states, unsigned stateColumn, unsigned colOffset,
-                   unsigned rowOffset, unsigned width, IntArray& indices, double tolerance,
-                   String* text) {
+void staircaseStep(Matrix& W, unsigned states, unsigned stateColumn, unsigned colOffset, unsigned rowOffset,
+                   unsigned width, IntArray& indices, double tolerance, String* text) {
     unsigned p = states - rowOffset;
-    Matrix S = householder::sideBySide(W.subMatrix(rowOffset, colOffset, p, width),
-                                       Matrix::diagonal(p, 1.0));
+    Matrix S = householder::sideBySide(W.subMatrix(rowOffset, colOffset, p, width), Matrix::diagonal(p, 1.0));
     std::vector<unsigned> pivots;
     double lastMax = 0.0;
     unsigned r = householder::pivotedSteps(S, width, tolerance * tolerance, pivots, lastMax);
-    for (unsigned k = r; k-- > 0;)
-        householder::swapColumns(S, k, pivots[k]);
+    for (unsigned k = r; k-- > 0;) householder::swapColumns(S, k, pivots[k]);
     append(indices, static_cast<int>(r));
 
     // Complete the similarity: Q' from the left on the rows of this step, Q from the right on
@@ -65,14 +60,10 @@ void staircaseStep(Matrix& W, unsigned states, unsigned stateColumn, unsigned co
     unsigned first = stateColumn + rowOffset;
     W.setSubMatrix(0, first, W.subMatrix(0, first, states, p) * Qt.transpose(), states, p);
 
-    if (r == 0 || rowOffset + r >= states)
-        return;
-    if (text)
-        report(*text, r, frobenius(W, rowOffset + r, states, colOffset, width));
-    if (frobenius(W, rowOffset + r, states, colOffset + width, r) < tolerance)
-        return;
-    staircaseStep(W, states, stateColumn, colOffset + width, rowOffset + r, r, indices,
-                  tolerance, text);
+    if (r == 0 || rowOffset + r >= states) return;
+    if (text) report(*text, r, frobenius(W, rowOffset + r, states, colOffset, width));
+    if (frobenius(W, rowOffset + r, states, colOffset + width, r) < tolerance) return;
+    staircaseStep(W, states, stateColumn, colOffset + width, rowOffset + r, r, indices, tolerance, text);
 }
 
 }  // namespace

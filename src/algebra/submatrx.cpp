@@ -1,15 +1,17 @@
 // SubMatrix: copies, assignment through the window, sums and products with matrices.
 #include "algebra/submatrx.h"
 
-#include "algebra/matrix.h"
-#include "quill/quillerr.h"
-
 #include <cstring>
 #include <ostream>
 
+#include "algebra/matrix.h"
+#include "quill/quillerr.h"
+
 // A count below 1 is taken from the end: the window is not checked here.
 SubMatrix::SubMatrix(Matrix& m, unsigned r, unsigned c, int rn, int cn)
-    : matrix(&m), rowIndex(r), colIndex(c),
+    : matrix(&m),
+      rowIndex(r),
+      colIndex(c),
       rowNumber(rn < 1 ? unsigned(long(m.rowNumber()) - long(r) + rn) : unsigned(rn)),
       colNumber(cn < 1 ? unsigned(long(m.columnNumber()) - long(c) + cn) : unsigned(cn)) {}
 

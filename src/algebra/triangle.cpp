@@ -1,13 +1,13 @@
 // Householder triangularisation without pivoting (triangularize) and with column pivoting (triangle).
-#include "algebra/algebra.h"
-#include "algebra/househld.h"
-#include "quill/quillerr.h"
-#include "quill/random.h"
-
 #include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <vector>
+
+#include "algebra/algebra.h"
+#include "algebra/househld.h"
+#include "quill/quillerr.h"
+#include "quill/random.h"
 
 namespace {
 
@@ -20,8 +20,7 @@ void backSubstitute(Matrix& M, unsigned count, unsigned last, unsigned first) {
         double* x = a + c * rows;
         for (unsigned i = count; i-- > 0;) {
             double s = x[i];
-            for (unsigned k = i + 1; k < last; ++k)
-                s -= a[k * rows + i] * x[k];
+            for (unsigned k = i + 1; k < last; ++k) s -= a[k * rows + i] * x[k];
             x[i] = s / a[i * rows + i];
         }
     }
@@ -42,8 +41,7 @@ void randomRow(Matrix& M, unsigned r, unsigned first) {
         sum += x * x;
     }
     if (sum > 0.0)
-        for (unsigned c = first; c < M.columnNumber(); ++c)
-            M(r, c) /= std::sqrt(sum);
+        for (unsigned c = first; c < M.columnNumber(); ++c) M(r, c) /= std::sqrt(sum);
 }
 
 }  // namespace
@@ -51,26 +49,21 @@ void randomRow(Matrix& M, unsigned r, unsigned first) {
 double Algebra::triangularize(Matrix& M, unsigned columns, bool backSolve, bool print) {
     unsigned rows = M.rowNumber(), cols = M.columnNumber();
     unsigned limit = columns == 0 ? std::min(rows, cols) : columns;
-    for (unsigned j = 0; j < limit && j < rows && j < cols; ++j)
-        householder::step(M, j, j);
-    if (!backSolve || limit >= cols || limit > rows)
-        return 0.0;
+    for (unsigned j = 0; j < limit && j < rows && j < cols; ++j) householder::step(M, j, j);
+    if (!backSolve || limit >= cols || limit > rows) return 0.0;
     backSubstitute(M, limit, limit, limit);
     double deviation = 0.0;
-    if (rows > limit)
-        deviation = rms(M.subMatrix(limit, limit, rows - limit, cols - limit), rows - limit);
-    if (print)
-        printNamed(deviation, "standard deviation");
+    if (rows > limit) deviation = rms(M.subMatrix(limit, limit, rows - limit, cols - limit), rows - limit);
+    if (print) printNamed(deviation, "standard deviation");
     return deviation;
 }
 
-double Algebra::triangle(Matrix& M, unsigned basisNumber, bool quiet, bool printSingular,
-                         double threshold, bool zeroFill) {
+double Algebra::triangle(Matrix& M, unsigned basisNumber, bool quiet, bool printSingular, double threshold,
+                         bool zeroFill) {
     unsigned n = M.rowNumber(), given = M.columnNumber();
     QASSERT(basisNumber <= given);
     Matrix W = householder::sideBySide(M, Matrix::diagonal(n, 1.0));
-    if (basisNumber > n)
-        W.reSize(basisNumber, W.columnNumber());
+    if (basisNumber > n) W.reSize(basisNumber, W.columnNumber());
     std::vector<unsigned> pivots;
     double lastMax = 0.0;
     unsigned rank = householder::pivotedSteps(W, basisNumber, threshold, pivots, lastMax);
@@ -79,28 +72,23 @@ double Algebra::triangle(Matrix& M, unsigned basisNumber, bool quiet, bool print
 
     for (unsigned r = rank; r < basisNumber; ++r) {
         if (zeroFill)
-            for (unsigned c = basisNumber; c < W.columnNumber(); ++c)
-                W(r, c) = 0.0;
+            for (unsigned c = basisNumber; c < W.columnNumber(); ++c) W(r, c) = 0.0;
         else
             randomRow(W, r, basisNumber);
     }
     backSubstitute(W, rank, basisNumber, basisNumber);
-    for (unsigned k = rank; k-- > 0;)
-        householder::swapRows(W, k, pivots[k], basisNumber);
+    for (unsigned k = rank; k-- > 0;) householder::swapRows(W, k, pivots[k], basisNumber);
 
     if (rank == basisNumber && !quiet && rank > 0) {
-        std::cout << "conditioning of the solution = " << W(0, 0) / W(rank - 1, rank - 1)
-                  << std::endl;
+        std::cout << "conditioning of the solution = " << W(0, 0) / W(rank - 1, rank - 1) << std::endl;
         double deviation = 0.0;
         if (n > basisNumber && given > basisNumber)
-            deviation = rms(W.subMatrix(basisNumber, basisNumber, n - basisNumber,
-                                        given - basisNumber),
+            deviation = rms(W.subMatrix(basisNumber, basisNumber, n - basisNumber, given - basisNumber),
                             n - basisNumber);
         std::cout << "deviazione standard nella triangolarizzazione: " << deviation << std::endl;
     } else if (rank < basisNumber && printSingular) {
         unsigned usable = rank > 0 ? rank - 1 : 0;
-        std::cout << "basis singular - actual conditioning = " << W(0, 0) / W(usable, usable)
-                  << std::endl;
+        std::cout << "basis singular - actual conditioning = " << W(0, 0) / W(usable, usable) << std::endl;
         std::cout << " elementi della diagonale nulli = ";
         for (unsigned i = basisNumber > 4 ? basisNumber - 4 : 0; i < basisNumber; ++i)
             std::cout << " " << W(i, i);

@@ -1,6 +1,11 @@
 // Vector: construction, checked access, arithmetic, sub-vectors, printing and stream forms.
 #include "algebra/vector.h"
 
+#include <cmath>
+#include <cstring>
+#include <ostream>
+#include <sstream>
+
 #include "algebra/cursor.h"
 #include "algebra/matrix.h"
 #include "algebra/numprint.h"
@@ -10,11 +15,6 @@
 #include "quill/objio.h"
 #include "quill/quillerr.h"
 #include "quill/substrng.h"
-
-#include <cmath>
-#include <cstring>
-#include <ostream>
-#include <sstream>
 
 int DIFFVECTSIZE = 0;
 
@@ -316,9 +316,7 @@ int Vector::compare(const Object& ob) const {
     return compareBytes(data, v.data, sz * sizeof(double));
 }
 
-unsigned Vector::hash() const {
-    return hashText(reinterpret_cast<const char*>(data), sz * sizeof(double));
-}
+unsigned Vector::hash() const { return hashText(reinterpret_cast<const char*>(data), sz * sizeof(double)); }
 
 // Printing: a column one element a line, a row on one line.
 

@@ -2,11 +2,11 @@
 #ifndef ALGEBRA_VECTOR_H
 #define ALGEBRA_VECTOR_H
 
+#include <iosfwd>
+
 #include "quill/object.h"
 #include "quill/qclass.h"
 #include "quill/quillstr.h"
-
-#include <iosfwd>
 
 class Matrix;
 class VectorCursor;
@@ -18,10 +18,10 @@ extern int DIFFVECTSIZE;
 class Vector : public Object {
     DECLARE_MEMBERS(Vector)
 public:
-    Vector();  // size 3, zero, column
+    Vector();                                            // size 3, zero, column
     explicit Vector(unsigned size, double value = 0.0);  // column
-    Vector(const Vector& v);                              // orientation kept
-    Vector(const double* source, unsigned size);          // copies; column
+    Vector(const Vector& v);                             // orientation kept
+    Vector(const double* source, unsigned size);         // copies; column
     Vector(double a, double b, double c);
     // Stream form: size, the elements as the stream prints doubles, the
     // flag. The binary form holds no elements and reads as size 0.
@@ -43,7 +43,7 @@ public:
 
     Vector operator+(const Vector& v) const;  // left's orientation
     Vector operator-(const Vector& v) const;
-    Vector operator-() const;                 // column
+    Vector operator-() const;  // column
     // Inner product: this a row, v a column, of equal size.
     double operator*(const Vector& v) const;
     // This a row of size m.rows: the product with each column of m, in a
@@ -106,8 +106,8 @@ private:
     template <class Stream>
     void readElements(Stream& is, unsigned n);
 
-    int isCol;       // 1 column, 0 row
-    double* data;    // max(1, sz) doubles, owned
+    int isCol;     // 1 column, 0 row
+    double* data;  // max(1, sz) doubles, owned
     unsigned sz;
 };
 

@@ -1,6 +1,4 @@
 // Tests of the numeric routines of Algebra against independently known results.
-#include "algebra/all.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,6 +9,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "algebra/all.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Starts the library once for every test of the numerical algebra.
-#include "quill/startup.h"
-
 #include <gtest/gtest.h>
+
+#include "quill/startup.h"
 
 namespace {
 

@@ -32,8 +32,7 @@ Complex conjugate(Complex x) { return std::conj(x); }
 template <class T>
 Grid<T> identity(int n) {
     Grid<T> m(n, n);
-    for (int i = 0; i < n; ++i)
-        m(i, i) = 1.0;
+    for (int i = 0; i < n; ++i) m(i, i) = 1.0;
     return m;
 }
 
@@ -42,8 +41,7 @@ Grid<T> operator*(const Grid<T>& a, const Grid<T>& b) {
     Grid<T> c(a.rows, b.cols);
     for (int j = 0; j < b.cols; ++j)
         for (int k = 0; k < a.cols; ++k)
-            for (int i = 0; i < a.rows; ++i)
-                c(i, j) += a(i, k) * b(k, j);
+            for (int i = 0; i < a.rows; ++i) c(i, j) += a(i, k) * b(k, j);
     return c;
 }
 
@@ -52,33 +50,26 @@ template <class T>
 Grid<T> adjoint(const Grid<T>& a) {
     Grid<T> t(a.cols, a.rows);
     for (int j = 0; j < a.cols; ++j)
-        for (int i = 0; i < a.rows; ++i)
-            t(j, i) = conjugate(a(i, j));
+        for (int i = 0; i < a.rows; ++i) t(j, i) = conjugate(a(i, j));
     return t;
 }
 
 template <class T>
 double frobenius(const Grid<T>& a) {
     double sum = 0.0;
-    for (const T& x : a.data)
-        sum += std::norm(x);
+    for (const T& x : a.data) sum += std::norm(x);
     return std::sqrt(sum);
 }
 
 template <class T>
 double distance(const Grid<T>& a, const Grid<T>& b) {
     Grid<T> d = a;
-    for (std::size_t k = 0; k < d.data.size(); ++k)
-        d.data[k] -= b.data[k];
+    for (std::size_t k = 0; k < d.data.size(); ++k) d.data[k] -= b.data[k];
     return frobenius(d);
 }
 
-double uniform(std::mt19937& random) {
-    return std::uniform_real_distribution<double>(-1.0, 1.0)(random);
-}
-Complex uniformComplex(std::mt19937& random) {
-    return Complex(uniform(random), uniform(random));
-}
+double uniform(std::mt19937& random) { return std::uniform_real_distribution<double>(-1.0, 1.0)(random); }
+Complex uniformComplex(std::mt19937& random) { return Complex(uniform(random), uniform(random)); }
 
 // A orthogonal (unitary) matrix as a product of Householder reflections of random vectors.
 template <class T, class Draw>
@@ -86,26 +77,19 @@ Grid<T> orthogonal(int n, std::mt19937& random, Draw draw) {
     Grid<T> q = identity<T>(n);
     for (int step = 0; step < 3; ++step) {
         Grid<T> v(n, 1);
-        for (int i = 0; i < n; ++i)
-            v(i, 0) = draw(random);
+        for (int i = 0; i < n; ++i) v(i, 0) = draw(random);
         double vv = frobenius(v) * frobenius(v);
-        if (vv == 0.0)
-            continue;
+        if (vv == 0.0) continue;
         Grid<T> h = identity<T>(n);
         Grid<T> outer = v * adjoint(v);
-        for (std::size_t k = 0; k < h.data.size(); ++k)
-            h.data[k] -= 2.0 / vv * outer.data[k];
+        for (std::size_t k = 0; k < h.data.size(); ++k) h.data[k] -= 2.0 / vv * outer.data[k];
         q = q * h;
     }
     return q;
 }
 
-Real orthogonal(int n, std::mt19937& random) {
-    return orthogonal<double>(n, random, uniform);
-}
-Cplx unitary(int n, std::mt19937& random) {
-    return orthogonal<Complex>(n, random, uniformComplex);
-}
+Real orthogonal(int n, std::mt19937& random) { return orthogonal<double>(n, random, uniform); }
+Cplx unitary(int n, std::mt19937& random) { return orthogonal<Complex>(n, random, uniformComplex); }
 
 // ---- Schur form ----
 
@@ -117,8 +101,7 @@ struct Spectrum {
 
 int orderOf(const Spectrum& s) {
     int n = 0;
-    for (const Complex& v : s.values)
-        n += v.imag() > 0.0 ? 2 : 1;
+    for (const Complex& v : s.values) n += v.imag() > 0.0 ? 2 : 1;
     return n;
 }
 
@@ -139,8 +122,7 @@ Real withSpectrum(const Spectrum& s, std::mt19937& random) {
     }
     for (int j = 0; j < n; ++j)
         for (int i = 0; i < j; ++i)
-            if (b(i, j) == 0.0 && !(j == i + 1 && b(j, i) != 0.0))
-                b(i, j) = 0.5 * uniform(random);
+            if (b(i, j) == 0.0 && !(j == i + 1 && b(j, i) != 0.0)) b(i, j) = 0.5 * uniform(random);
     Real q = orthogonal(n, random);
     return q * b * adjoint(q);
 }
@@ -149,30 +131,26 @@ std::vector<Complex> expanded(const Spectrum& s) {
     std::vector<Complex> all;
     for (const Complex& v : s.values) {
         all.push_back(v);
-        if (v.imag() > 0.0)
-            all.push_back(std::conj(v));
+        if (v.imag() > 0.0) all.push_back(std::conj(v));
     }
     return all;
 }
 
 bool byParts(const Complex& a, const Complex& b) {
-    if (a.real() != b.real())
-        return a.real() < b.real();
+    if (a.real() != b.real()) return a.real() < b.real();
     return a.imag() < b.imag();
 }
 
 std::vector<Complex> eigenvalues(const Real& values) {
     std::vector<Complex> all;
-    for (int i = 0; i < values.rows; ++i)
-        all.push_back(Complex(values(i, 0), values(i, 1)));
+    for (int i = 0; i < values.rows; ++i) all.push_back(Complex(values(i, 0), values(i, 1)));
     return all;
 }
 
 void expectSameSpectrum(std::vector<Complex> found, std::vector<Complex> wanted) {
     ASSERT_EQ(found.size(), wanted.size());
     // Round away the last bits before sorting so that a real pair sorts consistently.
-    for (Complex& v : found)
-        v = Complex(std::round(v.real() * 1e8) / 1e8, std::round(v.imag() * 1e8) / 1e8);
+    for (Complex& v : found) v = Complex(std::round(v.real() * 1e8) / 1e8, std::round(v.imag() * 1e8) / 1e8);
     std::sort(found.begin(), found.end(), byParts);
     std::sort(wanted.begin(), wanted.end(), byParts);
     for (std::size_t k = 0; k < found.size(); ++k)
@@ -183,8 +161,7 @@ void expectSameSpectrum(std::vector<Complex> found, std::vector<Complex> wanted)
 void expectSchurShape(const Real& t, const Real& values) {
     int n = t.rows;
     for (int j = 0; j < n; ++j)
-        for (int i = j + 2; i < n; ++i)
-            EXPECT_EQ(t(i, j), 0.0) << "T(" << i << "," << j << ")";
+        for (int i = j + 2; i < n; ++i) EXPECT_EQ(t(i, j), 0.0) << "T(" << i << "," << j << ")";
     for (int i = 0; i < n; ++i) {
         bool inBlock = (i + 1 < n && t(i + 1, i) != 0.0) || (i > 0 && t(i, i - 1) != 0.0);
         EXPECT_EQ(values(i, 1) != 0.0, inBlock) << "row " << i;
@@ -257,9 +234,9 @@ TEST(LapackSchur, SortedFormPutsSelectedEigenvaluesFirst) {
             Real a = withSpectrum(s, random);
             Real t = a, z(n, n), values(n, 2);
             int selected = -1;
-            ASSERT_EQ(lapackSchur(n, t.data.data(), z.data.data(), values.data.data(), true, sel.select,
-                                  &selected),
-                      0);
+            ASSERT_EQ(
+                lapackSchur(n, t.data.data(), z.data.data(), values.data.data(), true, sel.select, &selected),
+                0);
             EXPECT_LE(distance(a, z * t * adjoint(z)), 1e-12 * std::max(1.0, frobenius(a)));
             expectSchurShape(t, values);
 
@@ -307,24 +284,20 @@ const std::vector<SvdCase>& svdCases() {
     return cases;
 }
 
-std::string label(int m, int n) {
-    return std::to_string(m) + "x" + std::to_string(n);
-}
+std::string label(int m, int n) { return std::to_string(m) + "x" + std::to_string(n); }
 
 // U0 [diag(sigma); 0] V0ᵀ, of the rank given by the non-zero sigmas.
 template <class T>
 Grid<T> withSingularValues(const SvdCase& c, const Grid<T>& u0, const Grid<T>& v0) {
     Grid<T> s(c.m, c.n);
-    for (std::size_t k = 0; k < c.sigma.size(); ++k)
-        s(k, k) = c.sigma[k];
+    for (std::size_t k = 0; k < c.sigma.size(); ++k) s(k, k) = c.sigma[k];
     return u0 * s * adjoint(v0);
 }
 
 template <class T>
 Grid<T> diagonal(int m, int n, const std::vector<double>& s) {
     Grid<T> d(m, n);
-    for (std::size_t k = 0; k < s.size(); ++k)
-        d(k, k) = s[k];
+    for (std::size_t k = 0; k < s.size(); ++k) d(k, k) = s[k];
     return d;
 }
 
@@ -381,7 +354,9 @@ TEST(LapackComplexSvd, SmallKnownMatrix) {
 // The 40×2 case needs more real work than 5·(k² + k + 20) doubles.
 TEST(LapackComplexSvd, ConstructedMatricesOfKnownSingularValues) {
     const std::vector<SvdCase> cases = {
-        {0, 0, {}}, {0, 2, {}}, {1, 1, {1.5}}, {2, 2, {2.0, 0.0}}, {3, 2, {4.0, 1.0}}, {2, 5, {1.0, 0.5}},
+        {0, 0, {}},          {0, 2, {}},
+        {1, 1, {1.5}},       {2, 2, {2.0, 0.0}},
+        {3, 2, {4.0, 1.0}},  {2, 5, {1.0, 0.5}},
         {40, 2, {6.0, 0.0}}, {20, 20, {10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0.5, 0.1, 0.01, 0, 0, 0, 0, 0, 0, 0}},
     };
     std::mt19937 random(7);
@@ -412,12 +387,9 @@ TEST(LapackSolve, KnownSystems) {
         SCOPED_TRACE(n);
         const int nrhs = 2;
         Real a(n, n), x(n, nrhs);
-        for (double& e : a.data)
-            e = uniform(random);
-        for (int i = 0; i < n; ++i)
-            a(i, i) += 4.0;  // well away from singular
-        for (double& e : x.data)
-            e = uniform(random) * 10.0;
+        for (double& e : a.data) e = uniform(random);
+        for (int i = 0; i < n; ++i) a(i, i) += 4.0;  // well away from singular
+        for (double& e : x.data) e = uniform(random) * 10.0;
         Real b = a * x;
         Real aCopy = a, bCopy = b, solution(n, nrhs);
         ASSERT_EQ(lapackSolve(n, nrhs, a.data.data(), b.data.data(), solution.data.data()), 0);
@@ -432,8 +404,7 @@ TEST(LapackSolve, SingularMatrix) {
     Real a(3, 3), b(3, 1), x(3, 1);
     const double rows[3][3] = {{1, 2, 3}, {2, 4, 6}, {0, 1, 1}};
     for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j)
-            a(i, j) = rows[i][j];
+        for (int j = 0; j < 3; ++j) a(i, j) = rows[i][j];
     b.data = {1.0, 2.0, 3.0};
     testing::internal::CaptureStdout();
     int info = lapackSolve(3, 1, a.data.data(), b.data.data(), x.data.data());
@@ -470,8 +441,8 @@ TEST(LapackXerbla, IllegalArgumentPrintsTheMessageAndReturns) {
          [] {
              int n = 1, lda = 1, sdim = 0, ldvs = 1, lwork = 10, info = 0, bwork[1];
              double a[1] = {1.0}, wr[1], wi[1], vs[1], work[10];
-             dgees_("X", "N", selectStable, &n, a, &lda, &sdim, wr, wi, vs, &ldvs, work, &lwork, bwork,
-                    &info, 1, 1);
+             dgees_("X", "N", selectStable, &n, a, &lda, &sdim, wr, wi, vs, &ldvs, work, &lwork, bwork, &info,
+                    1, 1);
              return info;
          },
          -1, "** On entry to  DGEES, parameter number  1 had an illegal value\n"},

@@ -1,10 +1,4 @@
 // Matrix, SubMatrix and MatrixCursor: arithmetic, access rules, failures, printing, literals and streams.
-#include "algebra/all.h"
-#include "quill/all.h"
-
-#include "../quill/iotest.h"
-#include "../quill/testutil.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -13,6 +7,11 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "../quill/iotest.h"
+#include "../quill/testutil.h"
+#include "algebra/all.h"
+#include "quill/all.h"
 
 namespace {
 
@@ -160,7 +159,7 @@ TEST(MatrixTest, DimensionFailures) {
     expectErrors({
         {"+", [&] { a + b; }, DIM + "Matrix::operator+, 2 2, 2 3"},
         {"-", [&] { a - b; }, DIM + "Matrix::operator-, 2 2, 2 3"},
-        {"*", [&] { b * b; }, DIM + "Matrix::operator*, 2 3, 2 3"},
+        {"*", [&] { b* b; }, DIM + "Matrix::operator*, 2 3, 2 3"},
         {"+=", [&] { a += b; }, DIM + "Matrix::operator+=, 2 2, 2 3"},
         {"-= keeps its old name", [&] { a -= b; }, DIM + "Matrix::operator=, 2 2, 2 3"},
         {"*= Matrix", [&] { a *= row; }, DIM + "Matrix::operator*, 2 2, 1 2"},
@@ -188,7 +187,7 @@ TEST(MatrixTest, MatrixTimesVectorFailurePrintsFirst) {
     for (Case& c : cases) {
         SCOPED_TRACE(c.name);
         testing::internal::CaptureStdout();
-        std::string message = raisedText([&] { a * c.v; });
+        std::string message = raisedText([&] { a* c.v; });
         EXPECT_EQ("vector dimension different from matrix column number\n",
                   testing::internal::GetCapturedStdout());
         EXPECT_EQ(c.message, message);
@@ -506,8 +505,8 @@ TEST(SubMatrixTest, Failures) {
         {"= SubMatrix", [&] { block = strip; }, DIM + "SubMatrix::operator=, 2 2, 1 3"},
         {"+", [&] { block + strip; }, DIM + "SubMatrix::operator+, 2 2, 1 3"},
         {"Matrix +", [&] { Matrix(3, 3) + block; }, DIM + "SubMatrix::operator+, 2 2, 3 3"},
-        {"*", [&] { strip * block; }, DIM + "SubMatrix::operator*, 1 3, 2 2"},
-        {"* Matrix", [&] { block * Matrix(2, 2).transpose().subMatrix(0, 0, 1); },
+        {"*", [&] { strip* block; }, DIM + "SubMatrix::operator*, 1 3, 2 2"},
+        {"* Matrix", [&] { block* Matrix(2, 2).transpose().subMatrix(0, 0, 1); },
          DIM + "SubMatrix::operator*, 2 2, 1 2"},
         {"Matrix *", [&] { Matrix(2, 3) * block; }, DIM + "SubMatrix::operator*, 2 2, 2 3"},
     });

@@ -1,8 +1,5 @@
 // Tests of the factored solvers: Householder triangularisations, staircase, QR iterations,
 // Lyapunov and Riccati iterations.
-#include "algebra/algebra.h"
-#include "quill/intarray.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,6 +9,9 @@
 #include <sstream>
 #include <string>
 
+#include "algebra/algebra.h"
+#include "quill/intarray.h"
+
 namespace {
 
 Matrix randomMatrix(unsigned rows, unsigned cols, unsigned seed) {
@@ -19,24 +19,21 @@ Matrix randomMatrix(unsigned rows, unsigned cols, unsigned seed) {
     std::uniform_real_distribution<double> uniform(-1.0, 1.0);
     Matrix m(rows, cols);
     for (unsigned c = 0; c < cols; ++c)
-        for (unsigned r = 0; r < rows; ++r)
-            m(r, c) = uniform(engine);
+        for (unsigned r = 0; r < rows; ++r) m(r, c) = uniform(engine);
     return m;
 }
 
 double frobenius(const Matrix& m) {
     double s = 0.0;
     for (unsigned c = 0; c < m.columnNumber(); ++c)
-        for (unsigned r = 0; r < m.rowNumber(); ++r)
-            s += m(r, c) * m(r, c);
+        for (unsigned r = 0; r < m.rowNumber(); ++r) s += m(r, c) * m(r, c);
     return std::sqrt(s);
 }
 
 double belowDiagonal(const Matrix& m) {
     double s = 0.0;
     for (unsigned c = 0; c < m.columnNumber(); ++c)
-        for (unsigned r = c + 1; r < m.rowNumber(); ++r)
-            s += std::fabs(m(r, c));
+        for (unsigned r = c + 1; r < m.rowNumber(); ++r) s += std::fabs(m(r, c));
     return s;
 }
 
@@ -59,16 +56,14 @@ Matrix withEigenvalues(Algebra& algebra, const Vector& values, unsigned seed) {
 
 Vector spread(unsigned n, double low, double high) {
     Vector v(n);
-    for (unsigned i = 0; i < n; ++i)
-        v[i] = n == 1 ? low : low + (high - low) * i / (n - 1);
+    for (unsigned i = 0; i < n; ++i) v[i] = n == 1 ? low : low + (high - low) * i / (n - 1);
     return v;
 }
 
 double largestRealPart(Algebra& algebra, const Matrix& A) {
     Matrix values = algebra.computeEigenvalues(A);
     double top = -1e300;
-    for (unsigned i = 0; i < values.rowNumber(); ++i)
-        top = std::max(top, values(i, 0));
+    for (unsigned i = 0; i < values.rowNumber(); ++i) top = std::max(top, values(i, 0));
     return top;
 }
 
@@ -97,7 +92,9 @@ Algebra& numeric() {
 
 TEST(Solvers, TriangularizeGivesQRofTheMatrix) {
     Algebra& algebra = numeric();
-    struct Case { unsigned rows, cols; } cases[] = {{1, 1}, {3, 3}, {6, 3}, {3, 5}, {8, 8}};
+    struct Case {
+        unsigned rows, cols;
+    } cases[] = {{1, 1}, {3, 3}, {6, 3}, {3, 5}, {8, 8}};
     for (const Case& c : cases) {
         SCOPED_TRACE(text(c.rows) + "x" + text(c.cols));
         Matrix A = randomMatrix(c.rows, c.cols, c.rows * 10 + c.cols);
@@ -229,20 +226,20 @@ TEST(Solvers, TriangleGrowsAWideBasis) {
 
 TEST(Solvers, StaircaseFindsTheControllableOrder) {
     Algebra& algebra = numeric();
-    struct Case { unsigned controllable, uncontrollable, inputs; } cases[] = {
-        {3, 0, 1}, {2, 2, 1}, {4, 1, 2}, {1, 3, 1}, {5, 3, 3}};
+    struct Case {
+        unsigned controllable, uncontrollable, inputs;
+    } cases[] = {{3, 0, 1}, {2, 2, 1}, {4, 1, 2}, {1, 3, 1}, {5, 3, 3}};
     for (const Case& c : cases) {
         SCOPED_TRACE(text(c.controllable) + " " + text(c.uncontrollable) + " " + text(c.inputs));
         unsigned n = c.controllable + c.uncontrollable;
         Matrix block(n, n);
         block.setSubMatrix(0, 0, randomMatrix(c.controllable, c.controllable, n), c.controllable,
-                          c.controllable);
+                           c.controllable);
         if (c.uncontrollable > 0) {
             block.setSubMatrix(c.controllable, c.controllable,
-                               randomMatrix(c.uncontrollable, c.uncontrollable, n + 1),
-                               c.uncontrollable, c.uncontrollable);
-            block.setSubMatrix(0, c.controllable,
-                               randomMatrix(c.controllable, c.uncontrollable, n + 2),
+                               randomMatrix(c.uncontrollable, c.uncontrollable, n + 1), c.uncontrollable,
+                               c.uncontrollable);
+            block.setSubMatrix(0, c.controllable, randomMatrix(c.controllable, c.uncontrollable, n + 2),
                                c.controllable, c.uncontrollable);
         }
         Matrix Bc(n, c.inputs);
@@ -253,17 +250,14 @@ TEST(Solvers, StaircaseFindsTheControllableOrder) {
         IntArray indices;
         Matrix T = algebra.staircase(A, B, indices, 1e-10);
         int sum = 0;
-        for (unsigned i = 0; i < indices.size(); ++i)
-            sum += indices[i];
+        for (unsigned i = 0; i < indices.size(); ++i) sum += indices[i];
         EXPECT_EQ(int(c.controllable), sum);
         EXPECT_LT(frobenius(T * T.transpose() - identity(n)), 1e-12);
         EXPECT_LT(frobenius(T * A0 * T.transpose() - A), 1e-12);
         EXPECT_LT(frobenius(T * B0 - B), 1e-12);
         EXPECT_LT(frobenius(B.subMatrix(indices[0], 0, n - indices[0], c.inputs)), 1e-12);
         if (c.uncontrollable > 0) {
-            EXPECT_LT(frobenius(A.subMatrix(c.controllable, 0, c.uncontrollable,
-                                            c.controllable)),
-                      1e-10);
+            EXPECT_LT(frobenius(A.subMatrix(c.controllable, 0, c.uncontrollable, c.controllable)), 1e-10);
         }
     }
 }
@@ -271,15 +265,13 @@ TEST(Solvers, StaircaseFindsTheControllableOrder) {
 TEST(Solvers, StaircaseReportOfAChain) {
     Algebra& algebra = numeric();
     Matrix A(6, 6);
-    for (unsigned i = 0; i + 1 < 6; ++i)
-        A(i + 1, i) = 1.0;
+    for (unsigned i = 0; i + 1 < 6; ++i) A(i + 1, i) = 1.0;
     Matrix B(6, 1);
     B(0, 0) = 1.0;
     IntArray indices;
     algebra.staircase(A, B, indices, 1e-10, true);
     ASSERT_EQ(6u, indices.size());
-    for (unsigned i = 0; i < 6; ++i)
-        EXPECT_EQ(1, indices[i]);
+    for (unsigned i = 0; i < 6; ++i) EXPECT_EQ(1, indices[i]);
     std::string entry = "order: 1, norm:      0";
     EXPECT_EQ(entry + entry + entry + entry + "\n" + entry,
               std::string(Algebra::staircaseReport.asCharPointer()));
@@ -299,8 +291,7 @@ TEST(Solvers, QrIterationDiagonalisesASymmetricMatrix) {
             A0 = Matrix("[4 1 0 0 0;1 3 1 0 0;0 1 2 1 0;0 0 1 1 1;0 0 0 1 0]");
             Matrix E = A0;
             Matrix values = algebra.computeEigenvalues(E);
-            for (unsigned i = 0; i < n; ++i)
-                expected[i] = values(i, 0);
+            for (unsigned i = 0; i < n; ++i) expected[i] = values(i, 0);
             std::sort(expected.elements(), expected.elements() + n, std::greater<double>());
         }
         Matrix A = A0;

@@ -1,10 +1,4 @@
 // Vector and VectorCursor: arithmetic, orientation rules, failures, sub-vectors, printing and streams.
-#include "algebra/all.h"
-#include "quill/all.h"
-
-#include "../quill/iotest.h"
-#include "../quill/testutil.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,6 +7,11 @@
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "../quill/iotest.h"
+#include "../quill/testutil.h"
+#include "algebra/all.h"
+#include "quill/all.h"
 
 namespace {
 
@@ -119,9 +118,21 @@ TEST(VectorTest, ProductWithMatrix) {
     expectVector({22, 28, 0}, row({1, 2, 3}) * tall);  // the size of the left vector
     Matrix wide(2, 3);
     expectErrors({
-        {"more columns than rows", [&] { row({1, 2}) * wide; }, RANGE + "operator[](2)"},
-        {"column", [&] { column({1, 2}) * m; }, SIZE + "operator*, 2 2"},
-        {"size", [&] { row({1, 2, 3}) * m; }, SIZE + "operator*, 3 2"},
+        {"more columns than rows",
+         [&] {
+             row({1, 2}) * wide;
+         },
+         RANGE + "operator[](2)"},
+        {"column",
+         [&] {
+             column({1, 2}) * m;
+         },
+         SIZE + "operator*, 2 2"},
+        {"size",
+         [&] {
+             row({1, 2, 3}) * m;
+         },
+         SIZE + "operator*, 3 2"},
     });
 }
 
@@ -143,10 +154,10 @@ TEST(VectorTest, Failures) {
         {"min", [&] { a.min(b); }, SIZE + "min, 3 2"},
         {"set", [&] { a.set(b); }, SIZE + "set, 3 2"},
         {"compare", [&] { a.compare(b); }, SIZE + "compare, 3 2"},
-        {"column * column", [&] { a * a; }, SIZE + "operator*, 3 3"},
-        {"row * row", [&] { r * r; }, SIZE + "operator*, 3 3"},
-        {"column * row", [&] { a * r; }, SIZE + "operator*, 3 3"},
-        {"row * short column", [&] { r * b; }, SIZE + "operator*, 3 2"},
+        {"column * column", [&] { a* a; }, SIZE + "operator*, 3 3"},
+        {"row * row", [&] { r* r; }, SIZE + "operator*, 3 3"},
+        {"column * row", [&] { a* r; }, SIZE + "operator*, 3 3"},
+        {"row * short column", [&] { r* b; }, SIZE + "operator*, 3 2"},
     });
     expectVector({1, 2, 3}, a);
     EXPECT_NE("no error", raisedText([&] { a.compare(Matrix()); }));
@@ -177,12 +188,17 @@ TEST(VectorTest, SubVectors) {
         {"nothing left", [&] { v.subVector(1, -4); }, "start - length < sz"},
         {"too long", [&] { v.subVector(3, 3); }, "start + length <= sz"},
         {"empty vector", [&] { Vector(0u).subVector(0); }, "start < sz"},
-        {"wrong source size", [&] { w.setSubVector(column({1, 2}), 0, 3); }, "length == vector.size()"},
+        {"wrong source size",
+         [&] {
+             w.setSubVector(column({1, 2}), 0, 3);
+         },
+         "length == vector.size()"},
     };
     for (Case& c : cases) {
         SCOPED_TRACE(c.name);
         std::string text = raisedText(c.action);
-        std::string start = std::string("[ASSERTFLD] Assertion failed \"") + c.condition + "\" in File Vector: Line ";
+        std::string start =
+            std::string("[ASSERTFLD] Assertion failed \"") + c.condition + "\" in File Vector: Line ";
         EXPECT_EQ(start, text.substr(0, start.size()));
     }
 }
