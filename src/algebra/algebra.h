@@ -32,6 +32,8 @@ bool setFastMode(int value);
 typedef int (*WorkspaceLookup)(const char* name, Matrix& result);
 extern WorkspaceLookup workspaceMatrixLookup;
 
+class CMatrix;
+
 class Algebra : public Object {
     DECLARE_MEMBERS(Algebra)
 public:
@@ -51,6 +53,7 @@ public:
     int schurDecomposition(Matrix& Q, Matrix& A, Matrix& values, bool wantVectors, bool sorted);
     // Singular values of A (overwritten), min(m, n) of them; U, VT set when wanted.
     Vector svd(Matrix& A, Matrix& U, Matrix& VT, bool wantVectors);
+    Vector svd(CMatrix& A, CMatrix& U, CMatrix& VT, bool wantVectors);  // cmatrix.cpp
     // Solution X of A X = B; A and B are left as they are.
     Matrix solve(const Matrix& A, const Matrix& B);
 
@@ -90,6 +93,10 @@ public:
     // Returns the rank.
     double triangle(Matrix& M, unsigned basisNumber, bool quiet = false, bool printSingular = true,
                     double threshold = 1e-26, bool zeroFill = false);
+    // triangle with trace lines of its completion and back substitution; no code calls it,
+    // it serves when hunting a fault.
+    double triangleF(Matrix& M, unsigned basisNumber, bool quiet = false, bool printSingular = true,
+                     double threshold = 1e-26, bool zeroFill = false);
     // Controllability staircase: A := T A T', B := T B, T returned; the block sizes go to
     // indices, their sum being the order of the controllable part. With print, the report of
     // the levels is written into staircaseReport.
@@ -135,6 +142,8 @@ public:
     bool readFromFile(Object*& object, const char* className, const char* fileName);
 
 private:
+    double pivotedTriangle(Matrix& M, unsigned basisNumber, bool quiet, bool printSingular, double threshold,
+                           bool zeroFill, bool trace);
     std::int32_t reserved;  // always zero
 };
 

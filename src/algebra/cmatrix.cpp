@@ -192,8 +192,9 @@ CMatrix operator*(double x, const CMatrix& m) { return m * x; }
 
 // --- Singular values ---
 
-Vector CMatrix::svd(CMatrix& A, CMatrix& U, CMatrix& VT, bool wantVectors) {
-    unsigned m = A.rows, n = A.cols;
+// The complex singular value decomposition, through ZGESDD.
+Vector Algebra::svd(CMatrix& A, CMatrix& U, CMatrix& VT, bool wantVectors) {
+    unsigned m = A.rowNumber(), n = A.columnNumber();
     Vector s(m < n ? m : n);
     if (wantVectors) {
         U = CMatrix(m, m);

@@ -53,8 +53,6 @@ public:
 
     // ZGESDD on A (overwritten): min(m, n) singular values, descending; U (m x m) and
     // VT (n x n) with A = U S VT when wanted.
-    using Algebra::svd;
-    Vector svd(CMatrix& A, CMatrix& U, CMatrix& VT, bool wantVectors);
     // The singular values of this matrix, and the largest of them (0 for an empty matrix).
     Vector singularValues() const;
     double maxSingularValue() const;

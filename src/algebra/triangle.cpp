@@ -13,7 +13,8 @@ namespace {
 
 // Solves the upper triangular rows 0..count-1 of columns 0..count-1 against every column from
 // first on, in place; rows from count to last-1 of those columns are taken as already known.
-void backSubstitute(Matrix& M, unsigned count, unsigned last, unsigned first) {
+// With trace set, each solved element is written as it is found.
+void backSubstitute(Matrix& M, unsigned count, unsigned last, unsigned first, bool trace = false) {
     unsigned rows = M.rowNumber();
     double* a = M.elements();
     for (unsigned c = first; c < M.columnNumber(); ++c) {
@@ -22,6 +23,10 @@ void backSubstitute(Matrix& M, unsigned count, unsigned last, unsigned first) {
             double s = x[i];
             for (unsigned k = i + 1; k < last; ++k) s -= a[k * rows + i] * x[k];
             x[i] = s / a[i * rows + i];
+            if (trace) {
+                std::cout << "j h " << i << " " << c << std::endl;
+                std::cout << "Ab(j,i) " << x[i] << std::endl;
+            }
         }
     }
 }
@@ -60,6 +65,17 @@ double Algebra::triangularize(Matrix& M, unsigned columns, bool backSolve, bool 
 
 double Algebra::triangle(Matrix& M, unsigned basisNumber, bool quiet, bool printSingular, double threshold,
                          bool zeroFill) {
+    return pivotedTriangle(M, basisNumber, quiet, printSingular, threshold, zeroFill, false);
+}
+
+// triangle with the trace lines that serve when hunting a fault in it.
+double Algebra::triangleF(Matrix& M, unsigned basisNumber, bool quiet, bool printSingular, double threshold,
+                          bool zeroFill) {
+    return pivotedTriangle(M, basisNumber, quiet, printSingular, threshold, zeroFill, true);
+}
+
+double Algebra::pivotedTriangle(Matrix& M, unsigned basisNumber, bool quiet, bool printSingular,
+                                double threshold, bool zeroFill, bool trace) {
     unsigned n = M.rowNumber(), given = M.columnNumber();
     QASSERT(basisNumber <= given);
     Matrix W = householder::sideBySide(M, Matrix::diagonal(n, 1.0));
@@ -76,8 +92,15 @@ double Algebra::triangle(Matrix& M, unsigned basisNumber, bool quiet, bool print
         else
             randomRow(W, r, basisNumber);
     }
-    backSubstitute(W, rank, basisNumber, basisNumber);
+    if (trace) {
+        std::cout << "Ab inside triangleF,after cleaning" << std::endl;
+        W.printOn(std::cout);
+        std::cout << std::endl;
+    }
+    backSubstitute(W, rank, basisNumber, basisNumber, trace);
+    if (trace) std::cout << "USCITI" << std::endl;
     for (unsigned k = rank; k-- > 0;) householder::swapRows(W, k, pivots[k], basisNumber);
+    if (trace) std::cout << "USCITI 2" << std::endl;
 
     if (rank == basisNumber && !quiet && rank > 0) {
         std::cout << "conditioning of the solution = " << W(0, 0) / W(rank - 1, rank - 1) << std::endl;

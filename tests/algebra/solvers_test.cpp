@@ -162,6 +162,24 @@ TEST(Solvers, TriangleSolvesAFullRankSystem) {
               out);
 }
 
+// The fault-hunting variant computes the same and only adds its trace lines.
+TEST(Solvers, TriangleFTracesTheSameSolution) {
+    Algebra& algebra = numeric();
+    Matrix A("[2 1;1 3]"), M = A, MF = A;
+    testing::internal::CaptureStdout();
+    double rank = algebra.triangle(M, 2, true, false, zeroSquaredTolerance, false);
+    std::string plain = testing::internal::GetCapturedStdout();
+    testing::internal::CaptureStdout();
+    double rankF = algebra.triangleF(MF, 2, true, false, zeroSquaredTolerance, false);
+    std::string traced = testing::internal::GetCapturedStdout();
+    EXPECT_EQ(rank, rankF);
+    EXPECT_EQ(frobenius(M - MF), 0.0);
+    EXPECT_EQ(plain, "");
+    for (const char* line :
+         {"Ab inside triangleF,after cleaning\n", "j h 1 2\n", "Ab(j,i) ", "USCITI\n", "USCITI 2\n"})
+        EXPECT_NE(traced.find(line), std::string::npos) << line;
+}
+
 TEST(Solvers, TriangleFindsTheRequestedRank) {
     Algebra& algebra = numeric();
     for (unsigned rank = 1; rank <= 5; ++rank) {
