@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <ostream>
 
+#include "quill/indent.h"
+
 namespace {
 
 const double PRINT_ZERO = 1e-10;
@@ -19,6 +21,7 @@ void printTable(std::ostream& os, const double* data, unsigned rows, unsigned co
     os << " [" << settings.separator;
     char cell[512];
     for (unsigned r = 0; r < rows; ++r) {
+        writeIndentation(os);
         for (unsigned c = 0; c < cols; ++c) {
             double x = data[size_t(c) * rows + r];
             if (std::fabs(x) < PRINT_ZERO) x = 0.0;
@@ -28,6 +31,7 @@ void printTable(std::ostream& os, const double* data, unsigned rows, unsigned co
         if (r + 1 < rows) os << ";";
         os << settings.separator;
     }
+    writeIndentation(os);
     os << "]";
     settings.reset();
 }

@@ -17,8 +17,9 @@ struct PrintSettings {
     }
 };
 
-// Writes " [", the separator, then each row of the column-major table with
-// ";" behind all rows but the last, then "]". Elements below 1e-10 in
+// Writes " [", the separator, then each row of the column-major table, after
+// the stream's indentation, with ";" behind all rows but the last, then the
+// indentation and "]". Elements below 1e-10 in
 // absolute value print as 0. Resets the settings afterwards.
 void printTable(std::ostream& os, const double* data, unsigned rows, unsigned cols, PrintSettings& settings);
 

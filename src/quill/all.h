@@ -13,6 +13,7 @@
 #include "quill/dictnary.h"
 #include "quill/filename.h"
 #include "quill/filestrm.h"
+#include "quill/indent.h"
 #include "quill/heap.h"
 #include "quill/identdct.h"
 #include "quill/identset.h"

@@ -12,6 +12,7 @@
 #include "../quill/testutil.h"
 #include "algebra/all.h"
 #include "quill/all.h"
+#include "quill/indent.h"
 
 namespace {
 
@@ -349,6 +350,15 @@ TEST(MatrixTest, PrintFormats) {
     EXPECT_EQ(" [\n]", printed(Matrix(0, 0)));
     EXPECT_EQ(" [\n]", printed(Matrix(0, 3)));
     EXPECT_EQ(" [\n\n]", printed(Matrix(1, 0)));
+
+    // Nested in an indented print, every line starts with the stream's indentation.
+    std::ostringstream nested;
+    {
+        IndentScope scope(nested);
+        a.printOn(nested);
+    }
+    EXPECT_EQ(" [\n            1           2;\n            3           4\n  ]", nested.str());
+    EXPECT_EQ(indentLevel(nested), 0);
 
     Matrix::setLineSeparator(" |");
     EXPECT_EQ(" [ |          1           2; |          3           4 |]", printed(a));
