@@ -4,6 +4,7 @@
 #include <pthread.h>
 #include <signal.h>
 
+#include "quill/cback.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
 #include "quill/startup.h"
@@ -65,3 +66,17 @@ void removeSignalHandlers() {
 }
 
 void resetAbortSignal() { setAction(SIGABRT, SIG_DFL); }
+
+Object& libraryObject() {
+    static Object* library = new Object;
+    return *library;
+}
+
+void unhandledException(int number, const char* process, const char* text) {
+    String message;
+    formatString(message, "{ Unhandled exception %d for process %s }\n\t", number, process ? process : "");
+    message += text ? text : "";
+    CallData data(message.asCharPointer());
+    libraryObject().cbackOn(AbortErrorCback, &data);
+    reportError(SEV_FATAL, message.asCharPointer());
+}

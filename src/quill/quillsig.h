@@ -12,4 +12,14 @@ void resetAbortSignal();
 // The name a handler reports for sig, or null for a signal it does not handle.
 const char* signalName(int sig);
 
+class Object;
+// The library's own object, on which process-wide events such as
+// AbortErrorCback are raised.
+Object& libraryObject();
+// For a host that reports the unhandled exceptions of a process by number:
+// raises AbortErrorCback on the library object with the text
+// "{ Unhandled exception <number> for process <process> }\n\t" and text, then
+// reports that text at FATAL.
+void unhandledException(int number, const char* process, const char* text);
+
 #endif

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "quill/cback.h"
 #include "quill/qclass.h"
 #include "quill/quillerr.h"
 #include "quill/quillsig.h"
@@ -371,6 +372,19 @@ TEST(SignalTest, AFaultInOwnCodeBecomesAnError) {
     EXPECT_EQ(raisedText([&] { *nowhere = 1; }), "[SYSERR] System Signal (Segment Violation): ");
     EXPECT_EQ(raisedText([&] { zero = 1 / zero; }), "[SYSERR] System Signal (Floating Exception): ");
     removeSignalHandlers();
+}
+
+std::string abortHeard;
+void hearAbort(Cback& cb) { abortHeard = cb.callData->asCharPointer(); }
+
+TEST(SignalTest, AnUnhandledExceptionIsRaisedThenReported) {
+    libraryObject().addCback(AbortErrorCback, hearAbort);
+    testing::internal::CaptureStderr();
+    unhandledException(5, "tarn", "disk gone");
+    std::string report = testing::internal::GetCapturedStderr();
+    libraryObject().removeCback(AbortErrorCback, hearAbort);
+    EXPECT_EQ(abortHeard, "{ Unhandled exception 5 for process tarn }\n\tdisk gone");
+    EXPECT_EQ(report, "\nFATAL { Unhandled exception 5 for process tarn }\n\tdisk gone\n");
 }
 
 TEST(SignalTest, unhandledSignalsHaveNoName) {
