@@ -25,10 +25,10 @@ const uint32_t FREED = 0xAAAAAAAAu;
 const int MAX_TRACKED = 20000;
 
 unsigned long inUse = 0;
-bool tracking = false;
-bool overflowed = false;
-void* tracked[MAX_TRACKED];
-int trackedCount = 0;
+bool trackPointers = false;
+bool bufferOverflowed = false;
+void* pointerBuffer[MAX_TRACKED];
+int pointerCount = 0;
 
 uint32_t headWord(const void* p) {
     uint32_t w;
@@ -66,20 +66,20 @@ void unlock() {
 }
 
 void track(void* p) {
-    if (!tracking) return;
-    if (trackedCount >= MAX_TRACKED) {
-        overflowed = true;
-        tracking = false;
+    if (!trackPointers) return;
+    if (pointerCount >= MAX_TRACKED) {
+        bufferOverflowed = true;
+        trackPointers = false;
         std::cerr << "Allocated Pointer Buffer overflow" << std::endl;
         return;
     }
-    tracked[trackedCount++] = p;
+    pointerBuffer[pointerCount++] = p;
 }
 
 void untrack(void* p) {
-    for (int i = trackedCount - 1; i >= 0; --i)
-        if (tracked[i] == p) {
-            tracked[i] = tracked[--trackedCount];
+    for (int i = pointerCount - 1; i >= 0; --i)
+        if (pointerBuffer[i] == p) {
+            pointerBuffer[i] = pointerBuffer[--pointerCount];
             return;
         }
 }
@@ -166,17 +166,17 @@ size_t objectSize(const void* p) {
 unsigned long bytesInUse() { return inUse; }
 
 void setTrackPointers(bool on) {
-    tracking = on;
-    if (on) overflowed = false;
+    trackPointers = on;
+    if (on) bufferOverflowed = false;
 }
 
-bool pointerOverflow() { return overflowed; }
+bool pointerOverflow() { return bufferOverflowed; }
 
 void listTrackedPointers() {
-    int shown = trackedCount < 300 ? trackedCount : 300;
+    int shown = pointerCount < 300 ? pointerCount : 300;
     for (int i = 0; i < shown; ++i) {
-        const Object* ob = static_cast<const Object*>(tracked[i]);
-        const char* text = validObject(ob) ? ob->className() : formatText("%p", tracked[i]);
+        const Object* ob = static_cast<const Object*>(pointerBuffer[i]);
+        const char* text = validObject(ob) ? ob->className() : formatText("%p", pointerBuffer[i]);
         std::cout << "Object " << i << " " << text << std::endl;
     }
 }

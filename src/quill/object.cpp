@@ -120,6 +120,7 @@ Object::~Object() noexcept(false) {
 }
 
 void Object::checkContents(const char*) const {}
+Object* Object::lookupHook(void*) const { return nil; }
 Class* Object::isA() const { return &class_Object; }
 bool Object::isEqual(const Object& ob) const { return this == &ob; }
 

@@ -48,6 +48,8 @@ public:
     virtual void storer(BinOstream& os) const;
 
     virtual void checkContents(const char* functionName) const;
+    // A look-up entry kept for hosts that extend objects; answers nil.
+    virtual Object* lookupHook(void* key) const;
     virtual Class* isA() const;
     virtual bool isEqual(const Object& ob) const;
     virtual int compare(const Object& ob) const;

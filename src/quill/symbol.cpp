@@ -16,35 +16,35 @@ namespace {
 
 const unsigned SYMBOL_TABLE_CAPACITY = 200;
 
-Set* currentTable = 0;
-Set* defaultTable = 0;
+Set* currentSymbolTable = 0;
+Set* defaultSymbolTable = 0;
 
 }  // namespace
 
 Set& symbolTable() {
-    if (!defaultTable) {
-        defaultTable = new Set(SYMBOL_TABLE_CAPACITY);
-        currentTable = defaultTable;
+    if (!defaultSymbolTable) {
+        defaultSymbolTable = new Set(SYMBOL_TABLE_CAPACITY);
+        currentSymbolTable = defaultSymbolTable;
     }
-    return *currentTable;
+    return *currentSymbolTable;
 }
 
 Set* setSymbolTable(Set* table) {
     Set* former = &symbolTable();
-    currentTable = table;
+    currentSymbolTable = table;
     return former;
 }
 
 void resetSymbolTable() {
     symbolTable();
-    currentTable = defaultTable;
+    currentSymbolTable = defaultSymbolTable;
 }
 
 void deleteSymbolTable() {
-    if (!defaultTable) return;
-    defaultTable->deleteContents();
-    delete defaultTable;
-    defaultTable = currentTable = 0;
+    if (!defaultSymbolTable) return;
+    defaultSymbolTable->deleteContents();
+    delete defaultSymbolTable;
+    defaultSymbolTable = currentSymbolTable = 0;
 }
 
 String* addToSymbolTable(String* s) { return CAST(String, symbolTable().add(*s)); }
