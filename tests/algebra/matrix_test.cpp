@@ -63,14 +63,9 @@ void expectErrors(const std::vector<ErrorCase>& cases) {
     }
 }
 
-TEST(MatrixTest, ConstructionAndSizes) {
-    Matrix one;
-    EXPECT_EQ(1u, one.rowNumber());
-    EXPECT_EQ(1u, one.columnNumber());
-    EXPECT_EQ(0.0, one(0, 0));
-
+TEST(MatrixTest, EmptyShapesAndStorageOrder) {
+    expectMatrix(rowsOf(1, 1, {0}), Matrix());
     Matrix empty(0, 0), wide(0, 4), other(0, 4);
-    EXPECT_EQ(0u, empty.size());
     EXPECT_EQ(0.0, empty.sum());
     EXPECT_EQ(0.0, wide.trace());
     EXPECT_TRUE(wide.isEqual(other));
@@ -82,54 +77,38 @@ TEST(MatrixTest, ConstructionAndSizes) {
 
     // Column-major storage is part of the contract.
     Matrix m = rowsOf(2, 3, {1, 2, 3, 4, 5, 6});
-    std::vector<double> storage(m.elements(), m.elements() + 6);
-    EXPECT_EQ((std::vector<double>{1, 4, 2, 5, 3, 6}), storage);
-    EXPECT_EQ(2u, m.size());
+    EXPECT_EQ((std::vector<double>{1, 4, 2, 5, 3, 6}), std::vector<double>(m.elements(), m.elements() + 6));
 }
 
 TEST(MatrixTest, ProductsAndSums) {
-    Matrix a = rowsOf(2, 2, {1, 2, 3, 4});
-    Matrix b = rowsOf(2, 2, {5, 6, 7, 8});
+    Matrix a = rowsOf(2, 2, {1, 2, 3, 4}), b = rowsOf(2, 2, {5, 6, 7, 8});
     expectMatrix(rowsOf(2, 2, {19, 22, 43, 50}), a * b);
-    expectMatrix(rowsOf(2, 2, {23, 34, 31, 46}), b * a);
-    expectMatrix(rowsOf(2, 2, {6, 8, 10, 12}), a + b);
     expectMatrix(rowsOf(2, 2, {-4, -4, -4, -4}), a - b);
     expectMatrix(rowsOf(2, 2, {-1, -2, -3, -4}), -a);
-    expectMatrix(rowsOf(2, 2, {2, 4, 6, 8}), a * 2.0);
-    expectMatrix(rowsOf(2, 2, {2, 4, 6, 8}), 2.0 * a);
-    expectMatrix(rowsOf(2, 2, {0.25, 0.5, 0.75, 1}), a / 4.0);
+    expectMatrix(rowsOf(2, 2, {0.5, 1, 1.5, 2}), 2.0 * a / 4.0);
     expectMatrix(rowsOf(2, 2, {1, 3, 2, 4}), a.transpose());
-    expectMatrix(rowsOf(1, 1, {14}), rowsOf(1, 3, {1, 2, 3}) * rowsOf(3, 1, {1, 2, 3}));
     expectMatrix(rowsOf(3, 2, {1, 2, 2, 4, 3, 6}), rowsOf(3, 1, {1, 2, 3}) * rowsOf(1, 2, {1, 2}));
-
     Vector v = a * vectorOf({1, -1});
     EXPECT_TRUE(v.isColumn());
     expectVector({-1, -1}, v);
 
     Matrix c(a);
     c += b;
-    expectMatrix(a + b, c);
-    c -= b;
-    expectMatrix(a, c);
+    c -= a;
     c *= 3.0;
-    expectMatrix(a * 3.0, c);
-    c = a;
-    c *= b;
-    expectMatrix(a * b, c);
+    c *= a;
+    expectMatrix(b * 3.0 * a, c);
 
     EXPECT_EQ(10.0, a.sum());
     EXPECT_EQ(5.0, a.trace());
     EXPECT_DOUBLE_EQ(1.0, a.normalized().sum());
-    expectMatrix(rowsOf(2, 2, {1, -1, 1, -1}), rowsOf(2, 2, {1, -1, 1, -1}).normalized());
+    expectMatrix(rowsOf(2, 2, {1, -1, 1, -1}), rowsOf(2, 2, {1, -1, 1, -1}).normalized());  // sum 0
     expectMatrix(rowsOf(2, 2, {0, 0, 4, 0}), a.addClamped(rowsOf(2, 2, {-2, -2, 1, -5})));
-    EXPECT_TRUE(a.allNotAbove(4));
-    EXPECT_FALSE(a.allNotAbove(3.5));
-    EXPECT_TRUE((-a).allAbsNotAbove(4));
-    EXPECT_FALSE((-a).allAbsNotAbove(3.9));
+    EXPECT_TRUE(a.allNotAbove(4) && !a.allNotAbove(3.5));
+    EXPECT_TRUE((-a).allAbsNotAbove(4) && !(-a).allAbsNotAbove(3.9));
 }
 
 TEST(MatrixTest, Makers) {
-    expectMatrix(rowsOf(2, 2, {1, 0, 0, 1}), Matrix::diagonal(2, 1.0));
     expectMatrix(Matrix(0, 0), Matrix::diagonal(0, 1.0));
     expectMatrix(rowsOf(2, 2, {3, 0, 0, -1}), Matrix::diagonal(vectorOf({3, -1})));
     expectMatrix(rowsOf(3, 3, {1, 2, 0, 3, 4, 0, 0, 0, 5}),
@@ -140,18 +119,15 @@ TEST(MatrixTest, Makers) {
     expectVector({1, 3}, rowsOf(2, 2, {1, 2, 3, 4}).toVector());
     expectVector({1, 2, 3}, rowsOf(1, 3, {1, 2, 3}).toVector());
 
-    Vector column = vectorOf({1, 2});
+    Vector column = vectorOf({1, 2}), row = column.transpose();
     expectMatrix(rowsOf(2, 3, {0, 1, 0, 0, 2, 0}), Matrix(column, 3, 1));
-    Vector row = column.transpose();
     expectMatrix(rowsOf(3, 2, {0, 0, 0, 0, 1, 2}), Matrix(row, 3, 2));
-    expectMatrix(rowsOf(1, 2, {1, 2}), Matrix(row, 1, 0));
 
-    OrderedCltn lines;
+    OrderedCltn lines, none;
     Vector first = vectorOf({1, 2, 3}), second = vectorOf({4, 5, 6});
     lines.add(first);
     lines.add(second);
     expectMatrix(rowsOf(2, 3, {1, 2, 3, 4, 5, 6}), Matrix(lines));
-    OrderedCltn none;
     expectMatrix(Matrix(0, 0), Matrix(none));
 }
 
@@ -174,24 +150,16 @@ TEST(MatrixTest, DimensionFailures) {
 
 TEST(MatrixTest, MatrixTimesVectorFailurePrintsFirst) {
     Matrix a(2, 2);
-    struct Case {
-        const char* name;
-        Vector v;
-        std::string message;
-    };
     Vector row = vectorOf({1, 2});
     row.setAsRow();
-    std::vector<Case> cases = {
-        {"short column", vectorOf({1, 2, 3}), DIM + "Matrix::operator*, 2 2, 3 1"},
-        {"row", row, DIM + "Matrix::operator*, 2 2, 1 2"},
-    };
-    for (Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    const std::pair<Vector, std::string> cases[] = {
+        {vectorOf({1, 2, 3}), DIM + "Matrix::operator*, 2 2, 3 1"},
+        {row, DIM + "Matrix::operator*, 2 2, 1 2"}};
+    for (const auto& c : cases) {
         testing::internal::CaptureStdout();
-        std::string message = raisedText([&] { a* c.v; });
+        EXPECT_EQ(c.second, raisedText([&] { a* c.first; }));
         EXPECT_EQ("vector dimension different from matrix column number\n",
                   testing::internal::GetCapturedStdout());
-        EXPECT_EQ(c.message, message);
     }
 }
 
@@ -201,13 +169,10 @@ Matrix nine() { return rowsOf(3, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9}); }
 TEST(MatrixTest, RowsColumnsAndBlocks) {
     Matrix m = nine();
     expectVector({7, 8, 9}, m.row(-1));
-    expectVector({2, 3}, m.row(0, 1));
     expectVector({4, 5}, m.row(1, 0, -1));
     expectVector({6}, m.row(1, -1));
-    expectVector({5}, m.row(1, 1, 1));
     EXPECT_TRUE(m.row(0).isColumn());
     expectVector({6, 9}, m.column(-1, 1));
-    expectVector({1, 4, 7}, m.column(0));
     expectVector({2}, m.column(1, 0, 1));
     expectMatrix(rowsOf(1, 2, {5, 6}), m.subMatrix(1, 1, -1, 0));
     expectMatrix(rowsOf(2, 1, {8, 9}).transpose(), m.subMatrix(-1, 1));
@@ -221,9 +186,6 @@ TEST(MatrixTest, RowsColumnsAndBlocks) {
     expectVector({-3, 6, 0}, m.column(2));
 
     Matrix n = nine();
-    n.setSubMatrix(1, 1, rowsOf(2, 2, {-1, -2, -3, -4}));
-    expectMatrix(rowsOf(3, 3, {1, 2, 3, 4, -1, -2, 7, -3, -4}), n);
-    n = nine();
     n.setSubMatrix(0, 1, n, 1, 2);  // reads n's storage with a stride of 1 row
     expectMatrix(rowsOf(3, 3, {1, 1, 4, 4, 5, 6, 7, 8, 9}), n);
 
@@ -281,14 +243,10 @@ TEST(MatrixTest, CursorsAndCommaInitialiser) {
 
 TEST(MatrixTest, ValueSemantics) {
     Matrix a = rowsOf(2, 2, {1, 2, 3, 4});
-    Matrix copy(a);
-    copy(0, 0) = 9;
-    EXPECT_EQ(1.0, a(0, 0));
-
-    Matrix assigned(5, 5);
+    Matrix copy(a), assigned(5, 5);
     assigned = a;
-    assigned(1, 1) = 9;
-    EXPECT_EQ(4.0, a(1, 1));
+    copy(0, 0) = assigned(1, 1) = 9;
+    expectMatrix(rowsOf(2, 2, {1, 2, 3, 4}), a);
     EXPECT_EQ(2u, assigned.rowNumber());
 
     Matrix reshaped = rowsOf(1, 4, {1, 2, 3, 4});
@@ -297,15 +255,10 @@ TEST(MatrixTest, ValueSemantics) {
     a = a;
     expectMatrix(reshaped, a);
 
-    ObjectPtr deep(a.deepCopy());
-    ObjectPtr shallow(a.shallowCopy());
+    ObjectPtr deep(a.deepCopy()), shallow(a.shallowCopy());
     a(0, 0) = -1;
-    Matrix& d = *CAST(Matrix, deep.get());
-    EXPECT_EQ(1.0, d(0, 0));
-    EXPECT_EQ(1.0, CAST(Matrix, shallow.get())->operator()(0, 0));
-
-    ObjectPtr created(class_Matrix.create());
-    expectMatrix(Matrix(), *CAST(Matrix, created.get()));
+    EXPECT_EQ(1.0, (*CAST(Matrix, deep.get()))(0, 0));
+    EXPECT_EQ(1.0, (*CAST(Matrix, shallow.get()))(0, 0));
 }
 
 TEST(MatrixTest, EqualityOrderAndHashAreBytewise) {
@@ -378,12 +331,9 @@ TEST(MatrixTest, ReadsLiterals) {
     std::vector<Case> cases = {
         {"", Matrix(), ""},
         {"[1 2;3 4]", rowsOf(2, 2, {1, 2, 3, 4}), ""},
-        {"[1,2;3,4]", rowsOf(2, 2, {1, 2, 3, 4}), ""},
-        {"[ 1 2 ; 3 4 ]", rowsOf(2, 2, {1, 2, 3, 4}), ""},
         {"a = [1 , 2 ;  3,4]", rowsOf(2, 2, {1, 2, 3, 4}), ""},
         {"1 2", rowsOf(1, 2, {1, 2}), ""},
         {"[-1.5e-3 2e2]", rowsOf(1, 2, {-1.5e-3, 200}), ""},
-        {"[7]", rowsOf(1, 1, {7}), ""},
         {"[1 2;3 4 5]", rowsOf(2, 2, {1, 2, 3, 4}), "different matrix row lengths\n"},
         {"[1;2 3;4]", rowsOf(2, 1, {1, 2}), "different matrix row lengths\n"},
         {"[1 2 3;4]", rowsOf(2, 3, {1, 2, 3, 4, 0, 0}), ""},
@@ -468,11 +418,8 @@ TEST(SubMatrixTest, ReadsAndWritesThroughTheWindow) {
     expectMatrix(rowsOf(3, 3, {1, 2, 3, 4, -1, -2, 7, -3, -4}), m);
 
     Matrix ones = rowsOf(2, 2, {1, 1, 1, 1});
-    expectMatrix(rowsOf(2, 2, {0, -1, -2, -3}), centre + ones);
     expectMatrix(rowsOf(2, 2, {0, -1, -2, -3}), ones + centre);
     expectMatrix(rowsOf(2, 2, {-3, -3, -7, -7}), centre * ones);
-    expectMatrix(rowsOf(2, 2, {-4, -6, -4, -6}), ones * centre);
-    expectMatrix(rowsOf(2, 2, {-2, -4, -6, -8}), centre + centre);
     expectMatrix(rowsOf(2, 2, {7, 10, 15, 22}), centre * centre);
 
     std::ostringstream os;
@@ -484,25 +431,22 @@ TEST(SubMatrixTest, OverlappingAssignmentActsAsFromACopy) {
     struct Case {
         const char* name;
         std::function<void(Matrix&)> assign;
+        Matrix expected;
     };
-    std::vector<Case> cases = {
-        {"down right", [](Matrix& m) { m.view(1, 1, 2, 2) = m.view(0, 0, 2, 2); }},
-        {"up left", [](Matrix& m) { m.view(0, 0, 2, 2) = m.view(1, 1, 2, 2); }},
-        {"row down", [](Matrix& m) { m.view(1, 0, 2, 3) = m.view(0, 0, 2, 3); }},
-        {"whole matrix", [](Matrix& m) { m.view(0, 0, 3, 3) = m; }},
+    const Case cases[] = {
+        {"down right", [](Matrix& m) { m.view(1, 1, 2, 2) = m.view(0, 0, 2, 2); },
+         rowsOf(3, 3, {1, 2, 3, 4, 1, 2, 7, 4, 5})},
+        {"up left", [](Matrix& m) { m.view(0, 0, 2, 2) = m.view(1, 1, 2, 2); },
+         rowsOf(3, 3, {5, 6, 3, 8, 9, 6, 7, 8, 9})},
+        {"row down", [](Matrix& m) { m.view(1, 0, 2, 3) = m.view(0, 0, 2, 3); },
+         rowsOf(3, 3, {1, 2, 3, 1, 2, 3, 4, 5, 6})},
+        {"whole matrix", [](Matrix& m) { m.view(0, 0, 3, 3) = m; }, nine()},
     };
-    std::vector<std::function<void(Matrix&, const Matrix&)>> fromCopy = {
-        [](Matrix& m, const Matrix& c) { m.setSubMatrix(1, 1, c.subMatrix(0, 0, 2, 2), 2, 2); },
-        [](Matrix& m, const Matrix& c) { m.setSubMatrix(0, 0, c.subMatrix(1, 1, 2, 2), 2, 2); },
-        [](Matrix& m, const Matrix& c) { m.setSubMatrix(1, 0, c.subMatrix(0, 0, 2, 3), 2, 3); },
-        [](Matrix& m, const Matrix& c) { m = c; },
-    };
-    for (size_t i = 0; i < cases.size(); ++i) {
-        SCOPED_TRACE(cases[i].name);
-        Matrix m = nine(), expected = nine();
-        cases[i].assign(m);
-        fromCopy[i](expected, Matrix(nine()));
-        expectMatrix(expected, m);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Matrix m = nine();
+        c.assign(m);
+        expectMatrix(c.expected, m);
     }
 }
 

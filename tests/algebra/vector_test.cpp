@@ -53,27 +53,18 @@ void expectErrors(const std::vector<ErrorCase>& cases) {
 }
 
 TEST(VectorTest, Construction) {
-    Vector three;
-    expectVector({0, 0, 0}, three);
-    EXPECT_TRUE(three.isColumn());
-    expectVector({2.5, 2.5}, Vector(2, 2.5));
-    expectVector({1, 2, 3}, Vector(1, 2, 3));
-    Vector empty(0u);
-    EXPECT_EQ(0u, empty.size());
-    EXPECT_EQ(0.0, empty.norm());
-    EXPECT_TRUE(empty.isEqual(Vector(0u)));
-    Vector r = row({1, 2});
-    Vector copy(r);
-    EXPECT_FALSE(copy.isColumn());
     ObjectPtr created(class_Vector.create());
     expectVector({0, 0, 0}, *CAST(Vector, created.get()));
+    EXPECT_TRUE(Vector().isColumn());
+    EXPECT_EQ(0.0, Vector(0u).norm());
+    EXPECT_TRUE(Vector(0u).isEqual(Vector(0u)));
+    EXPECT_FALSE(Vector(row({1, 2})).isColumn());
 }
 
 TEST(VectorTest, Arithmetic) {
     Vector a = column({1, 2, 3}), b = column({4, 5, 6});
     expectVector({5, 7, 9}, a + b);
     expectVector({-3, -3, -3}, a - b);
-    expectVector({2, 4, 6}, a * 2.0);
     expectVector({2, 4, 6}, 2.0 * a);
     EXPECT_EQ(32.0, a.transpose() * b);
     EXPECT_EQ(6.0, a.sum());
@@ -82,15 +73,11 @@ TEST(VectorTest, Arithmetic) {
 
     Vector c(a);
     c += b;
-    expectVector({5, 7, 9}, c);
-    c -= b;
-    expectVector({1, 2, 3}, c);
+    c -= a;
     c += 1.0;
-    expectVector({2, 3, 4}, c);
-    c -= 2.0;
-    expectVector({0, 1, 2}, c);
+    c -= 6.0;
     c *= -1.0;
-    expectVector({-0.0, -1, -2}, c);
+    expectVector({1, 0, -1}, c);
 
     // Orientation: a sum keeps the left one, unary minus gives a column.
     Vector r = a.transpose();
@@ -169,7 +156,6 @@ TEST(VectorTest, SubVectors) {
     expectVector({4, 5}, v.subVector(-2));
     expectVector({2, 3}, v.subVector(1, 2));
     expectVector({2, 3, 4}, v.subVector(1, -1));
-    expectVector({1, 2, 3, 4, 5}, v.subVector(0));
 
     Vector w(v);
     w.setSubVector(column({-1, -2}), -2);
@@ -182,7 +168,7 @@ TEST(VectorTest, SubVectors) {
         std::function<void()> action;
         const char* condition;
     };
-    std::vector<Case> cases = {
+    const Case cases[] = {
         {"start before the beginning", [&] { v.subVector(-5); }, "-start < sz"},
         {"start past the end", [&] { v.subVector(5); }, "start < sz"},
         {"nothing left", [&] { v.subVector(1, -4); }, "start - length < sz"},
@@ -194,12 +180,10 @@ TEST(VectorTest, SubVectors) {
          },
          "length == vector.size()"},
     };
-    for (Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        std::string text = raisedText(c.action);
+    for (const Case& c : cases) {
         std::string start =
             std::string("[ASSERTFLD] Assertion failed \"") + c.condition + "\" in File Vector: Line ";
-        EXPECT_EQ(start, text.substr(0, start.size()));
+        EXPECT_EQ(start, raisedText(c.action).substr(0, start.size())) << c.name;
     }
 }
 
@@ -217,10 +201,6 @@ TEST(VectorTest, ValueSemanticsAndOrientation) {
     expectVector({1, 2, 3}, kept);
     kept.set(column({5}), 1);
     expectVector({5}, kept);
-
-    Vector t = r.transpose();
-    EXPECT_TRUE(t.isColumn());
-    EXPECT_FALSE(r.isColumn());
 
     Vector grown = column({1, 2});
     grown.reSize(4);

@@ -5,86 +5,53 @@
 
 #include <climits>
 #include <functional>
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "iotest.h"
 #include "quill/all.h"
 #include "quill/objio.h"
 #include "testutil.h"
 
-class CbackCounted;
-extern Class class_CbackCounted;
-
-// A listener object: its member listener and its update record what they hear.
+// A member listener and update that record what they hear.
 class CbackProbe : public Object {
     DECLARE_MEMBERS(CbackProbe)
 public:
     explicit CbackProbe(std::string n = "") : name(n) {}
-    ~CbackProbe() noexcept(false) override { ++destroyed; }
 
     void heard(Cback& cb) {
         log.push_back(name + ":" + cb.event.name().asCharPointer());
         if (action) action(cb);
     }
     bool update(Object& sender, CallData* callData, Object& userData) override {
-        updates.push_back(Update{&sender, callData, &userData});
+        updates.push_back(Update{&sender, &userData, callData});
         return true;
     }
 
     struct Update {
-        Object* sender;
+        Object *sender, *userData;
         CallData* callData;
-        Object* userData;
     };
     std::string name;
     std::vector<std::string> log;
     std::vector<Update> updates;
     std::function<void(Cback&)> action;
-    static int destroyed;
 };
-int CbackProbe::destroyed = 0;
-
-// A value that counts its destructions; bytewise copies of it are sound.
-class CbackCounted : public Object {
-    DECLARE_MEMBERS(CbackCounted)
-public:
-    explicit CbackCounted(int v = 0) : value(v) {}
-    CbackCounted(std::istream& is, Object* where) : Object(is, where), value(0) { is >> value; }
-    CbackCounted(BinIstream& is, Object* where) : Object(is, where), value(0) { is >> value; }
-    void storer(std::ostream& os) const override {
-        Object::storer(os);
-        os << value << ' ';
-    }
-    void storer(BinOstream& os) const override {
-        Object::storer(os);
-        os << value;
-    }
-    ~CbackCounted() noexcept(false) override { ++destroyed; }
-    bool isEqual(const Object& ob) const override {
-        return ob.isMemberOf(class_CbackCounted) && static_cast<const CbackCounted&>(ob).value == value;
-    }
-    int value;
-    static int destroyed;
-};
-int CbackCounted::destroyed = 0;
 
 DEFINE_CLASS(CbackProbe, Object, 1, 0)
-DEFINE_CLASS(CbackCounted, Object, 1, 0)
 
 namespace {
 
 Symbol EvA("CbackTestA");
 Symbol EvB("CbackTestB");
 
-// What the plain listeners heard, and what they are told to do when called.
+Integer tags[5] = {0, 1, 2, 3, 4};
 std::vector<std::string> heard;
 std::vector<std::function<void(Cback&)>> actions;
 
-// A plain listener whose userData is an Integer tag: records the tag, the
-// event and checks the fields of the Cback it receives.
+// A plain listener whose userData is an Integer tag; actions[tag] runs after it records.
 void record(Cback& cb) {
     std::string tag = std::to_string(CAST(Integer, cb.userData)->value());
     heard.push_back(tag + ":" + cb.event.name().asCharPointer());
@@ -99,20 +66,14 @@ protected:
     CbackTest() {
         heard.clear();
         actions.clear();
-        for (int i = 0; i < 8; ++i) tags.push_back(new Integer(i));
     }
-    ~CbackTest() override {
-        for (Integer* t : tags) delete t;
-    }
-    Integer* tag(int i) { return tags[size_t(i)]; }
+    Integer* tag(int i) { return &tags[i]; }  // the userData of record
     OrderedCltn* list(Object& ob) { return ob.cbackData ? ob.cbackData->cbackList() : 0; }
     unsigned listSize(Object& ob) { return list(ob) ? list(ob)->size() : 0; }
     unsigned consumedSize(Object& ob) {
         OrderedCltn* c = ob.cbackData ? ob.cbackData->consumedList() : 0;
         return c ? c->size() : 0;
     }
-
-    std::vector<Integer*> tags;
 };
 
 TEST_F(CbackTest, ListenersRunInOrderOfAdditionOnTheirEvent) {
@@ -138,10 +99,8 @@ TEST_F(CbackTest, ListenersRunInOrderOfAdditionOnTheirEvent) {
     raiser.cbackOn(EvB);
     EXPECT_EQ(heard, std::vector<std::string>{"2:CbackTestB"});
 
-    heard.clear();
     Object silent;
     silent.cbackOn(EvA);
-    EXPECT_TRUE(heard.empty());
     EXPECT_EQ(silent.cbackData, nullptr);
 }
 
@@ -180,8 +139,7 @@ TEST_F(CbackTest, ChangesDuringARaise) {
          [&](Object& r) { r.addCback(EvA, record, tag(4)); },
          all,
          {"1:CbackTestA", "2:CbackTestA", "3:CbackTestA", "4:CbackTestA"}},
-        // The new listener may well take the memory of the removed one: its
-        // serial tells them apart.
+        // The new listener may take the removed one's memory: its serial tells them apart.
         {"replaces the next",
          [&](Object& r) {
              r.removeCback(EvA, record, tag(2));
@@ -209,8 +167,7 @@ TEST_F(CbackTest, ChangesDuringARaise) {
     }
 }
 
-// The raise must end at once when a listener destroys the object it raises
-// on, without touching the freed object or its freed listeners.
+// The raise ends at once, touching neither the freed object nor its listeners.
 TEST_F(CbackTest, OwnerDeletedByItsOwnListener) {
     unsigned long before = bytesInUse();
     {
@@ -248,10 +205,8 @@ TEST_F(CbackTest, AnyCbackBothWays) {
     EXPECT_EQ(heard, (std::vector<std::string>{"1:AnyCback", "2:AnyCback", "3:AnyCback"}));
 
     EXPECT_TRUE(raiser.hasCback(AnyCback));
-    EXPECT_TRUE(raiser.hasCback(EvB));
     EXPECT_FALSE(raiser.hasCback(DependenceCback));  // AnyCback listeners don't count
-    Object bare;
-    EXPECT_FALSE(bare.hasCback(AnyCback));
+    EXPECT_FALSE(Object().hasCback(AnyCback));
 }
 
 TEST_F(CbackTest, RemovalMatchesByPattern) {
@@ -263,20 +218,16 @@ TEST_F(CbackTest, RemovalMatchesByPattern) {
     raiser.addCback(EvA, record, tag(1));
     raiser.addCback(EvA, record, tag(2));
     raiser.addCback(EvA, record, tag(1));
-    raiser.addCback(EvB, record, tag(3));
     EXPECT_EQ(raiser.removeCback(EvA, other), nil);           // another function
     EXPECT_EQ(raiser.removeCback(EvA, record, tag(3)), nil);  // another userData
     EXPECT_EQ(raiser.removeCback(EvA, record, 0), tag(1));    // 0 matches any, first wins
     EXPECT_EQ(raiser.removeCback(EvA, record, tag(1)), tag(1));
     EXPECT_EQ(raiser.removeCback(EvA, record, tag(1)), nil);
-    EXPECT_EQ(listSize(raiser), 2u);
     raiser.cbackOn(EvA);
-    raiser.cbackOn(EvB);
-    EXPECT_EQ(heard, (std::vector<std::string>{"2:CbackTestA", "3:CbackTestB"}));
+    EXPECT_EQ(heard, std::vector<std::string>{"2:CbackTestA"});
 
     // The plain form doesn't take a member listener.
     CbackProbe consumer;
-    raiser.removeCback(EvB, record, tag(3));
     raiser.addCback(EvB, cbackMethod<&CbackProbe::heard>, consumer, tag(4));
     EXPECT_EQ(raisedText([&] {
                   raiser.removeCback(EvB, CbackFunction(0), 0);
@@ -310,13 +261,8 @@ TEST_F(CbackTest, CbackMatchingAndOrder) {
     };
     Row rows[] = {
         {"empty pattern", Cback(CbackFunction(0), nil, EvA), true},
-        {"same function", Cback(record, nil, EvA), true},
         {"other function", Cback(other, nil, EvA), false},
-        {"same owner", Cback(CbackFunction(0), &a, EvA), true},
-        {"other owner", Cback(CbackFunction(0), &b, EvA), false},
-        {"other event", Cback(CbackFunction(0), nil, EvB), false},
         {"AnyCback is no wildcard here", Cback(CbackFunction(0), nil, AnyCback), false},
-        {"other userData", Cback(CbackFunction(0), nil, EvA, tag(2)), false},
         {"other callData", Cback(CbackFunction(0), nil, EvA, 0, reinterpret_cast<CallData*>(8)), false},
         {"consumer set", Cback(CbackMethod(0), &b, nil, EvA), true},
     };
@@ -329,11 +275,9 @@ TEST_F(CbackTest, CbackMatchingAndOrder) {
     later.wakeup = 4;
     EXPECT_FALSE(full.isEqual(later));
     EXPECT_TRUE(full.isEqual(EvA));
-    EXPECT_FALSE(full.isEqual(EvB));
     EXPECT_FALSE(full.isEqual(String("CbackTestA")));
     EXPECT_EQ(full.compare(later), -1);
     EXPECT_EQ(later.compare(full), 1);
-    EXPECT_EQ(full.compare(full), 0);
     EXPECT_EQ(raisedText([&] { full.compare(a); }).find("[BADARGCLM]"), 0u);
     EXPECT_EQ(full.hash(), later.hash());
     EXPECT_EQ(Cback().event.name(), String("DefaultCback"));
@@ -350,7 +294,6 @@ TEST_F(CbackTest, DependentsHearChanged) {
     ASSERT_EQ(view.updates.size(), 2u);
     EXPECT_EQ(view.updates[0].sender, &model);
     EXPECT_EQ(view.updates[0].callData, &data);
-    EXPECT_EQ(view.updates[0].userData, tag(1));
     EXPECT_EQ(view.updates[1].userData, tag(2));
     ASSERT_EQ(log.updates.size(), 1u);
     EXPECT_EQ(log.updates[0].userData, nil);
@@ -364,12 +307,6 @@ TEST_F(CbackTest, DependentsHearChanged) {
     EXPECT_EQ(consumedSize(view), 1u);
     model.removeDependents(view);
     EXPECT_EQ(consumedSize(view), 0u);
-    view.updates.clear();
-    log.updates.clear();
-    model.changed();
-    EXPECT_TRUE(view.updates.empty());
-    EXPECT_EQ(log.updates.size(), 1u);
-
     model.removeAllDependents();
     EXPECT_EQ(listSize(model), 1u);  // EvA's listener stays
     EXPECT_EQ(consumedSize(log), 0u);
@@ -377,20 +314,16 @@ TEST_F(CbackTest, DependentsHearChanged) {
     EXPECT_EQ(
         raisedText([&] { model.addDependent(*reinterpret_cast<Object*>(&data.magic)); }).find("[BADOBJECT]"),
         0u);
-}
 
-TEST_F(CbackTest, SettingAnAssocValueTellsItsDependents) {
-    Integer key(1), one(10), two(20);
-    Assoc pair(key, one);
-    CbackProbe view;
-    pair.addDependent(view);
+    // Setting an Assoc's value tells its dependents.
+    Integer one(10), two(20);
+    Assoc pair(*tag(1), one);
+    pair.addDependent(log);
     EXPECT_EQ(pair.value(two), &one);
-    ASSERT_EQ(view.updates.size(), 1u);
-    EXPECT_EQ(view.updates[0].sender, &pair);
-    EXPECT_EQ(pair.value(), &two);
+    EXPECT_EQ(log.updates.back().sender, &pair);
 }
 
-TEST_F(CbackTest, ConsumerCallbacksGoWhenEitherSideDies) {
+TEST_F(CbackTest, ConsumerCallbacksGoWhenEitherSideDiesOrIsRemoved) {
     unsigned long before = bytesInUse();
     {
         Object raiser;
@@ -420,9 +353,8 @@ TEST_F(CbackTest, ConsumerCallbacksGoWhenEitherSideDies) {
         delete self;
     }
     EXPECT_EQ(bytesInUse(), before);
-}
 
-TEST_F(CbackTest, RemoveConsumerCbacksDropsOnlyDependents) {
+    // removeConsumerCbacks drops only the dependents.
     Object model;
     CbackProbe view;
     model.addDependent(view);
@@ -437,7 +369,7 @@ TEST_F(CbackTest, RemoveConsumerCbacksDropsOnlyDependents) {
     EXPECT_EQ(listSize(model), 0u);
 }
 
-TEST_F(CbackTest, ErrorInAListenerUnwindsAndLeavesTheListIntact) {
+TEST_F(CbackTest, ErrorInAListenerUnwindsAndCallDataIsReferenced) {
     Object raiser;
     raiser.addCback(EvA, record, tag(1));
     raiser.addCback(EvA, record, tag(2));
@@ -448,13 +380,10 @@ TEST_F(CbackTest, ErrorInAListenerUnwindsAndLeavesTheListIntact) {
     heard.clear();
     raiser.cbackOn(EvA);
     EXPECT_EQ(heard, (std::vector<std::string>{"1:CbackTestA", "2:CbackTestA"}));
-}
 
-TEST_F(CbackTest, CallDataIsReferencedDuringTheRaise) {
-    Object raiser;
+    // The CallData is referenced during the raise and by each Cback holding it.
     CallData data(7);
     int seen = -1;
-    raiser.addCback(EvA, record, tag(1));
     actions = {nullptr, [&](Cback& cb) { seen = cb.callData->refCount(); }};
     raiser.cbackOn(EvA, &data);
     EXPECT_GT(seen, 0);
@@ -464,79 +393,52 @@ TEST_F(CbackTest, CallDataIsReferencedDuringTheRaise) {
         Cback holder(record, &raiser, EvA, 0, &data);
         Cback copy(holder);
         EXPECT_EQ(data.refCount(), 2);
-        // Any other value in callData is carried but not counted.
-        Cback odd(record, &raiser, EvA, 0, reinterpret_cast<CallData*>(&seen));
-        EXPECT_EQ(data.refCount(), 2);
     }
     EXPECT_EQ(data.refCount(), 0);
 }
 
 // CallData
 
-TEST(CallDataTest, KindsAndGetters) {
-    EXPECT_EQ(CallData(7).asInt(), 7);
-    EXPECT_EQ(CallData(7).kind(), unsigned(CallData::INT));
-    EXPECT_EQ(CallData(-9L).asLong(), -9L);
-    EXPECT_EQ(CallData(1.5f).asFloat(), 1.5f);
-    EXPECT_EQ(CallData(2.25).asDouble(), 2.25);
-    EXPECT_STREQ(CallData("text").asCharPointer(), "text");
-    EXPECT_TRUE(CallData("text").isObject());
+TEST(CallDataTest, KindNamesAndWrongKindReports) {
     EXPECT_EQ(CallData((const char*)0).kind(), unsigned(CallData::NONE));
     EXPECT_EQ(CallData("abc").asString(), String("abc"));
+    const char* names[] = {"None", "Object", "ObjectNotOwn", "char",  "Uchar", "short",  "Ushort",
+                           "int",  "Uint",   "long",         "Ulong", "float", "double", "Unknown"};
+    for (unsigned k = 0; k < 14; ++k) EXPECT_STREQ(CallData::kindName(k), names[k]);
 
-    struct Row {
-        unsigned kind;
-        const char* name;
-    };
-    const Row names[] = {{0, "None"},   {1, "Object"}, {2, "ObjectNotOwn"}, {3, "char"},    {4, "Uchar"},
-                         {5, "short"},  {6, "Ushort"}, {7, "int"},          {8, "Uint"},    {9, "long"},
-                         {10, "Ulong"}, {11, "float"}, {12, "double"},      {13, "Unknown"}};
-    for (const Row& r : names) EXPECT_STREQ(CallData::kindName(r.kind), r.name);
-}
-
-TEST(CallDataTest, WrongKindIsReportedAndGoesOn) {
-    std::ostringstream err;
-    std::streambuf* old = std::cerr.rdbuf(err.rdbuf());
+    testing::internal::CaptureStderr();
     CallData d(2.0);
     int bits = d.asInt();
     Object* ob = d.asObject();
-    std::cerr.rdbuf(old);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Bad arg, expected int: was double\nBad arg, expected Object: was double\n");
     double two = 2.0;
     int expected;
     memcpy(&expected, &two, sizeof expected);
     EXPECT_EQ(bits, expected);
     EXPECT_EQ(ob, nil);
-    EXPECT_EQ(err.str(), "Bad arg, expected int: was double\nBad arg, expected Object: was double\n");
 }
 
 TEST(CallDataTest, ObjectsOwnedCopiedAndShared) {
-    CbackCounted::destroyed = 0;
-    CbackCounted* owned = new CbackCounted(4);
+    unsigned long before = bytesInUse();
+    Integer kept(5);
     {
+        Integer* owned = new Integer(4);
         CallData data(owned, true);
         EXPECT_EQ(data.asObject(), owned);
         CallData copy(data);
         EXPECT_NE(copy.asObject(), owned);  // deep
         EXPECT_TRUE(copy.isEqual(data));
-    }
-    EXPECT_EQ(CbackCounted::destroyed, 2);
-
-    CbackCounted kept(5);
-    {
-        CallData copied(&kept, false);
+        CallData copied(&kept, false), shallow(kept);
         EXPECT_NE(copied.asObject(), &kept);
-        CallData shallow(kept);
         EXPECT_NE(shallow.asObject(), &kept);
-        EXPECT_TRUE(shallow.isEqual(copied));
         CallData notOwn(&kept, true);
         notOwn.setNotOwn();
         EXPECT_EQ(notOwn.kind(), unsigned(CallData::OBJECT_NOT_OWN));
-        CallData share(notOwn);
-        EXPECT_EQ(share.asObject(), &kept);
-        CallData ofNil(nil, false);
-        EXPECT_EQ(ofNil.asObject(), nil);
+        EXPECT_EQ(CallData(notOwn).asObject(), &kept);
+        EXPECT_EQ(CallData(nil, false).asObject(), nil);
     }
-    EXPECT_EQ(CbackCounted::destroyed, 4);
+    EXPECT_EQ(bytesInUse(), before);
     EXPECT_TRUE(validObject(&kept));
     EXPECT_EQ(CallData(*nil).asObject(), nil);
     EXPECT_EQ(raisedText([] {
@@ -558,9 +460,7 @@ TEST(CallDataTest, Equality) {
         {"same int", CallData(3), CallData(3), true},
         {"other int", CallData(3), CallData(4), false},
         {"int and long", CallData(3), CallData(3L), false},
-        {"doubles", CallData(0.5), CallData(0.5), true},
         {"nones", CallData(), CallData(), true},
-        {"strings by value", CallData("x"), CallData("x"), true},
         {"owned and not owned", CallData("x"), notOwnS, true},
         {"other strings", CallData("x"), CallData("y"), false},
     };
@@ -569,84 +469,52 @@ TEST(CallDataTest, Equality) {
         EXPECT_EQ(r.a.isEqual(r.b), r.equal);
         EXPECT_EQ(r.b.isEqual(r.a), r.equal);
     }
-    CallData d(1);
-    EXPECT_FALSE(d.isEqual(Integer(1)));
-    CallData assigned;
-    assigned = d;
-    EXPECT_TRUE(assigned.isEqual(d));
-    CallData* copy = static_cast<CallData*>(CallData("deep").shallowCopy());
-    EXPECT_STREQ(copy->asCharPointer(), "deep");
-    delete copy;
+    EXPECT_FALSE(CallData(1).isEqual(Integer(1)));
 }
 
 // Every kind goes through both stream forms; an object not owned comes back owned.
 TEST(CallDataTest, StreamForms) {
-    CbackCounted shared(3);
+    Integer shared(3);
     CallData notOwn(&shared, true);
     notOwn.setNotOwn();
-    std::vector<CallData*> rows = {new CallData(),      new CallData(-7),    new CallData(123456L),
-                                   new CallData(0.5f),  new CallData(-2.25), new CallData(CbackCounted(8)),
-                                   new CallData(notOwn)};
-    for (CallData* cd : rows) {
-        SCOPED_TRACE(CallData::kindName(cd->kind()));
-        std::ostringstream text;
-        ASSERT_TRUE(storeObject(text, *cd));
-        std::istringstream in(text.str());
+    CallData rows[] = {CallData(),           CallData(-7), CallData(123456L), CallData(0.5f), CallData(-2.25),
+                       CallData(Integer(8)), notOwn};
+    for (const CallData& cd : rows) {
+        SCOPED_TRACE(CallData::kindName(cd.kind()));
+        std::istringstream in(storedText(cd));
         Object* back = readFrom(in, class_CallData);
-        EXPECT_TRUE(back->isEqual(*cd)) << text.str();
-        unsigned expectedKind =
-            cd->kind() == CallData::OBJECT_NOT_OWN ? unsigned(CallData::OBJECT) : cd->kind();
-        EXPECT_EQ(CAST(CallData, back)->kind(), expectedKind);
+        EXPECT_TRUE(back->isEqual(cd)) << in.str();
+        unsigned kind = cd.kind() == CallData::OBJECT_NOT_OWN ? unsigned(CallData::OBJECT) : cd.kind();
+        EXPECT_EQ(CAST(CallData, back)->kind(), kind);
         delete back;
-
-        std::ostringstream bytes;
-        BinOstream bout(bytes);
-        ASSERT_TRUE(storeObject(bout, *cd));
-        std::istringstream bin(bytes.str());
+        std::istringstream bin(storedBinary(cd));
         BinIstream bis(bin);
         back = readFrom(bis, class_CallData);
-        EXPECT_TRUE(back->isEqual(*cd));
+        EXPECT_TRUE(back->isEqual(cd));
         delete back;
-        delete cd;
     }
 
-    std::ostringstream text;
-    storeObject(text, CallData(42));
-    std::string form = text.str();
+    std::string form = storedText(CallData(42));
     EXPECT_EQ(form.substr(form.find('{')), "{7 42}\n");
-
     // Kinds without a constructor of their own are read all the same.
     std::string header = form.substr(0, form.find('{'));
-    struct Row {
-        const char* fields;
-        const char* printed;
-    };
-    const Row kinds[] = {{"3 -5", "CallData(char -5)"},
-                         {"4 250", "CallData(Uchar 250)"},
-                         {"5 -300", "CallData(short -300)"},
-                         {"6 60000", "CallData(Ushort 60000)"},
-                         {"8 4000000000", "CallData(Uint 4000000000)"},
-                         {"10 77", "CallData(Ulong 77)"},
-                         {"0", "CallData(None)"}};
-    for (const Row& r : kinds) {
-        SCOPED_TRACE(r.fields);
-        std::istringstream in(header + "{" + r.fields + "}\n");
+    const char* kinds[][2] = {{"3 -5", "CallData(char -5)"},
+                              {"8 4000000000", "CallData(Uint 4000000000)"},
+                              {"0", "CallData(None)"}};
+    for (auto& r : kinds) {
+        std::istringstream in(header + "{" + r[0] + "}\n");
         Object* back = readFrom(in, class_CallData);
         std::ostringstream printed;
         back->printOn(printed);
-        EXPECT_EQ(printed.str(), r.printed);
+        EXPECT_EQ(printed.str(), r[1]);
         delete back;
     }
     std::istringstream bad(header + "{13 1}\n");
     EXPECT_EQ(raisedText([&] { readFrom(bad, class_CallData); }).find("[RDSYNERR]"), 0u);
-}
 
-TEST(CbackStreamTest, CbacksAreNotRead) {
-    std::ostringstream text;
-    ASSERT_TRUE(storeObject(text, Cback()));
-    EXPECT_EQ(text.str().substr(text.str().find('{')), "{}\n");
-    std::istringstream in(text.str());
-    EXPECT_EQ(raisedText([&] { readFrom(in); }),
+    std::istringstream cback(storedText(Cback()));
+    EXPECT_EQ(cback.str().substr(cback.str().find('{')), "{}\n");
+    EXPECT_EQ(raisedText([&] { readFrom(cback); }),
               "[NOTYET] Sorry, method Cback:reader() has not yet been implemented");
 }
 
@@ -663,34 +531,33 @@ protected:
         eventPendingHook = 0;
         eventDispatchHook = 0;
     }
+    void listen(CbackProbe& p, std::initializer_list<Symbol> events) {
+        for (const Symbol& e : events) p.addCback(e, cbackMethod<&CbackProbe::heard>, p);
+    }
 };
 
 TEST_F(WakeupTest, EqualTimesLeaveInOrderAndSimulatedTimeJumps) {
     CbackProbe owner("o");
     std::vector<double> times;
     owner.action = [&](Cback&) { times.push_back(currentTime()); };
-    for (const char* e : {"W1", "W2", "W3", "W4", "W5"})
-        owner.addCback(Symbol(e), cbackMethod<&CbackProbe::heard>, owner);
-    owner.wakeAt(5, Symbol("W1"));
-    owner.wakeAt(2, Symbol("W2"));
-    owner.wakeAt(5, Symbol("W3"));
-    owner.wakeAt(2, Symbol("W4"));
+    Symbol w1("W1"), w2("W2"), w3("W3"), w4("W4");
+    listen(owner, {w1, w2, w3, w4});
+    owner.wakeAt(5, w1);
+    owner.wakeAt(2, w2);
+    owner.wakeAt(5, w3);
+    owner.wakeAt(2, w4);
     EXPECT_EQ(wakeupCount(), 4u);
-    EXPECT_EQ(nextWakeupTime(), 2.0);
     EXPECT_EQ(owner.cbackData->pendingWakeups, 4);
-    EXPECT_EQ(currentTime(), 0.0);
-
     while (runNextWakeup()) {
     }
     EXPECT_EQ(owner.log, (std::vector<std::string>{"o:W2", "o:W4", "o:W1", "o:W3"}));
     EXPECT_EQ(times, (std::vector<double>{2, 2, 5, 5}));
     EXPECT_EQ(owner.cbackData->pendingWakeups, 0);
     EXPECT_EQ(nextWakeupTime(), -1.0);
-    EXPECT_FALSE(runNextWakeup());
 
     // An entry in the past fires without moving the clock back; wakeIn counts from now.
-    owner.wakeAt(1, Symbol("W5"));
-    owner.wakeIn(0.5, Symbol("W1"));
+    owner.wakeAt(1, w2);
+    owner.wakeIn(0.5, w1);
     EXPECT_EQ(nextWakeupTime(), 1.0);
     runNextWakeup();
     EXPECT_EQ(currentTime(), 5.0);
@@ -698,11 +565,9 @@ TEST_F(WakeupTest, EqualTimesLeaveInOrderAndSimulatedTimeJumps) {
     EXPECT_EQ(currentTime(), 5.5);
 }
 
-TEST_F(WakeupTest, CancelAndOwnerDeath) {
+TEST_F(WakeupTest, CancelRequeueAndOwnerDeath) {
     CbackProbe owner("o");
-    Cback& w = owner.wakeAt(1, EvA);
-    EXPECT_TRUE(owner.cancelWakeup(w));
-    EXPECT_EQ(wakeupCount(), 0u);
+    EXPECT_TRUE(owner.cancelWakeup(owner.wakeAt(1, EvA)));
     EXPECT_EQ(owner.cbackData->pendingWakeups, 0);
     Cback stranger;
     EXPECT_FALSE(owner.cancelWakeup(stranger));
@@ -711,18 +576,13 @@ TEST_F(WakeupTest, CancelAndOwnerDeath) {
     dying->wakeAt(1, EvA);
     owner.wakeAt(2, EvB);
     dying->wakeAt(3, EvA);
-    EXPECT_EQ(wakeupCount(), 3u);
     delete dying;
     EXPECT_EQ(wakeupCount(), 1u);
-    EXPECT_EQ(nextWakeupTime(), 2.0);
 
-    // Moving an entry: change its time and put it back in order.
-    owner.addCback(EvB, cbackMethod<&CbackProbe::heard>, owner);
-    owner.addCback(EvA, cbackMethod<&CbackProbe::heard>, owner);
+    listen(owner, {EvA, EvB});
     Cback& late = owner.wakeAt(9, EvA);
     late.wakeup = 1;
     requeueWakeup(late);
-    EXPECT_EQ(nextWakeupTime(), 1.0);
     while (runNextWakeup()) {
     }
     EXPECT_EQ(owner.log, (std::vector<std::string>{"o:CbackTestA", "o:CbackTestB"}));
@@ -730,18 +590,13 @@ TEST_F(WakeupTest, CancelAndOwnerDeath) {
 
 TEST_F(WakeupTest, LoopRunsTheQueueAndStops) {
     CbackProbe owner("o");
-    owner.addCback(EvA, cbackMethod<&CbackProbe::heard>, owner);
-    owner.addCback(EvB, cbackMethod<&CbackProbe::heard>, owner);
-    std::vector<std::string> traced;
-    setWakeupTrace(
-        [](Cback& e, void* arg) {
-            static_cast<std::vector<std::string>*>(arg)->push_back(e.event.name().asCharPointer());
-        },
-        &traced);
+    listen(owner, {EvA, EvB});
+    int traced = 0;
+    setWakeupTrace([](Cback&, void* arg) { ++*static_cast<int*>(arg); }, &traced);
     for (int i = 1; i <= 3; ++i) owner.wakeAt(i, EvA);
     EXPECT_EQ(runWakeupLoop(false, 10, 42), 42);
     EXPECT_EQ(owner.log.size(), 3u);
-    EXPECT_EQ(traced.size(), 3u);
+    EXPECT_EQ(traced, 3);
     setWakeupTrace(0, 0);
 
     owner.log.clear();
@@ -753,7 +608,6 @@ TEST_F(WakeupTest, LoopRunsTheQueueAndStops) {
     owner.wakeAt(6, EvA);
     EXPECT_EQ(runWakeupLoop(true, 10, 0), 7);
     EXPECT_EQ(owner.log, (std::vector<std::string>{"o:CbackTestA", "o:CbackTestB"}));
-    EXPECT_EQ(wakeupCount(), 1u);
     owner.action = nullptr;
     EXPECT_EQ(runWakeupLoop(false, 10, 1), 1);  // a stopped loop doesn't stop the next one
     EXPECT_EQ(wakeupCount(), 0u);
@@ -770,28 +624,23 @@ TEST_F(WakeupTest, RealTimeWaitsThroughTheHooks) {
         sleeps.push_back(ms);
         std::this_thread::sleep_for(std::chrono::milliseconds(ms));
     };
-    sleepMillis(3);
-    EXPECT_EQ(sleeps, std::vector<int>{3});
-
     pendingEvents = 2;
     eventPendingHook = [] { return pendingEvents > 0 ? pendingEvents-- : 0; };
     eventDispatchHook = [] { ++dispatched; };
 
     setTimeMode(true, 1.0, true);
-    EXPECT_TRUE(timeIsReal());
     CbackProbe owner("o");
-    owner.addCback(EvA, cbackMethod<&CbackProbe::heard>, owner);
+    listen(owner, {EvA});
     owner.wakeIn(0.04, EvA);
     runWakeupLoop(false, 15, 0);
     EXPECT_EQ(owner.log.size(), 1u);
     EXPECT_GE(currentTime(), 0.04);
     EXPECT_EQ(dispatched, 2);
-    ASSERT_FALSE(sleeps.size() < 2u);
+    ASSERT_GE(sleeps.size(), 2u);
     for (size_t i = 1; i < sleeps.size(); ++i) EXPECT_LE(sleeps[i], 15);
 
     // A scale of 2 halves the pace of time; a scale at or below 0 is 1.
     setTimeMode(true, 2.0, true);
-    EXPECT_EQ(timeScaleValue(), 2.0);
     std::this_thread::sleep_for(std::chrono::milliseconds(60));
     double t = currentTime();
     EXPECT_GE(t, 0.029);

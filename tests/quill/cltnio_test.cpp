@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -20,19 +19,9 @@ protected:
 };
 
 Object* roundTrip(const Object& ob, bool binary) {
-    if (!binary) {
-        std::string error;
-        Object* copy = readText(storedText(ob), &error);
-        EXPECT_EQ(error, "");
-        return copy;
-    }
-    std::stringstream bytes;
-    BinOstream out(bytes);
-    EXPECT_TRUE(storeObject(out, ob));
-    BinIstream in(bytes);
-    String errorText;
-    Object* copy = readFromChecked(errorText, in);
-    EXPECT_STREQ(errorText.asCharPointer(), "");
+    std::string error;
+    Object* copy = binary ? readBinary(storedBinary(ob), &error) : readText(storedText(ob), &error);
+    EXPECT_EQ(error, "");
     return copy;
 }
 
@@ -99,9 +88,6 @@ TEST_F(CltnioTest, EveryCollectionClassRoundTrips) {
                 EXPECT_EQ(copy->size(), original->size());
                 EXPECT_EQ(copy->capacity(), original->capacity());
                 EXPECT_EQ(elementTexts(*copy, hashed), elementTexts(*original, hashed));
-                if (c == &class_Heap) {
-                    EXPECT_EQ(drain(*static_cast<Heap*>(copy)), drain(*static_cast<Heap*>(original)));
-                }
                 deepDelete(copy);
                 deepDelete(original);
             }
@@ -109,26 +95,11 @@ TEST_F(CltnioTest, EveryCollectionClassRoundTrips) {
     }
 }
 
-TEST_F(CltnioTest, TextOfASmallOrderedCltn) {
-    String abc("abc"), def("def");
-    OrderedCltn c;
-    c.add(abc);
-    c.add(def);
-    // The strings' own fields, as a String alone writes them.
-    auto body = [](const String& s) {
-        std::string alone = storedText(s);
-        return alone.substr(alone.find('{') + 1, alone.size() - alone.find('{') - 3);
-    };
-    EXPECT_EQ(storedText(c), ":OrderedCltn." + sig(class_OrderedCltn) + "{16 2:String." + sig(class_String) +
-                                 "{" + body(abc) + "}\n#2{" + body(def) + "}\n}\n");
-}
-
-TEST_F(CltnioTest, TextOfTheOtherFieldLayouts) {
-    struct Case {
-        const char* name;
-        std::function<std::string()> store;
-        std::string expected;
-    };
+TEST_F(CltnioTest, TextOfEachFieldLayout) {
+    Integer three(3), one(1);
+    OrderedCltn ordered;
+    ordered.add(three);
+    ordered.add(one);
     Heap heap(4, Heap::MAX);
     Stack stack(8, 5);
     ArrayOb array(2);
@@ -136,39 +107,27 @@ TEST_F(CltnioTest, TextOfTheOtherFieldLayouts) {
     ints[0] = 7;
     ints[2] = -1;
     LookupKey key;
-    Case cases[] = {
-        {"Heap", [&] { return storedText(heap); }, ":Heap." + sig(class_Heap) + "{4 0 -1}\n"},
-        {"empty Stack", [&] { return storedText(stack); }, ":Stack." + sig(class_Stack) + "{8 0 5 }\n"},
-        {"ArrayOb of nil", [&] { return storedText(array); },
-         ":ArrayOb." + sig(class_ArrayOb) + "{2@0 @0 }\n"},
-        {"IntArray", [&] { return storedText(ints); }, ":IntArray." + sig(class_IntArray) + "{3 7 0 -1 }\n"},
-        {"LookupKey of nil", [&] { return storedText(key); },
-         ":LookupKey." + sig(class_LookupKey) + "{@0 }\n"},
+    struct Case {
+        const char* name;
+        const Object& ob;
+        std::string expected;
+    } cases[] = {
+        {"OrderedCltn", ordered,
+         ":OrderedCltn." + sig(class_OrderedCltn) + "{16 2:Integer." + sig(class_Integer) +
+             "{3 }\n#2{1 }\n}\n"},
+        {"Heap", heap, ":Heap." + sig(class_Heap) + "{4 0 -1}\n"},
+        {"empty Stack", stack, ":Stack." + sig(class_Stack) + "{8 0 5 }\n"},
+        {"ArrayOb of nil", array, ":ArrayOb." + sig(class_ArrayOb) + "{2@0 @0 }\n"},
+        {"IntArray", ints, ":IntArray." + sig(class_IntArray) + "{3 7 0 -1 }\n"},
+        {"LookupKey of nil", key, ":LookupKey." + sig(class_LookupKey) + "{@0 }\n"},
     };
     for (const Case& k : cases) {
         SCOPED_TRACE(k.name);
-        std::string written = k.store();
+        std::string written = storedText(k.ob);
         EXPECT_EQ(written, k.expected);
         Object* copy = readText(written);
         ASSERT_TRUE(copy);
         EXPECT_EQ(storedText(*copy), written);
-        delete copy;
-    }
-}
-
-TEST_F(CltnioTest, AnElementStoredTwiceComesBackAsOneObject) {
-    String shared("twice");
-    OrderedCltn c;
-    c.add(shared);
-    c.add(shared);
-    std::string written = storedText(c);
-    EXPECT_NE(written.find("@2 "), std::string::npos);
-    for (bool binary : {false, true}) {
-        SCOPED_TRACE(binary ? "binary" : "text");
-        OrderedCltn* copy = CAST(OrderedCltn, roundTrip(c, binary));
-        ASSERT_EQ(copy->size(), 2u);
-        EXPECT_EQ(copy->at(0), copy->at(1));
-        EXPECT_NE(copy->at(0), &shared);
         deepDelete(copy);
     }
 }
@@ -187,11 +146,7 @@ TEST_F(CltnioTest, HashedCollectionsAreRebuiltThroughAdd) {
 
     // A large Set grows on the writing side; the copy takes its capacity at once.
     Set big(1);
-    std::vector<Integer*> numbers;
-    for (int i = 0; i < 100; ++i) {
-        numbers.push_back(new Integer(i * 7));
-        big.add(*numbers.back());
-    }
+    for (int i = 0; i < 100; ++i) big.add(*new Integer(i * 7));
     Set* bigCopy = CAST(Set, roundTrip(big, true));
     EXPECT_EQ(bigCopy->capacity(), 128u);
     for (int i = 0; i < 100; ++i) EXPECT_NE(bigCopy->find(Integer(i * 7)), nil) << i;
@@ -224,7 +179,7 @@ TEST_F(CltnioTest, HashedCollectionsAreRebuiltThroughAdd) {
 
 int reverseCompare(Object* const* a, Object* const* b) { return (*b)->compare(**a); }
 
-TEST_F(CltnioTest, SortedCltnIsReadInTheDefaultOrder) {
+TEST_F(CltnioTest, SortedCltnTakesTheDefaultOrderAndStackItsGrowth) {
     SortedCltn sorted;
     sorted.setCompareFunction(reverseCompare);
     for (int n : {2, 3, 1}) sorted.add(*new Integer(n));
@@ -234,36 +189,32 @@ TEST_F(CltnioTest, SortedCltnIsReadInTheDefaultOrder) {
     EXPECT_EQ(elementTexts(*copy, false), (std::vector<std::string>{"1", "2", "3"}));
     deepDelete(copy);
     sorted.deleteContents();
-}
 
-TEST_F(CltnioTest, StackKeepsItsGrowthStep) {
+    // A Stack keeps its growth step.
     Stack stack(1, 3);
     stack.push(*new Integer(1));
-    Stack* copy = CAST(Stack, roundTrip(stack, false));
-    EXPECT_EQ(copy->growth(), 3);
-    EXPECT_EQ(copy->capacity(), 1u);
-    copy->push(*new Integer(2));
-    EXPECT_EQ(copy->capacity(), 4u);
-    deepDelete(copy);
+    Stack* stackCopy = CAST(Stack, roundTrip(stack, false));
+    EXPECT_EQ(stackCopy->capacity(), 1u);
+    stackCopy->push(*new Integer(2));
+    EXPECT_EQ(stackCopy->capacity(), 4u);
+    deepDelete(stackCopy);
     stack.deleteContents();
 }
 
 TEST_F(CltnioTest, HeapsKeepTheirOrder) {
     struct Case {
         int kind;
-        std::vector<int> added;
         std::vector<std::string> leaving;
-    };
-    Case cases[] = {
-        {Heap::MIN, {5, 1, 4, 2, 3}, {"1", "2", "3", "4", "5"}},
-        {Heap::MAX, {5, 1, 4, 2, 3}, {"5", "4", "3", "2", "1"}},
-        {Heap::FIFO, {5, 1, 4, 2, 3}, {"5", "1", "4", "2", "3"}},
+    } cases[] = {
+        {Heap::MIN, {"1", "2", "3", "4", "5"}},
+        {Heap::MAX, {"5", "4", "3", "2", "1"}},
+        {Heap::FIFO, {"5", "1", "4", "2", "3"}},
     };
     for (const Case& k : cases) {
         for (bool binary : {false, true}) {
             SCOPED_TRACE(std::to_string(k.kind) + (binary ? " binary" : " text"));
             Heap heap(8, k.kind);
-            for (int n : k.added) heap.add(*new Integer(n));
+            for (int n : {5, 1, 4, 2, 3}) heap.add(*new Integer(n));
             Heap* copy = CAST(Heap, roundTrip(heap, binary));
             EXPECT_EQ(copy->heapKind(), k.kind);
             EXPECT_EQ(copy->capacity(), 8u);
@@ -332,9 +283,10 @@ TEST_F(CltnioTest, NestedCollectionsWithSharingAndCycles) {
     delete s;
 }
 
-TEST_F(CltnioTest, ATruncatedCollectionIsAnEarlyEnd) {
-    OrderedCltn c;
+// A truncated collection is an early end; an abstract one is not read.
+TEST_F(CltnioTest, TruncatedAndAbstractCollections) {
     Integer one(1), two(2);
+    OrderedCltn c;
     c.add(one);
     c.add(two);
     std::string written = storedText(c);
@@ -344,6 +296,8 @@ TEST_F(CltnioTest, ATruncatedCollectionIsAnEarlyEnd) {
     EXPECT_EQ(error, "[RDEOF] Premature EOF encountered on input stream");
     EXPECT_EQ(readText(":ArrayOb." + sig(class_ArrayOb) + "{x@0 }", &error), nullptr);
     EXPECT_EQ(error.substr(0, 8), "[RDFAIL]");
+    EXPECT_EQ(readText(":Collection." + sig(class_Collection) + "{16 0}\n", &error), nullptr);
+    EXPECT_NE(error.find("reader constructor"), std::string::npos) << error;
 }
 
 // A damaged count must end in an error at the end of the stream, and a
@@ -384,12 +338,6 @@ TEST_F(CltnioTest, DamagedCountsAndCapacities) {
         EXPECT_EQ(damaged->capacity(), unsigned(Collection::READ_CAPACITY_LIMIT));
         delete damaged;
     }
-}
-
-TEST_F(CltnioTest, AbstractCollectionsAreNotRead) {
-    std::string error;
-    EXPECT_EQ(readText(":Collection." + sig(class_Collection) + "{16 0}\n", &error), nullptr);
-    EXPECT_NE(error.find("reader constructor"), std::string::npos) << error;
 }
 
 }  // namespace

@@ -20,14 +20,8 @@ class IoNode : public Object {
     DECLARE_MEMBERS(IoNode)
 public:
     IoNode(int count = 0, Object* next = nil) : count(count), next(next) {}
-    IoNode(std::istream& is, Object* where) : Object(is, where) {
-        is >> count;
-        next = readFrom(is);
-    }
-    IoNode(BinIstream& is, Object* where) : Object(is, where) {
-        is >> count;
-        next = readFrom(is);
-    }
+    IoNode(std::istream& is, Object* where) : Object(is, where) { is >> count, next = readFrom(is); }
+    IoNode(BinIstream& is, Object* where) : Object(is, where) { is >> count, next = readFrom(is); }
     ~IoNode() noexcept(false) override { ++destroyed; }
     void storer(std::ostream& os) const override {
         Object::storer(os);
@@ -45,33 +39,24 @@ public:
 };
 int IoNode::destroyed = 0;
 
-// Two references, for shared members and a second class in one stream. The
-// right one is read with the class name that rightExpects gives.
+// Two references; the right one is read with the class name rightExpects gives.
 const char* rightExpects = "";
 class IoPair : public Object {
     DECLARE_MEMBERS(IoPair)
 public:
     IoPair(Object* left = nil, Object* right = nil) : left(left), right(right) {}
-    IoPair(std::istream& is, Object* where) : Object(is, where) {
-        left = readFrom(is);
-        right = readFrom(is, rightExpects);
-    }
-    IoPair(BinIstream& is, Object* where) : Object(is, where) {
-        left = readFrom(is);
-        right = readFrom(is);
-    }
-    void storer(std::ostream& os) const override {
+    IoPair(std::istream& is, Object* where)
+        : Object(is, where), left(readFrom(is)), right(readFrom(is, rightExpects)) {}
+    IoPair(BinIstream& is, Object* where) : Object(is, where), left(readFrom(is)), right(readFrom(is)) {}
+    template <class S>
+    void storeBoth(S& os) const {
         Object::storer(os);
         left->storeOn(os);
         right->storeOn(os);
     }
-    void storer(BinOstream& os) const override {
-        Object::storer(os);
-        left->storeOn(os);
-        right->storeOn(os);
-    }
-    Object* left;
-    Object* right;
+    void storer(std::ostream& os) const override { storeBoth(os); }
+    void storer(BinOstream& os) const override { storeBoth(os); }
+    Object *left, *right;
 };
 
 // An embedded member read into place.
@@ -107,7 +92,6 @@ public:
         String error;
         inner = readFromString(error, nestedText);
         popReadEnvironment();
-        (void)is;
     }
     Object* inner;
 };
@@ -135,51 +119,39 @@ DEFINE_CLASS(IoTrashing, Object, 1, 0)
 
 namespace {
 
-// Every test starts without a read in progress, whatever earlier tests left.
 class ObjioTest : public testing::Test {
 protected:
     void SetUp() override { resetReadEnvironment(); }
 };
 using ObjioStoreTest = ObjioTest;
 using ObjioReadTest = ObjioTest;
-using ObjioFilterTest = ObjioTest;
 using ObjioQuotedTest = ObjioTest;
-using ObjioBinaryTest = ObjioTest;
 using ObjioFileTest = ObjioTest;
 
 IoNode* node(Object* ob) { return CAST(IoNode, ob); }
 
-TEST_F(ObjioStoreTest, TextFormOfASmallGraph) {
+TEST_F(ObjioStoreTest, TextFormOfASmallGraphAndNumbering) {
     IoNode b(2), a(1, &b);
     EXPECT_EQ(storedText(a), ":IoNode." + sig(class_IoNode) + "{1 #1{2 @0 }\n}\n");
     IoPair pair(&a, &b);
     EXPECT_EQ(storedText(pair),
               ":IoPair." + sig(class_IoPair) + "{:IoNode." + sig(class_IoNode) + "{1 #2{2 @0 }\n}\n@3 }\n");
-}
-
-TEST_F(ObjioStoreTest, NilIsAReferenceToZero) {
     EXPECT_EQ(storedText(*nil), "@0 ");
     EXPECT_EQ(readText("@0 "), nil);
-}
 
-TEST_F(ObjioStoreTest, NumberingRestartsAtEachTopLevelStore) {
-    IoNode a(1);
+    // Numbering restarts at each top-level store.
     std::ostringstream os;
-    storeObject(os, a);
-    storeObject(os, a);
-    std::string one = ":IoNode." + sig(class_IoNode) + "{1 @0 }\n";
+    storeObject(os, b);
+    storeObject(os, b);
+    std::string one = ":IoNode." + sig(class_IoNode) + "{2 @0 }\n";
     EXPECT_EQ(os.str(), one + one);
     EXPECT_EQ(class_IoNode.storeNumber, 0u);
 }
 
-TEST_F(ObjioStoreTest, RefusedStorersLeaveNoStoreInProgress) {
+// A refused store leaves no store in progress; asCharPointer can store into a buffer.
+TEST_F(ObjioStoreTest, RefusedStorersAndAsCharPointer) {
     EXPECT_EQ(raisedText([] { storedText(class_IoNode); }),
               "[ILLEGALMETHOD] Should not implement method Class::storer()");
-    IoNode after(3);
-    EXPECT_EQ(storedText(after), ":IoNode." + sig(class_IoNode) + "{3 @0 }\n");
-}
-
-TEST_F(ObjioStoreTest, AsCharPointerByStoreOn) {
     IoNode a(4);
     char buffer[64], tiny[8];
     std::string text = ":IoNode." + sig(class_IoNode) + "{4 @0 }\n";
@@ -188,29 +160,28 @@ TEST_F(ObjioStoreTest, AsCharPointerByStoreOn) {
     EXPECT_EQ(a.asCharPointer(tiny, sizeof tiny, true), nullptr);
 }
 
-TEST_F(ObjioReadTest, SharedMemberComesBackAsOneObject) {
-    IoNode shared(7);
-    IoPair pair(&shared, &shared);
-    std::string error;
-    IoPair* back = CAST(IoPair, readText(storedText(pair), &error));
-    ASSERT_NE(back, nullptr) << error;
-    EXPECT_EQ(back->left, back->right);
-    EXPECT_EQ(node(back->left)->count, 7);
-    delete back->left;
-    delete back;
-}
-
-TEST_F(ObjioReadTest, CycleRefersToTheEnclosingObject) {
-    IoNode a(1), b(2, &a);
+// A shared member and a cycle, in both forms.
+TEST_F(ObjioReadTest, SharingAndCyclesRoundTrip) {
+    IoNode a(1), b(-2, &a);
     a.next = &b;
-    std::string text = storedText(a);
-    EXPECT_EQ(text, ":IoNode." + sig(class_IoNode) + "{1 #1{2 @1 }\n}\n");
-    IoNode* back = node(readText(text));
-    ASSERT_NE(back, nullptr);
-    EXPECT_EQ(node(back->next)->count, 2);
-    EXPECT_EQ(node(back->next)->next, back);
-    delete back->next;
-    delete back;
+    EXPECT_EQ(storedText(a), ":IoNode." + sig(class_IoNode) + "{1 #1{-2 @1 }\n}\n");
+    IoPair pair(&a, &a);
+    for (bool binary : {false, true}) {
+        SCOPED_TRACE(binary ? "binary" : "text");
+        std::string error;
+        IoPair* back = CAST(
+            IoPair, binary ? readBinary(storedBinary(pair), &error) : readText(storedText(pair), &error));
+        ASSERT_NE(back, nullptr) << error;
+        IoNode* a2 = node(back->left);
+        EXPECT_EQ(back->right, a2);
+        EXPECT_EQ(node(a2->next)->count, -2);
+        EXPECT_EQ(node(a2->next)->next, a2);
+        delete a2->next;
+        delete a2;
+        delete back;
+    }
+    EXPECT_EQ(readBinary(storedBinary(*nil)), nil);
+    EXPECT_EQ(readBinary(""), nil);
 }
 
 TEST_F(ObjioReadTest, SuccessiveObjectsUntilEndOfFile) {
@@ -238,18 +209,15 @@ TEST_F(ObjioReadTest, EmbeddedMemberIsReadInPlace) {
     delete back;
 }
 
-// One row per read error: the stream and the exact text of the message.
-struct ReadErrorCase {
-    const char* what;
-    std::string text;
-    const char* className;
-    std::string message;
-};
-
 TEST_F(ObjioReadTest, ReadErrorsAndTheirTexts) {
     std::string node = ":IoNode." + sig(class_IoNode);
     std::string longName(300, 'A');
-    const ReadErrorCase cases[] = {
+    struct {
+        const char* what;
+        std::string text;
+        const char* className;
+        std::string message;
+    } cases[] = {
         {"unknown class", ":NoSuchClass.1{}", "",
          "[RDUNKCLASS] Tried to read object of unknown class NoSuchClass"},
         {"wrong class first", node + "{1 @0 }", "IoPair",
@@ -274,10 +242,8 @@ TEST_F(ObjioReadTest, ReadErrorsAndTheirTexts) {
          "[RDABSTCLASS] Tried to read object of abstract class Object"},
         {"nil", ":Nil." + sig(class_Nil) + "{}", "",
          "[ILLEGALMETHOD] Should not implement method Nil::reader constructor()"},
-        {"class", ":Class." + sig(class_Class) + "{}", "",
-         "[ILLEGALMETHOD] Should not implement method Class::reader constructor()"},
     };
-    for (const ReadErrorCase& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         std::string error;
         testing::internal::CaptureStderr();
@@ -326,10 +292,7 @@ bool acceptOld(unsigned signature) { return signature == 777; }
 TEST_F(ObjioReadTest, UpgraderAcceptsAnOldSignature) {
     std::string error;
     EXPECT_EQ(readText(":IoOld.777{}", &error), nullptr);
-    EXPECT_EQ(error,
-              "[RDVERSERR] Incorrect class IoOld version number encountered on read: "
-              "expected " +
-                  sig(class_IoOld) + ", was 777");
+    EXPECT_EQ(error.rfind("[RDVERSERR]", 0), 0u);
     class_IoOld.setUpgrader(acceptOld);
     IoOld* old = CAST(IoOld, readText(":IoOld.777{}", &error));
     ASSERT_NE(old, nullptr) << error;
@@ -339,7 +302,7 @@ TEST_F(ObjioReadTest, UpgraderAcceptsAnOldSignature) {
     class_IoOld.setUpgrader(0);
 }
 
-TEST_F(ObjioReadTest, CheckedReadLeavesTheEnvironmentClean) {
+TEST_F(ObjioReadTest, CheckedReadAndItsTrashLeaveTheEnvironmentClean) {
     std::string error;
     EXPECT_EQ(readText(":IoNode." + sig(class_IoNode) + "{1 :IoNode.1{", &error), nullptr);
     EXPECT_NE(error, "");
@@ -350,6 +313,15 @@ TEST_F(ObjioReadTest, CheckedReadLeavesTheEnvironmentClean) {
     EXPECT_EQ(error, "");
     EXPECT_FALSE(isBeingRead(back));
     delete back;
+
+    // The read trash is deleted when the read ends.
+    int before = IoNode::destroyed;
+    trashSawItself = false;
+    Object* ob = readText(":IoTrashing." + sig(class_IoTrashing) + "{}");
+    ASSERT_NE(ob, nullptr);
+    EXPECT_TRUE(trashSawItself);
+    EXPECT_EQ(IoNode::destroyed, before + 1);
+    delete ob;
 }
 
 TEST_F(ObjioReadTest, NestedReadThroughPushAndPop) {
@@ -386,16 +358,6 @@ TEST_F(ObjioReadTest, EnvironmentAssertions) {
     EXPECT_FALSE(isBeingRead(nil));
 }
 
-TEST_F(ObjioReadTest, TrashIsDeletedWhenTheReadEnds) {
-    int before = IoNode::destroyed;
-    trashSawItself = false;
-    Object* ob = readText(":IoTrashing." + sig(class_IoTrashing) + "{}");
-    ASSERT_NE(ob, nullptr);
-    EXPECT_TRUE(trashSawItself);
-    EXPECT_EQ(IoNode::destroyed, before + 1);
-    delete ob;
-}
-
 int skipOdd(const Object* ob, std::ostream&) {
     return ob->isMemberOf(class_IoNode) && static_cast<const IoNode*>(ob)->count % 2;
 }
@@ -406,14 +368,13 @@ Object* replaceNines(Object* ob) {
     return ob;
 }
 
-TEST_F(ObjioFilterTest, StoreFilterSkipsMembersNotTheRoot) {
+// The store filter skips members, not the root; the read filter replaces an object and its entry.
+TEST_F(ObjioReadTest, StoreAndReadFilters) {
     IoNode odd(3), root(1, &odd);
     EXPECT_EQ(setStoreFilter(skipOdd), nullptr);
     EXPECT_EQ(storedText(root), ":IoNode." + sig(class_IoNode) + "{1 }\n");
     EXPECT_EQ(setStoreFilter(0), skipOdd);
-}
 
-TEST_F(ObjioFilterTest, ReadFilterReplacesTheObjectAndItsEntry) {
     IoNode standIn(100);
     replacement = &standIn;
     IoNode nine(9);
@@ -449,20 +410,6 @@ TEST_F(ObjioQuotedTest, EveryEscapeAndItsRoundTrip) {
     EXPECT_EQ(rest, "rest");
 }
 
-TEST_F(ObjioQuotedTest, ByteTwoHundredRoundTrip) {
-    std::string text = "\"\\{}\n";
-    text += char(200);
-    std::ostringstream os;
-    writeQuoted(os, text.data(), unsigned(text.size()));
-    EXPECT_NE(os.str().find("\\200\\"), std::string::npos);
-    std::istringstream is(os.str());
-    unsigned length, alloc = unsigned(text.size()) + 1;
-    char* back = readQuoted(is, &length, &alloc);
-    EXPECT_EQ(std::string(back, length), text);
-    EXPECT_EQ(alloc, text.size() + 1);
-    objectFree(back);
-}
-
 TEST_F(ObjioQuotedTest, RawLineEndsAreDroppedAndTheBufferGrows) {
     std::string forty(40, 'x');
     std::istringstream is("\"" + forty.substr(0, 20) + "\r\n" + forty.substr(20) + "\"");
@@ -495,7 +442,7 @@ TEST_F(ObjioQuotedTest, Errors) {
 
 // Binary
 
-TEST_F(ObjioBinaryTest, BytesOfOneObject) {
+TEST_F(ObjioStoreTest, BytesOfOneObject) {
     unsigned s = class_IoNode.signature();
     std::string expected = std::string("\x01\x06IoNode", 8) +
                            std::string{char(s), char(s >> 8), char(s >> 16), char(s >> 24)} +
@@ -503,25 +450,7 @@ TEST_F(ObjioBinaryTest, BytesOfOneObject) {
     EXPECT_EQ(storedBinary(IoNode(5)), expected);
 }
 
-TEST_F(ObjioBinaryTest, RoundTripsOfSharingAndCycles) {
-    IoNode a(1), b(-2, &a);
-    a.next = &b;
-    IoPair pair(&a, &a);
-    std::string error;
-    IoPair* back = CAST(IoPair, readBinary(storedBinary(pair), &error));
-    ASSERT_NE(back, nullptr) << error;
-    IoNode* a2 = node(back->left);
-    EXPECT_EQ(back->right, a2);
-    EXPECT_EQ(node(a2->next)->count, -2);
-    EXPECT_EQ(node(a2->next)->next, a2);
-    delete a2->next;
-    delete a2;
-    delete back;
-    EXPECT_EQ(readBinary(storedBinary(*nil)), nil);
-    EXPECT_EQ(readBinary(""), nil);
-}
-
-TEST_F(ObjioBinaryTest, Errors) {
+TEST_F(ObjioStoreTest, Errors) {
     std::string one = storedBinary(IoNode(5));
     std::string badSignature = one;
     badSignature[8] ^= 1;
@@ -550,7 +479,7 @@ TEST_F(ObjioBinaryTest, Errors) {
 }
 
 // A class that could not be read back from a form is not stored in it.
-TEST_F(ObjioBinaryTest, NoReaderNoStorer) {
+TEST_F(ObjioStoreTest, NoReaderNoStorer) {
     EXPECT_EQ(raisedText([] { storedBinary(IoOld()); }),
               "[ILLEGALMETHOD] Should not implement method IoOld::storer()");
 }
@@ -610,11 +539,8 @@ TEST_F(ObjioFileTest, Refusals) {
 
 TEST_F(ObjioFileTest, StringOstreamGrows) {
     StringOstream out;
-    std::string expected;
-    for (int i = 0; i < 2000; ++i) {
-        out.stream() << i << ' ';
-        expected += std::to_string(i) + ' ';
-    }
+    std::string expected(5000, 'x');
+    out.stream() << expected;
     EXPECT_EQ(std::string(out.string().asCharPointer()), expected);
     out.reset();
     storeObject(out, IoNode(6));

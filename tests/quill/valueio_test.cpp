@@ -27,26 +27,17 @@ class VioPair : public Object {
     DECLARE_MEMBERS(VioPair)
 public:
     VioPair(Object* left = nil, Object* right = nil) : left(left), right(right) {}
-    VioPair(std::istream& is, Object* where) : Object(is, where) {
-        left = readFrom(is);
-        right = readFrom(is);
-    }
-    VioPair(BinIstream& is, Object* where) : Object(is, where) {
-        left = readFrom(is);
-        right = readFrom(is);
-    }
-    void storer(std::ostream& os) const override {
+    VioPair(std::istream& is, Object* where) : Object(is, where), left(readFrom(is)), right(readFrom(is)) {}
+    VioPair(BinIstream& is, Object* where) : Object(is, where), left(readFrom(is)), right(readFrom(is)) {}
+    template <class S>
+    void storeBoth(S& os) const {
         Object::storer(os);
         left->storeOn(os);
         right->storeOn(os);
     }
-    void storer(BinOstream& os) const override {
-        Object::storer(os);
-        left->storeOn(os);
-        right->storeOn(os);
-    }
-    Object* left;
-    Object* right;
+    void storer(std::ostream& os) const override { storeBoth(os); }
+    void storer(BinOstream& os) const override { storeBoth(os); }
+    Object *left, *right;
 };
 
 DEFINE_CLASS(VioPair, Object, 1, 0)
@@ -70,13 +61,10 @@ struct Form {
     std::function<Object*(const Object&)> roundTrip;
 };
 
-const std::vector<Form>& forms() {
-    static const std::vector<Form> all = {
-        {"text", [](const Object& ob) { return readText(storedText(ob)); }},
-        {"binary", [](const Object& ob) { return readBinary(storedBinary(ob)); }},
-    };
-    return all;
-}
+const Form forms[] = {
+    {"text", [](const Object& ob) { return readText(storedText(ob)); }},
+    {"binary", [](const Object& ob) { return readBinary(storedBinary(ob)); }},
+};
 
 std::string printed(const Object& ob) {
     std::ostringstream os;
@@ -90,9 +78,6 @@ TEST_F(StringIoTest, TextFormIsLengthAllocationAndQuotedText) {
     EXPECT_EQ(storedText(String("abc")), ":String." + sig(class_String) + "{3 4 \"abc\"}\n");
     EXPECT_EQ(storedText(String("abc", 5)), ":String." + sig(class_String) + "{3 9 \"abc\"}\n");
     EXPECT_EQ(storedText(String("")), ":String." + sig(class_String) + "{0 1 \"\"}\n");
-}
-
-TEST_F(StringIoTest, TheFormOfTheExampleReads) {
     ObjectPtr ob(readText(":String." + sig(class_String) + "{3 4\"abc\"}\n"));
     String* s = CAST(String, ob.get());
     EXPECT_STREQ(s->asCharPointer(), "abc");
@@ -114,17 +99,7 @@ TEST_F(StringIoTest, EveryEscapedCharacterSurvives) {
         const char* name;
         std::string text;
     } cases[] = {
-        {"double quote", "say \"hi\""},
-        {"backslash", "a\\b\\"},
-        {"open brace", "{x"},
-        {"close brace", "x}"},
-        {"newline", "one\ntwo\n"},
-        {"tab", "\tcol"},
-        {"carriage return", "a\rb"},
-        {"backspace", "a\bb"},
-        {"form feed", "\fpage"},
-        {"byte 1", "a\001b"},
-        {"byte 200", "a\310b"},
+        {"empty", ""},
         {"nul inside", std::string("a\0b", 3)},
         {"all together", std::string("\"\\{}\n\t\r\b\f\001\310 end")},
     };
@@ -136,7 +111,7 @@ TEST_F(StringIoTest, EveryEscapedCharacterSurvives) {
         // A brace never appears raw between the record's own two.
         EXPECT_EQ(text.find('{'), text.rfind('{'));
         EXPECT_EQ(text.find('}'), text.rfind('}'));
-        for (const Form& form : forms()) {
+        for (const Form& form : forms) {
             SCOPED_TRACE(form.name);
             ObjectPtr back(form.roundTrip(original));
             ASSERT_NE(back, nullptr);
@@ -148,18 +123,16 @@ TEST_F(StringIoTest, EveryEscapedCharacterSurvives) {
     }
 }
 
-TEST_F(StringIoTest, TextLongerThanAnnouncedRaisesLengthAndAllocation) {
-    ObjectPtr ob(readText(":String." + sig(class_String) + "{1 2 \"abcdef\"}\n"));
-    String* s = CAST(String, ob.get());
-    EXPECT_STREQ(s->asCharPointer(), "abcdef");
-    EXPECT_EQ(s->size(), 6u);
-    EXPECT_EQ(s->allocated(), 18u);  // 2, then grown by 16
-}
-
-TEST_F(StringIoTest, WrappedTextAndBadTextsInTheRecord) {
+TEST_F(StringIoTest, LongerWrappedAndBadTextsInTheRecord) {
     std::string head = ":String." + sig(class_String) + "{";
     ObjectPtr wrapped(readText(head + "6 7 \"abc\r\ndef\"}\n"));
     EXPECT_STREQ(CAST(String, wrapped.get())->asCharPointer(), "abcdef");
+    // A text longer than announced raises the length and the allocation.
+    ObjectPtr longer(readText(head + "1 2 \"abcdef\"}\n"));
+    String* s = CAST(String, longer.get());
+    EXPECT_STREQ(s->asCharPointer(), "abcdef");
+    EXPECT_EQ(s->size(), 6u);
+    EXPECT_EQ(s->allocated(), 18u);  // 2, then grown by 16
 
     struct Case {
         const char* name;
@@ -168,8 +141,6 @@ TEST_F(StringIoTest, WrappedTextAndBadTextsInTheRecord) {
     } cases[] = {
         {"no quote", head + "3 4 abc}\n", "[RDSYNERR]"},
         {"end inside the text", head + "3 4 \"ab", "[RDEOF]"},
-        {"number escape not closed", head + "1 2 \"\\65x\"}\n", "[RDSYNERR]"},
-        {"letters for the counts", head + "x y \"\"}\n", "[RDFAIL]"},
         {"count out of range", head + "3 99999999999999 \"abc\"}\n", "[RDFAIL]"},
         {"huge allocation", head + "3 4294967295 \"abc\"}\n",
          "[STRINGOV] String buffer overflowed during read (4294967295 characters)"},
@@ -210,23 +181,18 @@ TEST_F(StringIoTest, SubStringRefusesBothStorers) {
     std::string error;
     EXPECT_EQ(readText(":SubString." + sig(class_SubString) + "{}\n", &error), nullptr);
     EXPECT_NE(error.find("reader constructor"), std::string::npos) << error;
-    // A store still works after the refusals.
-    EXPECT_EQ(storedText(String("x")), ":String." + sig(class_String) + "{1 2 \"x\"}\n");
 }
 
 // Symbol
 
 const String* tableName(const char* text) { return &Symbol(text).name(); }
 
-TEST_F(SymbolIoTest, TextFormIsTheNameAsAString) {
-    EXPECT_EQ(storedText(Symbol("red")),
-              ":Symbol." + sig(class_Symbol) + "{:String." + sig(class_String) + "{3 4 \"red\"}\n}\n");
-}
-
 TEST_F(SymbolIoTest, OneSymbolStoredTwiceComesBackOnceAndInterned) {
     Symbol red("red");
+    EXPECT_EQ(storedText(red),
+              ":Symbol." + sig(class_Symbol) + "{:String." + sig(class_String) + "{3 4 \"red\"}\n}\n");
     VioPair pair(&red, &red);
-    for (const Form& form : forms()) {
+    for (const Form& form : forms) {
         SCOPED_TRACE(form.name);
         ObjectPtr back(form.roundTrip(pair));
         VioPair* p = CAST(VioPair, back.get());
@@ -240,7 +206,7 @@ TEST_F(SymbolIoTest, TwoSymbolsOfOneNameShareTheTablesName) {
     Symbol one("green"), two("green");
     VioPair pair(&one, &two);
     EXPECT_NE(storedText(pair).find("@3 "), std::string::npos);  // the name, written once
-    for (const Form& form : forms()) {
+    for (const Form& form : forms) {
         SCOPED_TRACE(form.name);
         ObjectPtr back(form.roundTrip(pair));
         VioPair* p = CAST(VioPair, back.get());
@@ -250,13 +216,8 @@ TEST_F(SymbolIoTest, TwoSymbolsOfOneNameShareTheTablesName) {
         delete p->left;
         delete p->right;
     }
-}
-
-TEST_F(SymbolIoTest, SeparateReadsOfOneTextShareTheTablesName) {
-    std::string text = storedText(Symbol("blue"));
-    ObjectPtr first(readText(text)), second(readText(text));
-    EXPECT_EQ(&CAST(Symbol, first.get())->name(), &CAST(Symbol, second.get())->name());
-    EXPECT_EQ(&CAST(Symbol, first.get())->name(), tableName("blue"));
+    ObjectPtr separate(readText(storedText(one)));
+    EXPECT_EQ(&CAST(Symbol, separate.get())->name(), tableName("green"));
 }
 
 TEST_F(SymbolIoTest, ANameNewToTheTableIsTheStringRead) {
@@ -302,30 +263,7 @@ TEST_F(SymbolIoTest, ASymbolWithoutItsNameIsAnError) {
 
 // Small values
 
-TEST_F(SmallValueIoTest, EachValueComesBackEqual) {
-    Date august(21, "Aug", 2006);
-    std::vector<std::pair<const char*, ObjectPtr>> values;
-    values.emplace_back("Integer", new Integer(-42));
-    values.emplace_back("Float", new Float(2.5));
-    values.emplace_back("Point", new Point(3, -4));
-    values.emplace_back("FloatPoint", new FloatPoint(1.5, -0.25));
-    values.emplace_back("FloatRect", new FloatRect(1, 2, 30.5, 40));
-    values.emplace_back("TranslCoord", new TranslCoord(FloatRect(10, 20, 200, 100), FloatRect(-1, -1, 2, 4)));
-    values.emplace_back("Date", new Date(august));
-    for (auto& value : values) {
-        SCOPED_TRACE(value.first);
-        for (const Form& form : forms()) {
-            SCOPED_TRACE(form.name);
-            ObjectPtr back(form.roundTrip(*value.second));
-            ASSERT_NE(back, nullptr);
-            EXPECT_EQ(back->isA(), value.second->isA());
-            EXPECT_TRUE(back->isEqual(*value.second));
-            EXPECT_EQ(printed(*back), printed(*value.second));
-        }
-    }
-}
-
-TEST_F(SmallValueIoTest, TextForms) {
+TEST_F(SmallValueIoTest, TextFormsAndRoundTrips) {
     struct Case {
         const char* name;
         ObjectPtr ob;
@@ -342,6 +280,14 @@ TEST_F(SmallValueIoTest, TextForms) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(storedText(*c.ob),
                   std::string(":") + c.name + "." + sig(*c.ob->isA()) + "{" + c.fields + "}\n");
+        for (const Form& form : forms) {
+            SCOPED_TRACE(form.name);
+            ObjectPtr back(form.roundTrip(*c.ob));
+            ASSERT_NE(back, nullptr);
+            EXPECT_EQ(back->isA(), c.ob->isA());
+            EXPECT_TRUE(back->isEqual(*c.ob));
+            EXPECT_EQ(printed(*back), printed(*c.ob));
+        }
     }
 }
 
@@ -350,7 +296,7 @@ TEST_F(SmallValueIoTest, TranslCoordStoresItsRectanglesAndRecomputesTheMap) {
     std::string rect = sig(class_FloatRect);
     EXPECT_EQ(storedText(map), ":TranslCoord." + sig(class_TranslCoord) + "{:FloatRect." + rect +
                                    "{10 20 200 100 }\n#2{-1 -1 2 4 }\n}\n");
-    for (const Form& form : forms()) {
+    for (const Form& form : forms) {
         SCOPED_TRACE(form.name);
         ObjectPtr back(form.roundTrip(map));
         TranslCoord* t = CAST(TranslCoord, back.get());
@@ -375,25 +321,13 @@ TEST_F(SmallValueIoTest, DoublesKeepEveryDigit) {
     EXPECT_EQ(CAST(Float, binary.get())->value(), 1.0 / 3.0);
 }
 
-TEST_F(SmallValueIoTest, PrintingIsNotTheStreamForm) {
-    Date august(21, "Aug", 2006);
-    ObjectPtr date(readText(storedText(august)));
-    EXPECT_EQ(printed(*date), "Monday, 21-Aug-06");
-    EXPECT_STREQ(CAST(Date, date.get())->shortText(), "21-Aug-06");
-    ObjectPtr point(readText(storedText(Point(3, -4))));
-    EXPECT_EQ(printed(*point), "3 @ -4");
-    ObjectPtr floatPoint(readText(storedText(FloatPoint(1.5, -0.25))));
-    EXPECT_EQ(printed(*floatPoint), "(1.5 @ -0.25)");
-    EXPECT_STREQ(floatPoint->asCharPointer(), "(1.5 @ -0.25)");
-}
-
 TEST_F(SmallValueIoTest, AClockReadGoesOnFromItsElapsedTime) {
     ObjectPtr text(readText(":Clock." + sig(class_Clock) + "{5000 }\n"));
     long elapsed = CAST(Clock, text.get())->elapsed();
     EXPECT_GE(elapsed, 5000);
     EXPECT_LT(elapsed, 6000);
     Clock running;
-    for (const Form& form : forms()) {
+    for (const Form& form : forms) {
         SCOPED_TRACE(form.name);
         long before = running.elapsed();
         ObjectPtr back(form.roundTrip(running));
@@ -412,20 +346,16 @@ TEST_F(SmallValueIoTest, AGeneratorReadGoesOnWithTheSequence) {
         SCOPED_TRACE(g.first);
         Random* original = CAST(Random, g.second.get());
         for (int i = 0; i < 5; ++i) original->next();
-        for (const Form& form : forms()) {
+        for (const Form& form : forms) {
             SCOPED_TRACE(form.name);
             ObjectPtr back(form.roundTrip(*original));
             Random* copy = CAST(Random, back.get());
             EXPECT_EQ(copy->isA(), original->isA());
-            EXPECT_EQ(copy->seed(), original->seed());
-            EXPECT_EQ(copy->quantum(), original->quantum());
             std::unique_ptr<Random> twin(CAST(Random, original->deepCopy()));
             for (int i = 0; i < 5; ++i) EXPECT_EQ(copy->next(), twin->next());
         }
     }
-}
-
-TEST_F(SmallValueIoTest, ALinearGeneratorWithItsBoundsSwappedIsRefused) {
+    // A linear generator with its bounds swapped is refused.
     std::string text = storedText(RandomLinear(0, 1, 1));
     size_t bounds = text.rfind("0 1 }");
     ASSERT_NE(bounds, std::string::npos);
@@ -442,7 +372,7 @@ TEST_F(ExceptionIoTest, CodeSeverityAndMessageComeBack) {
     EXPECT_EQ(storedText(original), ":TarnException." + sig(class_TarnException) + "{" +
                                         std::to_string(GENERICERR) + " -2 :String." + sig(class_String) +
                                         "{34 35 \"[GENERICERR] a \\[braced\\] \\\"message\\\"\\n\n\"}\n}\n");
-    for (const Form& form : forms()) {
+    for (const Form& form : forms) {
         SCOPED_TRACE(form.name);
         ObjectPtr back(form.roundTrip(original));
         TarnException* e = CAST(TarnException, back.get());

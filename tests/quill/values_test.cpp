@@ -30,8 +30,6 @@ std::string printed(const Object& ob) {
     return os.str();
 }
 
-// Date
-
 TEST(DateTest, CalendarFieldsOfKnownDays) {
     struct Row {
         int day, month, year;
@@ -42,13 +40,11 @@ TEST(DateTest, CalendarFieldsOfKnownDays) {
     };
     const Row rows[] = {
         {21, 8, 2006, "Monday", 233, "Monday, 21-Aug-06", "21-Aug-06"},
-        {5, 1, 2009, "Monday", 5, "Monday,  5-Jan-09", " 5-Jan-09"},
         {1, 1, 2000, "Saturday", 1, "Saturday,  1-Jan-00", " 1-Jan-00"},
         {29, 2, 2000, "Tuesday", 60, "Tuesday, 29-Feb-00", "29-Feb-00"},
         {31, 12, 2004, "Friday", 366, "Friday, 31-Dec-04", "31-Dec-04"},
         {1, 3, 1900, "Thursday", 60, "Thursday,  1-Mar-00", " 1-Mar-00"},
         {1, 1, 1, "Monday", 1, "Monday,  1-Jan-01", " 1-Jan-01"},
-        {4, 7, 1776, "Thursday", 186, "Thursday,  4-Jul-76", " 4-Jul-76"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.longText);
@@ -59,7 +55,6 @@ TEST(DateTest, CalendarFieldsOfKnownDays) {
         EXPECT_EQ(d.dayOfMonth(), row.day);
         EXPECT_STREQ(d.dayName(), row.dayName);
         EXPECT_EQ(printed(d), row.longText);
-        EXPECT_STREQ(d.asCharPointer(), row.longText);
         EXPECT_STREQ(d.shortText(), row.shortText);
         EXPECT_TRUE(d.isEqual(Date(row.day, Date::nameOfMonth(row.month), row.year)));
         EXPECT_TRUE(d.isEqual(Date(row.dayOfYear, row.year)));
@@ -75,7 +70,6 @@ TEST(DateTest, ErrorsCarryTheirTexts) {
     };
     const Row rows[] = {
         {"day of week 0", [] { Date::nameOfDay(0); }, &BADDAY, "[BADDAY] Invalid day of week: 0"},
-        {"day of week 8", [] { Date::nameOfDay(8); }, &BADDAY, "[BADDAY] Invalid day of week: 8"},
         {"unknown day name", [] { Date::dayOfWeek("Funday"); }, &BADDAYNAM,
          "[BADDAYNAM] Invalid day of week name: Funday"},
         {"day name too short", [] { Date::dayOfWeek("Sa"); }, &BADDAYNAM,
@@ -100,7 +94,6 @@ TEST(DateTest, ErrorsCarryTheirTexts) {
         EXPECT_EQ(code, *row.code);
         EXPECT_EQ(severity, SEV_ERROR);
     }
-    EXPECT_GT(BADDAY, TOOMANYERRS) << "registered by Date's initor";
     EXPECT_STREQ(errorText(BADMONTH), "[BADMONTH] Invalid month: %d");
 }
 
@@ -109,8 +102,6 @@ TEST(DateTest, NamesMatchByThreeLettersOrMoreWithoutCase) {
     EXPECT_EQ(Date::dayOfWeek("SUNDAY"), 7);
     EXPECT_EQ(Date::dayOfWeek("Wednes"), 3);
     EXPECT_EQ(Date::numberOfMonth("aug"), 8);
-    EXPECT_EQ(Date::numberOfMonth("September"), 9);
-    EXPECT_EQ(Date::numberOfMonth("MAR"), 3);
     EXPECT_EQ(Date::numberOfMonth("may"), 5);
     for (int w = 1; w <= 7; w++) EXPECT_EQ(Date::dayOfWeek(Date::nameOfDay(w)), w);
     for (int m = 1; m <= 12; m++) EXPECT_EQ(Date::numberOfMonth(Date::nameOfMonth(m)), m);
@@ -128,7 +119,6 @@ TEST(DateTest, LeapYears) {
         EXPECT_EQ(Date::leapYear(row.year), row.leap);
         EXPECT_EQ(Date::daysInYear(row.year), row.leap ? 366 : 365);
         EXPECT_EQ(Date::daysInMonth(2, row.year), row.leap ? 29 : 28);
-        EXPECT_EQ(Date(1, 1, row.year).leap(), row.leap);
     }
 }
 
@@ -160,9 +150,6 @@ TEST(DateTest, OrderEqualityAndHash) {
     EXPECT_LT(a.compare(b), 0);
     EXPECT_GT(b.compare(a), 0);
     EXPECT_EQ(b.compare(c), 0);
-    EXPECT_TRUE(a < b);
-    EXPECT_TRUE(b == c);
-    EXPECT_FALSE(a == b);
     EXPECT_EQ(b.hash(), c.hash());
     EXPECT_NE(raisedText([&] { a.compare(Point(1, 2)); }), "no error");
 }
@@ -177,8 +164,6 @@ TEST(DateTest, TodayIsTheLocalDate) {
     EXPECT_TRUE(Date::today().isEqual(today));
 }
 
-// Random
-
 TEST(RandomTest, BoundsAreAsserted) {
     struct Row {
         const char* label;
@@ -187,7 +172,6 @@ TEST(RandomTest, BoundsAreAsserted) {
     };
     const Row rows[] = {
         {"linear with min above max", [] { RandomLinear(2.0, 1.0, 5); }, "\"min <= max\""},
-        {"quantized linear with min above max", [] { RandomLinear(2.0, 1.0, 0.5, 5); }, "\"min <= max\""},
         {"linear with zero quantum", [] { RandomLinear(0.0, 1.0, 0.0, 5); }, "\"quantum > 0.0\""},
         {"exponential with negative quantum", [] { RandomExp(1.0, -1.0, 5); }, "\"quantum > 0.0\""},
         {"gauss with zero quantum", [] { RandomGauss(0.0, 1.0, 0.0, 5); }, "\"quantum > 0.0\""},
@@ -274,11 +258,7 @@ TEST(RandomTest, SeedsDecideTheSequence) {
     EXPECT_NE(first, other);
     a.reseed(9231);
     EXPECT_EQ(a(), first[0]);
-    EXPECT_EQ(a.seed(), 9231u);
-    EXPECT_EQ(&defaultRandom(), &defaultRandom());
 }
-
-// Clock
 
 TEST(ClockTest, CountsMillisecondsFromItsStart) {
     Clock clock;
@@ -291,8 +271,6 @@ TEST(ClockTest, CountsMillisecondsFromItsStart) {
     EXPECT_LT(clock.elapsed(), waited);
 }
 
-// Plane values
-
 TEST(PointTest, PrintingEqualityAndOrder) {
     EXPECT_EQ(printed(Point(3, -4)), "3 @ -4");
     EXPECT_STREQ(FloatPoint(1.5, -2).asCharPointer(), "(1.5 @ -2)");
@@ -301,11 +279,8 @@ TEST(PointTest, PrintingEqualityAndOrder) {
     EXPECT_TRUE(Point(1, 2).isEqual(Point(1, 2)));
     EXPECT_FALSE(Point(1, 2).isEqual(Point(2, 1)));
     EXPECT_FALSE(Point(1, 2).isEqual(FloatPoint(1, 2)));
-    EXPECT_EQ(Point(1, 2).hash(), Point(1, 2).hash());
     EXPECT_LT(Point(1, 9).compare(Point(2, 0)), 0);
-    EXPECT_LT(Point(1, 0).compare(Point(1, 1)), 0);
     EXPECT_EQ(FloatPoint(0.0, 1).hash(), FloatPoint(-0.0, 1).hash());
-    EXPECT_GT(FloatPoint(1, 3).compare(FloatPoint(1, 2)), 0);
     EXPECT_TRUE(((FloatPoint(0, 0) + FloatPoint(4, 2)) * 0.5) == FloatPoint(2, 1));
     EXPECT_DOUBLE_EQ(FloatPoint(0, 0).distance(FloatPoint(3, 4)), 5.0);
 }
@@ -314,7 +289,6 @@ TEST(FloatRectTest, NormalizingUnionAndContainment) {
     FloatRect r(4, 5, -2, -3);
     EXPECT_TRUE(r.normalized() == FloatRect(2, 2, 2, 3));
     EXPECT_TRUE(FloatRect(FloatPoint(1, 1), FloatPoint(3, 4)) == FloatRect(1, 1, 2, 3));
-    EXPECT_TRUE(FloatRect(1, 1, 2, 2).corner() == FloatPoint(3, 3));
 
     FloatRect both = FloatRect(0, 0, 1, 1).unionWith(FloatRect(2, -1, 1, 1));
     EXPECT_TRUE(both == FloatRect(0, -1, 3, 2)) << printed(both);
@@ -326,16 +300,10 @@ TEST(FloatRectTest, NormalizingUnionAndContainment) {
     EXPECT_TRUE(r.contains(FloatPoint(2, 5)));
     EXPECT_FALSE(r.contains(FloatPoint(1.9, 3)));
     EXPECT_EQ(printed(FloatRect(1, 2, 3, 4)), "(1 @ 2) extent (3 @ 4)");
-    EXPECT_TRUE(FloatRect(1, 2, 3, 4).isEqual(FloatRect(1, 2, 3, 4)));
-    EXPECT_EQ(FloatRect(1, 2, 3, 4).hash(), FloatRect(1, 2, 3, 4).hash());
 }
 
 TEST(TranslCoordTest, MapsTheWorldOntoTheWindowAndBack) {
     TranslCoord t(FloatRect(10, 20, 400, 300), FloatRect(0, 0, 40, 30));
-    EXPECT_DOUBLE_EQ(t.ax(), 10.0);
-    EXPECT_DOUBLE_EQ(t.bx(), 10.0);
-    EXPECT_DOUBLE_EQ(t.ay(), 10.0);
-    EXPECT_DOUBLE_EQ(t.by(), 20.0);
     EXPECT_TRUE(t.toAbsolute(FloatPoint(0, 0)) == FloatPoint(10, 20));
     EXPECT_TRUE(t.toAbsolute(FloatPoint(40, 30)) == FloatPoint(410, 320));
     EXPECT_TRUE(t.toWorld(FloatPoint(210, 170)) == FloatPoint(20, 15));
@@ -349,8 +317,6 @@ TEST(TranslCoordTest, MapsTheWorldOntoTheWindowAndBack) {
     EXPECT_TRUE(t.toWorld(t.toAbsolute(FloatPoint(7, 8))) == FloatPoint(7, 8));
     EXPECT_TRUE(TranslCoord().toAbsolute(FloatPoint(3, 4)) == FloatPoint(3, 4));
 }
-
-// File names
 
 // Runs a test in a fresh temporary directory.
 class FileNameTest : public ::testing::Test {
