@@ -239,7 +239,3 @@ void CMatrix::printOn(std::ostream& os) const {
     os << "]";
 }
 
-std::ostream& operator<<(std::ostream& os, const CMatrix& m) {
-    m.printOn(os);
-    return os;
-}

@@ -76,6 +76,5 @@ private:
 
 CMatrix operator*(const Complex& z, const CMatrix& m);
 CMatrix operator*(double x, const CMatrix& m);
-std::ostream& operator<<(std::ostream& os, const CMatrix& m);
 
 #endif

@@ -86,7 +86,3 @@ unsigned Complex::hash() const {
 
 void Complex::printOn(std::ostream& os) const { os << formatText("(%g,%g)", real, imag); }
 
-std::ostream& operator<<(std::ostream& os, const Complex& z) {
-    z.printOn(os);
-    return os;
-}

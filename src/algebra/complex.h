@@ -67,6 +67,5 @@ Complex operator+(double x, const Complex& z);
 Complex operator-(double x, const Complex& z);
 Complex operator*(double x, const Complex& z);
 Complex operator/(double x, const Complex& z);
-std::ostream& operator<<(std::ostream& os, const Complex& z);
 
 #endif

@@ -147,6 +147,5 @@ private:
 };
 
 Matrix operator*(double x, const Matrix& m);
-std::ostream& operator<<(std::ostream& os, const Matrix& m);
 
 #endif

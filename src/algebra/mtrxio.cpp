@@ -58,11 +58,6 @@ void Matrix::setLineSeparator(const char* separator) { settings().separator = se
 
 void Matrix::printOn(std::ostream& os) const { printTable(os, data, rows, cols, settings()); }
 
-std::ostream& operator<<(std::ostream& os, const Matrix& m) {
-    m.printOn(os);
-    return os;
-}
-
 String Matrix::toString(unsigned n) const {
     setLineSeparator("");
     precision(n);

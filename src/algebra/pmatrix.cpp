@@ -188,7 +188,3 @@ void PMatrix::printOn(std::ostream& os) const {
     os << " ]";
 }
 
-std::ostream& operator<<(std::ostream& os, const PMatrix& m) {
-    m.printOn(os);
-    return os;
-}

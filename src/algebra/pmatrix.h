@@ -67,6 +67,5 @@ private:
 };
 
 PMatrix operator*(const Matrix& a, const PMatrix& b);
-std::ostream& operator<<(std::ostream& os, const PMatrix& m);
 
 #endif

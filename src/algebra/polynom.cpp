@@ -232,7 +232,3 @@ void Polynomial::printOn(std::ostream& os) const {
     if (first) os << "0";
 }
 
-std::ostream& operator<<(std::ostream& os, const Polynomial& p) {
-    p.printOn(os);
-    return os;
-}

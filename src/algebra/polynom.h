@@ -68,6 +68,5 @@ private:
 Polynomial operator+(double x, const Polynomial& p);
 Polynomial operator-(double x, const Polynomial& p);
 Polynomial operator*(double x, const Polynomial& p);
-std::ostream& operator<<(std::ostream& os, const Polynomial& p);
 
 #endif

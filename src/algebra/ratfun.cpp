@@ -368,11 +368,6 @@ void RationalFunction::printOn(std::ostream& os) const {
     os << (zpkValid ? zpkText() : tfText()).asCharPointer();
 }
 
-std::ostream& operator<<(std::ostream& os, const RationalFunction& f) {
-    f.printOn(os);
-    return os;
-}
-
 bool RationalFunction::isEqual(const Object& ob) const {
     if (!ob.isSpecies(*species())) return false;
     const RationalFunction& f = static_cast<const RationalFunction&>(ob);

@@ -102,7 +102,6 @@ RationalFunction operator+(double x, const RationalFunction& f);
 RationalFunction operator-(double x, const RationalFunction& f);
 RationalFunction operator*(double x, const RationalFunction& f);
 RationalFunction operator/(double x, const RationalFunction& f);
-std::ostream& operator<<(std::ostream& os, const RationalFunction& f);
 
 // The polynomial with the given roots (rows re, im), leading coefficient 1; a complex row and its
 // conjugate just below it give one real quadratic. Fewer than two columns: no roots.

@@ -275,11 +275,6 @@ void RFMatrix::printOn(std::ostream& os) const {
             os << "(" << i << "," << j << ") " << elements[size_t(i) * columns + j] << "\n";
 }
 
-std::ostream& operator<<(std::ostream& os, const RFMatrix& m) {
-    m.printOn(os);
-    return os;
-}
-
 // Stream forms: the evaluation point, the expression and the system are not stored.
 
 template <class Stream>

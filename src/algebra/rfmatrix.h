@@ -81,6 +81,5 @@ private:
 };
 
 RFMatrix operator*(double x, const RFMatrix& m);
-std::ostream& operator<<(std::ostream& os, const RFMatrix& m);
 
 #endif

@@ -331,11 +331,6 @@ void Vector::printOn(std::ostream& os) const {
     printTable(os, data, isCol ? sz : 1, isCol ? 1 : sz, settings());
 }
 
-std::ostream& operator<<(std::ostream& os, const Vector& v) {
-    v.printOn(os);
-    return os;
-}
-
 String Vector::toString(unsigned n) const {
     setLineSeparator("");
     precision(n);

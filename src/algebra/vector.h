@@ -112,6 +112,5 @@ private:
 };
 
 Vector operator*(double x, const Vector& v);
-std::ostream& operator<<(std::ostream& os, const Vector& v);
 
 #endif

@@ -761,47 +761,12 @@ bool CallData::isEqual(const Object& ob) const {
 }
 
 void CallData::writeValue(std::ostream& os) const {
-    switch (kind_) {
-        case NONE:
-            break;
-        case OBJECT:
-        case OBJECT_NOT_OWN:
-            static_cast<Object*>(value_)->printOn(os);
-            break;
-        case CHAR:
-            os << int(storedBits<signed char>(kind_, value_));
-            break;
-        case UCHAR:
-            os << unsigned(storedBits<unsigned char>(kind_, value_));
-            break;
-        case SHORT:
-            os << storedBits<short>(kind_, value_);
-            break;
-        case USHORT:
-            os << storedBits<unsigned short>(kind_, value_);
-            break;
-        case INT:
-            os << storedBits<int>(kind_, value_);
-            break;
-        case UINT:
-            os << storedBits<unsigned>(kind_, value_);
-            break;
-        case LONG:
-            os << storedBits<long>(kind_, value_);
-            break;
-        case ULONG:
-            os << storedBits<unsigned long>(kind_, value_);
-            break;
-        case FLOAT:
-            os << storedBits<float>(kind_, value_);
-            break;
-        case DOUBLE:
-            os << storedBits<double>(kind_, value_);
-            break;
-        default:
-            os << "Unknown";
-            break;
-    }
+    if (isObjectKind(kind_))
+        static_cast<Object*>(value_)->printOn(os);
+    else if (kind_ > LAST_KIND)
+        os << "Unknown";
+    else
+        writeNumber(os);
 }
 
 void CallData::printOn(std::ostream& os) const {
@@ -862,6 +827,21 @@ unsigned short readField<unsigned short>(BinIstream& is) {
     return (unsigned short)readField<short>(is);
 }
 
+// Numbers as text, characters by their numeric values; raw bytes on the binary
+// form, which has one 2-byte integer kind.
+template <class T>
+void writeField(std::ostream& os, T v) {
+    os << v;
+}
+void writeField(std::ostream& os, signed char v) { os << int(v); }
+void writeField(std::ostream& os, unsigned char v) { os << unsigned(v); }
+template <class T>
+void writeField(BinOstream& os, T v) {
+    os << v;
+}
+void writeField(BinOstream& os, signed char v) { os << char(v); }
+void writeField(BinOstream& os, unsigned short v) { os << short(v); }
+
 void badKind(unsigned kind) { setError(RDSYNERR, SEV_ERROR, "a CallData kind", formatText("%u", kind)); }
 
 }  // namespace
@@ -887,40 +867,47 @@ void CallData::storer(BinOstream& os) const {
         return;
     }
     os << kind_;
+    if (isObjectKind(kind_))
+        static_cast<Object*>(value_)->storeOn(os);
+    else
+        writeNumber(os);
+}
+
+// Writes the value of a number kind; NONE writes nothing.
+template <class Stream>
+void CallData::writeNumber(Stream& os) const {
     switch (kind_) {
-        case NONE:
-            break;
-        case OBJECT:
-        case OBJECT_NOT_OWN:
-            static_cast<Object*>(value_)->storeOn(os);
-            break;
         case CHAR:
-            os << storedBits<char>(kind_, value_);
+            writeField(os, storedBits<signed char>(kind_, value_));
             break;
         case UCHAR:
-            os << storedBits<unsigned char>(kind_, value_);
+            writeField(os, storedBits<unsigned char>(kind_, value_));
             break;
         case SHORT:
+            writeField(os, storedBits<short>(kind_, value_));
+            break;
         case USHORT:
-            os << storedBits<short>(kind_, value_);
+            writeField(os, storedBits<unsigned short>(kind_, value_));
             break;
         case INT:
-            os << storedBits<int>(kind_, value_);
+            writeField(os, storedBits<int>(kind_, value_));
             break;
         case UINT:
-            os << storedBits<unsigned>(kind_, value_);
+            writeField(os, storedBits<unsigned>(kind_, value_));
             break;
         case LONG:
-            os << storedBits<long>(kind_, value_);
+            writeField(os, storedBits<long>(kind_, value_));
             break;
         case ULONG:
-            os << storedBits<unsigned long>(kind_, value_);
+            writeField(os, storedBits<unsigned long>(kind_, value_));
             break;
         case FLOAT:
-            os << storedBits<float>(kind_, value_);
+            writeField(os, storedBits<float>(kind_, value_));
             break;
         case DOUBLE:
-            os << storedBits<double>(kind_, value_);
+            writeField(os, storedBits<double>(kind_, value_));
+            break;
+        default:
             break;
     }
 }

@@ -162,6 +162,8 @@ private:
     void readValue(BinIstream& is);
     template <class Stream>
     void readValueFrom(Stream& is);
+    template <class Stream>
+    void writeNumber(Stream& os) const;
     template <class T, class Stream>
     void readKind(Stream& is, unsigned kind);
     bool checkKind(unsigned expected) const;

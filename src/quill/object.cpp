@@ -305,6 +305,11 @@ void Nil::storer(BinOstream&) const { shouldNotImplement("storer"); }
 
 // Free functions
 
+std::ostream& operator<<(std::ostream& os, const Object& ob) {
+    ob.printOn(os);
+    return os;
+}
+
 bool validObject(const void* p) {
     if (!p) return false;
     if (p == nil && !classesInitialized) return true;

@@ -166,6 +166,9 @@ public:
     void storer(BinOstream& os) const override;
 };
 
+// Prints any object by its printOn.
+std::ostream& operator<<(std::ostream& os, const Object& ob);
+
 // Liveness test that never faults, whatever the pointer value.
 bool validObject(const void* p);
 // Raises BADOBJECT unless p is alive; with deep, checks its members too.
