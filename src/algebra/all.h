@@ -7,6 +7,7 @@
 #include "algebra/cmatrix.h"
 #include "algebra/complex.h"
 #include "algebra/cursor.h"
+#include "algebra/freqsrch.h"
 #include "algebra/lapack.h"
 #include "algebra/matrix.h"
 #include "algebra/pmatrix.h"

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <new>
+#include <utility>
 #include <ostream>
 
 #include "quill/binstrm.h"
@@ -239,3 +241,10 @@ void CMatrix::printOn(std::ostream& os) const {
     os << "]";
 }
 
+// A bytewise copy holds the original's vector: it is replaced, without being destroyed, by a copy
+// of its elements.
+void CMatrix::clearCopiedState() {
+    Algebra::clearCopiedState();
+    std::vector<std::complex<double>> own(data);
+    new (&data) std::vector<std::complex<double>>(std::move(own));
+}

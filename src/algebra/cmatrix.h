@@ -63,6 +63,7 @@ public:
     void printOn(std::ostream& os) const override;
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
+    void clearCopiedState() override;
 
     void dimensionError(const char* method, unsigned otherRows, unsigned otherCols) const;
 

@@ -1,7 +1,10 @@
 // PMatrix: element access, arithmetic, evaluation, printing and the stream forms.
 #include "algebra/pmatrix.h"
 
+#include <new>
 #include <ostream>
+#include <utility>
+#include <vector>
 
 #include "quill/binstrm.h"
 #include "quill/objio.h"
@@ -188,3 +191,10 @@ void PMatrix::printOn(std::ostream& os) const {
     os << " ]";
 }
 
+// A bytewise copy holds the original's vector: it is replaced, without being destroyed, by a copy
+// of its elements.
+void PMatrix::clearCopiedState() {
+    Algebra::clearCopiedState();
+    std::vector<Polynomial> own(data);
+    new (&data) std::vector<Polynomial>(std::move(own));
+}

@@ -232,3 +232,8 @@ void Polynomial::printOn(std::ostream& os) const {
     if (first) os << "0";
 }
 
+// A bytewise copy shares the coefficients until it takes its own.
+void Polynomial::clearCopiedState() {
+    Algebra::clearCopiedState();
+    coeffs.clearCopiedState();
+}

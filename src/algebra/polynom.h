@@ -59,6 +59,7 @@ public:
     void printOn(std::ostream& os) const override;
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
+    void clearCopiedState() override;
 
 private:
     Vector coeffs;    // highest power first, at least one

@@ -404,3 +404,12 @@ void RationalFunction::storer(BinOstream& os) const {
     denominator.storeOn(os);
     os << samplingTime;
 }
+
+// A bytewise copy shares the coefficient and root storage until each takes its own.
+void RationalFunction::clearCopiedState() {
+    Algebra::clearCopiedState();
+    numerator.clearCopiedState();
+    denominator.clearCopiedState();
+    zeros_.clearCopiedState();
+    poles_.clearCopiedState();
+}

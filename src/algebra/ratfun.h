@@ -82,6 +82,7 @@ public:
     bool isEqual(const Object& ob) const override;
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
+    void clearCopiedState() override;
 
 private:
     void normalize();

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <vector>
 
+#include "algebra/freqsrch.h"
 #include "quill/collectn.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
@@ -167,59 +168,8 @@ Complex RFMatrix::frequencyPoint(double w) const {
     return Complex(std::cos(w * T), std::sin(w * T));
 }
 
-// Phase one keeps the strict maximum of eight ten-fold samples. Phase two walks from it with a
-// step factor that starts at 1e8 and is square-rooted at each turn, 30 evaluations at most,
-// keeping the best gain B at F; going below wStart ends the search with the last gain.
 double RFMatrix::normHinf(double& wStart) {
-    double best = -1.0, peak = wStart;
-    for (int k = 0; k < 8; ++k) {
-        double w = wStart * std::pow(10.0, k);
-        double g = evaluate(frequencyPoint(w));
-        if (g > best) {
-            best = g;
-            peak = w;
-        }
-    }
-    if (peak <= wStart) return best;
-    double w = peak, c = 1e8, G = 0.0, B = 0.0, F = w;
-    bool up = true;
-    for (int evaluation = 0; evaluation < 30; ++evaluation) {
-        double g = evaluate(frequencyPoint(w));
-        if (evaluation == 0) {
-            G = B = g;
-            F = w;
-            w *= c;
-            continue;
-        }
-        if (g > B) {
-            B = g;
-            F = w;
-        }
-        if (up && (g > G || F > w)) {
-            w *= c;
-        } else if (!up && (g > G || F < w) && w >= wStart) {
-            w /= c;
-            if (w < wStart) {
-                wStart = w * c;
-                return g;
-            }
-        } else if (up) {
-            c = std::sqrt(c);
-            w /= c;
-            if (w < wStart) {
-                wStart = w * c;
-                return g;
-            }
-            up = false;
-        } else {
-            c = std::sqrt(c);
-            w *= c;
-            up = true;
-        }
-        G = g;
-    }
-    wStart = F;
-    return B;
+    return peakGain([this](double w) { return evaluate(frequencyPoint(w)); }, wStart);
 }
 
 // Operators
@@ -314,4 +264,15 @@ void RFMatrix::storer(BinOstream& os) const {
     Algebra::storer(os);
     os << rows << columns << samplingTime;
     for (size_t k = 0, n = size_t(rows) * columns; k < n; ++k) elements[k].storeOn(os);
+}
+
+// A bytewise copy shares the elements and the expression until it takes copies of its own.
+void RFMatrix::clearCopiedState() {
+    Algebra::clearCopiedState();
+    evaluationPoint.clearCopiedState();
+    const RationalFunction* shared = elements;
+    Object* sharedExpression = expression;
+    allocate(rows, columns);
+    for (size_t k = 0, n = size_t(rows) * columns; k < n; ++k) elements[k] = shared[k];
+    expression = sharedExpression ? sharedExpression->deepCopy() : 0;
 }

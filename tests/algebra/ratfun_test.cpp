@@ -57,14 +57,6 @@ std::string printed(const Object& ob) {
     return os.str();
 }
 
-std::string consoleOf(const std::function<void()>& f) {
-    std::ostringstream captured;
-    std::streambuf* old = std::cout.rdbuf(captured.rdbuf());
-    f();
-    std::cout.rdbuf(old);
-    return captured.str();
-}
-
 // wn^2 / (s^2 + 2 zeta wn s + wn^2)
 RationalFunction secondOrder(double zeta, double wn) {
     return RationalFunction(vectorOf({wn * wn}), vectorOf({1, 2 * zeta * wn, wn * wn}));

@@ -3,6 +3,8 @@
 #define TESTS_QUILL_TESTUTIL_H
 
 #include <functional>
+#include <iostream>
+#include <sstream>
 #include <string>
 
 #include "quill/quillerr.h"
@@ -20,6 +22,20 @@ inline std::string raisedText(const std::function<void()>& f, int* code = 0, int
         return text;
     }
     return "no error";
+}
+
+// Runs f and answers what it wrote on the console (std::cout).
+inline std::string consoleOf(const std::function<void()>& f) {
+    std::ostringstream captured;
+    std::streambuf* old = std::cout.rdbuf(captured.rdbuf());
+    try {
+        f();
+    } catch (...) {
+        std::cout.rdbuf(old);
+        throw;
+    }
+    std::cout.rdbuf(old);
+    return captured.str();
 }
 
 #endif

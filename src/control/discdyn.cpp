@@ -1,0 +1,254 @@
+// DiscDynOp: construction and zero-order-hold discretisation, stability on the unit circle, the
+// pole table, the norms, printing and the stream form.
+#include "control/discdyn.h"
+
+#include <cmath>
+#include <iostream>
+
+#include "algebra/ratfun.h"
+#include "quill/binstrm.h"
+#include "quill/intarray.h"
+#include "quill/objio.h"
+
+DEFINE_CLASS(DiscDynOp, DynOp, 1, 0)
+
+// The exponential of M = [A B; 0 0] T: shifted by its mean diagonal over n, scaled by a power of
+// two to a sum of absolute values not above 1, a Taylor series of 19 terms, then squared back.
+void discretize(const Matrix& A, const Matrix& B, double samplingTime, Matrix& Ad, Matrix& Bd) {
+    unsigned n = A.rowNumber(), m = B.columnNumber(), size = n + m;
+    Matrix M(size, size);
+    M.setSubMatrix(0, 0, A * samplingTime, n, n);
+    if (m) M.setSubMatrix(0, n, B * samplingTime, n, m);
+    double mu = M.trace() / n;
+    M -= Matrix::diagonal(size, mu);
+    double absSum = 0.0;
+    for (unsigned k = 0; k < M.elementCount(); ++k) absSum += std::fabs(M.elements()[k]);
+    int s = 0;
+    while (std::ldexp(1.0, s) < absSum) ++s;
+    M = M / std::ldexp(1.0, s);
+    Matrix E = Matrix::diagonal(size, 1.0), term = E;
+    for (int k = 1; k <= 19; ++k) {
+        term = term * M / double(k);
+        E += term;
+    }
+    for (int i = 0; i < s; ++i) E = E * E;
+    E *= std::exp(mu);
+    Ad = E.subMatrix(0, 0, n, n);
+    Bd = m ? E.subMatrix(0, n, n, m) : Matrix(n, 0);
+}
+
+namespace {
+
+int selectInsideCircle(const double* re, const double* im) { return std::hypot(*re, *im) < 1.0 ? 1 : 0; }
+
+}  // namespace
+
+// Construction
+
+DiscDynOp::DiscDynOp() {}
+
+DiscDynOp::DiscDynOp(const Matrix& a, const Matrix& b, const Matrix& c, const Matrix& d, double T,
+                     unsigned controls, unsigned measures, unsigned feedForward)
+    : DynOp(a, b, c, d, controls, measures, feedForward, true), samplingTime(T) {}
+
+DiscDynOp::DiscDynOp(const Vector& numerator, const Vector& denominator, double T)
+    : DynOp(numerator, denominator), samplingTime(T) {}
+
+DiscDynOp::DiscDynOp(const RationalFunction& f, double T)
+    : DiscDynOp(DynOp(f), T <= 0.0 || f.isDiscrete(), T <= 0.0 ? f.samplingTimeOf() : T) {}
+
+DiscDynOp::DiscDynOp(const DynOp& s, bool alreadyDiscrete, double T) : DynOp(s), samplingTime(T) {
+    if (alreadyDiscrete || isStatic || isZeroGain || T <= 0.0) return;
+    Matrix Ad, Bd;
+    discretize(A, B, T, Ad, Bd);
+    *this = DiscDynOp(Ad, Bd, C, D, T, controlNumber_, measureNumber_, feedForwardNumber_);
+}
+
+DiscDynOp::DiscDynOp(const Matrix& d, double T) : DynOp(d), samplingTime(T) {}
+
+DiscDynOp::DiscDynOp(const DiscDynOp& s) : DynOp(s), samplingTime(s.samplingTime) {}
+
+DiscDynOp::DiscDynOp(const DiscDynOp& s, unsigned controls, unsigned measures, unsigned feedForward)
+    : DynOp(s, controls, measures, feedForward), samplingTime(s.samplingTime) {}
+
+DiscDynOp& DiscDynOp::operator=(const DiscDynOp& s) {
+    DynOp::operator=(s);
+    samplingTime = s.samplingTime;
+    return *this;
+}
+
+// Stability
+
+const char* DiscDynOp::typeName() const { return "Discrete-time System"; }
+
+SchurSelect DiscDynOp::selectFunction() const { return selectInsideCircle; }
+
+double DiscDynOp::stabilityValue(double re, double im) const { return std::hypot(re, im); }
+
+bool DiscDynOp::isUnstablePole(double value, double tolerance) const { return std::fabs(value) > 1.0 - tolerance; }
+
+bool DiscDynOp::isStable() const {
+    Matrix p = DynOp::poles();
+    for (unsigned i = 0; i < p.rowNumber(); ++i)
+        if (std::hypot(p(i, 0), p(i, 1)) >= 1.0) return false;
+    return true;
+}
+
+void DiscDynOp::selectUnstablePoles(const Matrix& poles, IntArray& list, double tolerance) const {
+    for (unsigned i = 0; i < poles.rowNumber(); ++i) {
+        double magnitude = std::hypot(poles(i, 0), poles(i, 1));
+        std::cout << poles(i, 0) << " " << poles(i, 1) << "  " << magnitude;
+        if (magnitude > 1.0 - tolerance) {
+            std::cout << " " << i;
+            list.reSize(list.size() + 1);
+            list[int(list.size() - 1)] = int(i);
+        }
+        std::cout << "\n";
+    }
+    std::cout << std::flush;
+}
+
+Matrix DiscDynOp::poles() const {
+    Matrix p = DynOp::poles();
+    if (p.rowNumber() == 0) return p;
+    double T = period();
+    Matrix table(p.rowNumber(), 5);
+    for (unsigned i = 0; i < p.rowNumber(); ++i) {
+        double re = p(i, 0), im = p(i, 1), magnitude = std::hypot(re, im);
+        bool pair = std::fabs(im) >= tollPoles;
+        table(i, 0) = re;
+        table(i, 1) = im;
+        table(i, 2) = magnitude;
+        table(i, 3) = !pair && magnitude < tollPoles ? -100000.0 : std::log(magnitude) / T;
+        double frequency = std::atan(std::fabs(im / re)) / T;
+        table(i, 4) = pair && im < 0.0 ? -frequency : frequency;
+    }
+    return table;
+}
+
+Matrix DiscDynOp::splitBlock(const Matrix& block, double tolerance) const {
+    Matrix roots(block);
+    numerics().rootsOf2by2(roots);
+    std::cout << "splitBlock " << block << "\nroots 2by2 " << roots << std::endl;
+    return DynOp::splitBlock(block, tolerance);
+}
+
+// Cleaning poles at 1
+
+void DiscDynOp::cleanPolesInZero(double tolerance) {
+    if (isStatic) return;
+    if (!isSchur) schurForm();
+    unsigned n = order_;
+    for (unsigned k = 0; k < n; ++k) {
+        double a = A(k, k);
+        if (std::fabs(std::fabs(a) - 1.0) >= tolerance) continue;
+        A(k, k) = a < 0.0 ? -1.0 : 1.0;
+        if (k > 0 && std::fabs(A(k, k - 1)) < tolerance) A(k, k - 1) = 0.0;
+        if (k + 1 < n && std::fabs(A(k + 1, k)) < tolerance) A(k + 1, k) = 0.0;
+    }
+}
+
+// Norms and frequency gains
+
+void DiscDynOp::solveLyapunov(Matrix& L, const Matrix& start) const { numerics().lyapd(A, L, start); }
+
+double DiscDynOp::singularValueAt(double w) const {
+    double angle = w * period();
+    return gainAt(std::cos(angle), std::sin(angle));
+}
+
+// Through the bilinear map of the unit circle onto the imaginary axis, where the bisection of
+// the continuous case applies.
+double DiscDynOp::normHinf() const {
+    if (!isStable() || (fastMode >= 2 && fastMode <= 4)) {
+        std::cout << "norm computed as max value in freq. " << std::endl;
+        double w = wMin;
+        return normHinfInFrequency(w);
+    }
+    if (isStatic) return numerics().norm2(D);
+    Algebra& alg = numerics();
+    double T = period();
+    Matrix Ainv = alg.inv(A + Matrix::diagonal(order_, 1.0));
+    Matrix Ac = (A - Matrix::diagonal(order_, 1.0)) * Ainv / T, Bc = Ainv * B * 2.0, Cc = C * Ainv / T;
+    return DynOp(Ac, Bc, Cc, D - C * Ainv * B).normHinf();
+}
+
+// The search of the continuous case on the upper half of the unit circle: 8 evenly spaced angles
+// from w T up to 3.14, then a two-way walk whose step starts at 1.57 and is halved at each turn.
+double DiscDynOp::normHinfInFrequency(double& wStart) const {
+    if (isStatic) return numerics().norm2(D);
+    const double top = 3.14;
+    double T = period(), start = wStart * T;
+    auto gain = [this](double angle) { return gainAt(std::cos(angle), std::sin(angle)); };
+    double best = -1.0, peak = start, increment = (top - start) / 7.0;
+    for (int k = 0; k < 8; ++k) {
+        double angle = start + k * increment, g = gain(angle);
+        if (g > best) {
+            best = g;
+            peak = angle;
+        }
+    }
+    if (peak <= start) return best;
+    double angle = peak, c = 1.57, G = 0.0, B = 0.0, F = angle;
+    bool up = true;
+    for (int evaluation = 0; evaluation < 30; ++evaluation) {
+        double g = gain(angle);
+        if (evaluation == 0) {
+            G = B = g;
+            F = angle;
+            angle = std::min(angle + c, top);
+            continue;
+        }
+        if (g > B) {
+            B = g;
+            F = angle;
+        }
+        if (up && (g > G || F > angle)) {
+            angle = std::min(angle + c, top);
+        } else if (!up && (g > G || F < angle) && angle >= start) {
+            angle -= c;
+            if (angle < start) {
+                wStart = (angle + c) / T;
+                return g;
+            }
+        } else if (up) {
+            c /= 2.0;
+            angle -= c;
+            if (angle < start) {
+                wStart = (angle + c) / T;
+                return g;
+            }
+            up = false;
+        } else {
+            c /= 2.0;
+            angle = std::min(angle + c, top);
+            up = true;
+        }
+        G = g;
+    }
+    wStart = F / T;
+    return B;
+}
+
+// Printing and streams
+
+void DiscDynOp::printOn(std::ostream& os) const {
+    DynOp::printOn(os);
+    os << "sampling time = " << samplingTime << "\n";
+}
+
+DiscDynOp::DiscDynOp(std::istream& is, Object* where) : DynOp(is, where) {
+    samplingTime = readNumber<double>(is);
+}
+
+DiscDynOp::DiscDynOp(BinIstream& is, Object* where) : DynOp(is, where) { is >> samplingTime; }
+
+void DiscDynOp::storer(std::ostream& os) const {
+    DynOp::storer(os);
+    os << samplingTime << ' ';
+}
+
+void DiscDynOp::storer(BinOstream& os) const {
+    DynOp::storer(os);
+    os << samplingTime;
+}

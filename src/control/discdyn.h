@@ -1,0 +1,67 @@
+// DiscDynOp, the discrete-time state-space operator: a DynOp with a sampling time, whose stability
+// domain is the unit circle.
+#ifndef CONTROL_DISCDYN_H
+#define CONTROL_DISCDYN_H
+
+#include "control/dynop.h"
+
+extern Class class_DiscDynOp;
+
+// The compositions of DynOp give DynOp results; wrap turns them into systems of this sampling
+// time. A sampling time that is not positive counts as 1 at the frequency points.
+class DiscDynOp : public DynOp {
+    DECLARE_MEMBERS(DiscDynOp)
+public:
+    DiscDynOp();
+    DiscDynOp(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D, double samplingTime,
+              unsigned controls = 0, unsigned measures = 0, unsigned feedForward = 0);
+    DiscDynOp(const Vector& numerator, const Vector& denominator, double samplingTime);
+    // samplingTime 0 or below takes the function's own; a positive one discretises a continuous
+    // function.
+    DiscDynOp(const RationalFunction& f, double samplingTime);
+    // Discretises with a zero-order hold unless alreadyDiscrete, the system is static or zero, or
+    // samplingTime is not positive.
+    DiscDynOp(const DynOp& s, bool alreadyDiscrete, double samplingTime);
+    DiscDynOp(const Matrix& D, double samplingTime);  // static gain
+    DiscDynOp(const DiscDynOp& s);
+    DiscDynOp(const DiscDynOp& s, unsigned controls, unsigned measures, unsigned feedForward);
+    // Stream form: the DynOp's, then the sampling time.
+    DiscDynOp(std::istream& is, Object* where);
+    DiscDynOp(BinIstream& is, Object* where);
+    DiscDynOp& operator=(const DiscDynOp& s);
+
+    double getSamplingTime() const { return samplingTime; }
+    DiscDynOp wrap(const DynOp& s) const { return DiscDynOp(s, true, samplingTime); }
+
+    void selectUnstablePoles(const Matrix& poles, IntArray& list, double tolerance) const override;
+    Matrix splitBlock(const Matrix& block, double tolerance) const override;
+    const char* typeName() const override;
+    bool isUnstablePole(double value, double tolerance) const override;
+    bool isStable() const override;
+    // Five columns: re, im, magnitude, the continuous-time decay ln|p| / T and frequency.
+    Matrix poles() const override;
+    double normHinf() const override;
+    double normHinfInFrequency(double& wStart) const override;
+    // Diagonal elements within tolerance of magnitude 1 become exactly +-1.
+    void cleanPolesInZero(double tolerance) override;
+    double singularValueAt(double w) const override;
+
+    SchurSelect selectFunction() const override;
+    void printOn(std::ostream& os) const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
+
+protected:
+    double samplingTimeOf() const override { return samplingTime; }
+    void solveLyapunov(Matrix& L, const Matrix& start) const override;
+    double stabilityValue(double re, double im) const override;
+    // The sampling time used at the frequency points.
+    double period() const { return samplingTime > 0.0 ? samplingTime : 1.0; }
+
+    double samplingTime = 0.0;
+};
+
+// Zero-order-hold discretisation: [A B] from the exponential of [A B; 0 0] T.
+void discretize(const Matrix& A, const Matrix& B, double samplingTime, Matrix& Ad, Matrix& Bd);
+
+#endif

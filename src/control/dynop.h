@@ -1,0 +1,200 @@
+// DynOp, the continuous-time state-space operator (A, B, C, D) with its partition of inputs into
+// disturbances and controls and of outputs into objectives and measures.
+#ifndef CONTROL_DYNOP_H
+#define CONTROL_DYNOP_H
+
+#include <cstdint>
+#include <iosfwd>
+
+#include "algebra/algebra.h"
+#include "algebra/matrix.h"
+#include "algebra/vector.h"
+
+class IntArray;
+class RationalFunction;
+class RFMatrix;
+
+extern Class class_DynOp;
+
+// The last controlNumber inputs are controls, the earlier ones disturbances; the last
+// measureNumber outputs are measures, the earlier ones objectives. A static system is a pure
+// gain: only D counts and A, B, C are 1x1 stubs. Column lists (IntArray) select inputs; a null
+// list means all of them.
+class DynOp : public Algebra {
+    DECLARE_MEMBERS(DynOp)
+public:
+    DynOp();  // static zero gain, no inputs or outputs
+    // D may be nil (0x0), standing for zeros. With simplify, a system whose B or C vanishes
+    // becomes static, and one that vanishes altogether becomes a zero gain.
+    DynOp(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D, unsigned controls = 0,
+          unsigned measures = 0, unsigned feedForward = 0, bool simplify = true);
+    // Single-input single-output controllable companion form; prints "n " and the order.
+    DynOp(const Vector& numerator, const Vector& denominator);
+    explicit DynOp(const RationalFunction& f);
+    // Not built from the elements: prints " not yet implemented " and gives a zero gain of the size.
+    explicit DynOp(const RFMatrix& m);
+    explicit DynOp(const Matrix& D);  // static gain
+    DynOp(double gain, unsigned controls, unsigned measures, unsigned feedForward);
+    DynOp(const DynOp& s);
+    DynOp(const DynOp& s, unsigned controls, unsigned measures, unsigned feedForward);
+    // Stream form: A, B, C, D as nested Matrix objects, the three flags, then controls, measures
+    // and feed-forward. The binary form holds the base only.
+    DynOp(std::istream& is, Object* where);
+    DynOp(BinIstream& is, Object* where);
+    DynOp& operator=(const DynOp& s);
+
+    // --- Operations that differ between continuous and discrete time, in their slot order ---
+    // The gramian L'L of the Lyapunov equation with C as factor (observability gramian); factor,
+    // when given, starts the iteration and receives the triangular factor L.
+    virtual Matrix gramianOf(Matrix* factor = 0) const;
+    // Appends to list the index of each row of poles (re, im) that counts as unstable.
+    virtual void selectUnstablePoles(const Matrix& poles, IntArray& list, double tolerance) const;
+    // The 2x2 transformation that makes a 2x2 block with real roots diagonal.
+    virtual Matrix splitBlock(const Matrix& block, double tolerance) const;
+    virtual const char* typeName() const;
+    virtual bool isUnstablePole(double value, double tolerance) const;
+    virtual bool isStable() const;
+    // n x 2 (re, im); nil (0x0) for a static system.
+    virtual Matrix poles() const;
+    virtual double normHinf() const;
+    // Peak of the largest singular value over frequency from wStart; wStart gets its frequency.
+    virtual double normHinfInFrequency(double& wStart) const;
+    virtual double normH2() const;
+    virtual void cleanPolesInZero(double tolerance);
+    // Balances and truncates in place to the states whose Hankel singular value is above
+    // threshold; returns the diagonal matrix of all the Hankel singular values.
+    virtual Matrix balancedRealization(double threshold);
+    virtual void removeInputs(unsigned first, unsigned count);
+    virtual void removeOutputs(unsigned first, unsigned count);
+    virtual double singularValueAt(double w) const;
+
+    // --- Accessors ---
+    // rows x cols block of A from (r, c); all zero gives the whole A.
+    Matrix getA(unsigned r = 0, unsigned c = 0, unsigned rows = 0, unsigned cols = 0) const;
+    Matrix getB(const IntArray* columns = 0) const;  // the listed columns, in list order
+    Matrix getC(const IntArray* rows = 0) const;
+    Matrix getD() const { return D; }
+    // The state matrices at their true sizes: n x n, n x m, p x n, with n = 0 when static.
+    Matrix stateA() const;
+    Matrix stateB() const;
+    Matrix stateC() const;
+    unsigned order() const { return isStatic ? 0 : order_; }
+    unsigned inputNumber() const { return inputNumber_; }
+    unsigned outputNumber() const { return outputNumber_; }
+    unsigned controlNumber() const { return controlNumber_; }
+    unsigned measureNumber() const { return measureNumber_; }
+    unsigned feedForwardNumber() const { return feedForwardNumber_; }
+    bool isSchurForm() const { return isSchur != 0; }
+    bool isStaticGain() const { return isStatic != 0; }
+    bool isZero() const { return isZeroGain != 0; }
+
+    // --- Composition: new systems, simplified ---
+    DynOp operator*(const DynOp& other) const;  // this after other
+    DynOp operator+(const DynOp& other) const;  // common inputs, summed outputs
+    DynOp operator+(const Matrix& M) const;
+    DynOp operator*(const Matrix& M) const;  // input side
+    DynOp operator*(double x) const;
+    friend DynOp operator*(const Matrix& M, const DynOp& s);  // output side: M C, M D
+    DynOp operator-() const;
+    DynOp append(const DynOp& other) const;
+    DynOp appendGain(const Matrix& D2) const;
+    DynOp sumOfOutputs(const DynOp& other) const;
+    // outputs, inputs of 0 run to the end; minimal reduces to the controllable, then the
+    // observable part.
+    DynOp subSystem(unsigned firstOutput, unsigned firstInput, unsigned outputs = 0, unsigned inputs = 0,
+                    bool minimal = false) const;
+    void addOutputs(const Matrix& C2, const Matrix& D2);  // D2 nil: zeros
+    void addInputs(const Matrix& B2, const Matrix& D2);
+    DynOp transpose() const;
+    void similarity(const Matrix& T, bool orthogonal = false);
+    DynOp changeBasis(const Matrix& T) const;
+    DynOp reduceOrder(unsigned n, bool keepFirst = true) const;
+    DynOp scaleObjectives(double alpha) const;
+    DynOp stateFeedback(const Matrix& K, const IntArray* columns = 0) const;
+    DynOp closedLoop(const DynOp& controller) const;
+    DynOp outputFeedback(const DynOp& controller) const;
+    DynOp closeBlockLoop(const Matrix& coupling) const;
+
+    // --- Structure ---
+    // The controllable part through the staircase form; T receives the transformation.
+    DynOp contrSubSystem(const IntArray* columns, Matrix& T, double tolerance, bool print = false,
+                         unsigned forcedOrder = 0) const;
+    DynOp obsSubSystem(const IntArray* rows, Matrix& T, double tolerance, bool print = false,
+                       unsigned forcedOrder = 0) const;
+    // isControl false: the observable order of the listed output rows.
+    unsigned controllableOrder(const IntArray* columns, double tolerance, bool print = false,
+                               bool isControl = true) const;
+    unsigned observableOrder(const IntArray* rows, double tolerance, bool print = false) const;
+    DynOp stabilizableSubSystem(const IntArray* columns, Matrix& T, double tolerance, double unstableTolerance,
+                                bool print = false, unsigned forcedOrder = 0) const;
+    void toStaircase(const IntArray* columns = 0);
+    // The gain K with eig(A - B K) the desired poles (rows re, im; a pair on consecutive rows).
+    Matrix place(const Matrix& desiredPoles, const IntArray* columns = 0, bool singleInput = false) const;
+    // A to real Schur form, sorted when sorted is set; returns the vectors Q.
+    Matrix schurForm(bool sorted = false);
+    Matrix contrGramian() const;
+    Matrix obsGramian() const;
+
+    RFMatrix transferMatrix() const;
+
+    bool isEqual(const Object& ob) const override;
+    void printOn(std::ostream& os) const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
+    void clearCopiedState() override;
+
+protected:
+    // The Algebra routines do not change the object; they are reached from const operations.
+    Algebra& numerics() const { return const_cast<DynOp&>(*this); }
+    // The system's sampling time: 0 in continuous time.
+    virtual double samplingTimeOf() const { return 0.0; }
+    // The Hamiltonian bisection of normHinf on a stable continuous system.
+    double bisectionNormHinf() const;
+    // The Lyapunov solver of the time domain: lyap here, lyapd in discrete time.
+    virtual void solveLyapunov(Matrix& L, const Matrix& start) const;
+    // The number that isUnstablePole judges for the eigenvalue re + j im: the real part here, the
+    // magnitude in discrete time.
+    virtual double stabilityValue(double re, double im) const { return (void)im, re; }
+    // The largest singular value of C (zI - A)^-1 B + D at z = re + j im.
+    double gainAt(double re, double im) const;
+    void printHeader(std::ostream& os) const;
+
+    std::uint32_t order_ = 0;
+    std::uint32_t inputNumber_ = 0;
+    std::uint32_t controlNumber_ = 0;
+    std::uint32_t outputNumber_ = 0;
+    std::uint32_t measureNumber_ = 0;
+    std::uint32_t feedForwardNumber_ = 0;
+    std::int32_t isSchur = 0;
+    std::int32_t isStatic = 1;
+    std::int32_t isZeroGain = 1;
+    Matrix A;
+    Matrix C;
+    Matrix B;
+    Matrix D;
+
+private:
+    // The staircase of (A, b) or, for the dual, of (A', c'): T, the transformed A, and the order of
+    // the controllable part (forcedOrder when not 0).
+    unsigned staircaseOrder(bool dual, const IntArray* selection, double tolerance, Matrix& T, Matrix& a,
+                            bool print, unsigned forcedOrder) const;
+    // The first `kept` states of (T A T', T B, C T') with D, controls and measures.
+    DynOp transformedPart(const Matrix& T, unsigned kept) const;
+    // The LAPACK selection of stabilizableSubSystem's sorted Schur form.
+    static int selectUnstable(const double* re, const double* im);
+    void setShape(bool simplify);
+    void makeStatic();
+    void readFlags(std::istream& is);
+};
+
+// The helpers shared by the compositions: blocks that may be empty, and stacking.
+namespace dynop {
+// rows x cols block of M at (r, c); an empty block when either count is 0.
+Matrix block(const Matrix& M, unsigned r, unsigned c, unsigned rows, unsigned cols);
+Matrix stack(const Matrix& top, const Matrix& bottom);
+Matrix sideBySide(const Matrix& left, const Matrix& right);
+// The listed columns of M in list order, all of M for a null list.
+Matrix columnsOf(const Matrix& M, const IntArray* columns);
+}  // namespace dynop
+
+#endif

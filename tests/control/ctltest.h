@@ -1,0 +1,125 @@
+// Helpers of the dynamical systems' tests: transfer values computed directly from the state
+// matrices, and small matrix builders.
+#ifndef TESTS_CONTROL_CTLTEST_H
+#define TESTS_CONTROL_CTLTEST_H
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <complex>
+#include <initializer_list>
+#include <vector>
+
+#include "algebra/all.h"
+#include "control/all.h"
+
+typedef std::complex<double> Cx;
+typedef std::vector<std::vector<Cx>> CxMatrix;
+
+inline Matrix mat(unsigned rows, unsigned cols, std::initializer_list<double> values) {
+    Matrix m(rows, cols);
+    auto v = values.begin();
+    for (unsigned i = 0; i < rows; ++i)
+        for (unsigned j = 0; j < cols; ++j) m(i, j) = *v++;
+    return m;
+}
+
+inline CxMatrix cx(const Matrix& m) {
+    CxMatrix r(m.rowNumber(), std::vector<Cx>(m.columnNumber()));
+    for (unsigned i = 0; i < m.rowNumber(); ++i)
+        for (unsigned j = 0; j < m.columnNumber(); ++j) r[i][j] = m(i, j);
+    return r;
+}
+
+inline CxMatrix mul(const CxMatrix& a, const CxMatrix& b) {
+    size_t n = b.empty() ? 0 : b[0].size();
+    CxMatrix r(a.size(), std::vector<Cx>(n));
+    for (size_t i = 0; i < a.size(); ++i)
+        for (size_t k = 0; k < b.size(); ++k)
+            for (size_t j = 0; j < n; ++j) r[i][j] += a[i][k] * b[k][j];
+    return r;
+}
+
+inline CxMatrix add(const CxMatrix& a, const CxMatrix& b, double sign = 1.0) {
+    CxMatrix r(a);
+    for (size_t i = 0; i < a.size(); ++i)
+        for (size_t j = 0; j < a[i].size(); ++j) r[i][j] += sign * b[i][j];
+    return r;
+}
+
+inline CxMatrix identity(size_t n) {
+    CxMatrix r(n, std::vector<Cx>(n));
+    for (size_t i = 0; i < n; ++i) r[i][i] = 1.0;
+    return r;
+}
+
+// X with M X = R by Gauss-Jordan elimination with partial pivoting.
+inline CxMatrix solveCx(CxMatrix M, CxMatrix R) {
+    size_t n = M.size();
+    for (size_t c = 0; c < n; ++c) {
+        size_t p = c;
+        for (size_t r = c + 1; r < n; ++r)
+            if (std::abs(M[r][c]) > std::abs(M[p][c])) p = r;
+        std::swap(M[c], M[p]);
+        std::swap(R[c], R[p]);
+        for (size_t r = 0; r < n; ++r) {
+            if (r == c) continue;
+            Cx f = M[r][c] / M[c][c];
+            for (size_t k = c; k < n; ++k) M[r][k] -= f * M[c][k];
+            for (size_t k = 0; k < R[r].size(); ++k) R[r][k] -= f * R[c][k];
+        }
+    }
+    for (size_t r = 0; r < n; ++r)
+        for (auto& x : R[r]) x /= M[r][r];
+    return R;
+}
+
+inline CxMatrix inverse(const CxMatrix& M) { return solveCx(M, identity(M.size())); }
+
+// C (sI - A)^-1 B + D of the system's state matrices.
+inline CxMatrix transferAt(const DynOp& s, Cx point) {
+    CxMatrix D = cx(s.getD());
+    if (s.order() == 0) return D;
+    CxMatrix M = cx(-s.getA());
+    for (unsigned i = 0; i < s.order(); ++i) M[i][i] += point;
+    return add(mul(cx(s.getC()), solveCx(M, cx(s.getB()))), D);
+}
+
+inline void expectNear(const CxMatrix& a, const CxMatrix& b, double tolerance) {
+    ASSERT_EQ(a.size(), b.size());
+    for (size_t i = 0; i < a.size(); ++i) {
+        ASSERT_EQ(a[i].size(), b[i].size());
+        for (size_t j = 0; j < a[i].size(); ++j)
+            EXPECT_NEAR(std::abs(a[i][j] - b[i][j]), 0.0, tolerance * (1.0 + std::abs(b[i][j]))) << i << "," << j;
+    }
+}
+
+// The eigenvalues of a real matrix as complex numbers, sorted by real then imaginary part.
+inline std::vector<Cx> eigenvalues(const Matrix& A) {
+    Algebra alg;
+    Matrix v = alg.computeEigenvalues(A);
+    std::vector<Cx> r;
+    for (unsigned i = 0; i < v.rowNumber(); ++i) r.push_back(Cx(v(i, 0), v(i, 1)));
+    std::sort(r.begin(), r.end(),
+              [](Cx a, Cx b) { return a.real() != b.real() ? a.real() < b.real() : a.imag() < b.imag(); });
+    return r;
+}
+
+// A stable system of the given order with m inputs and p outputs, reproducible.
+inline DynOp randomStable(unsigned n, unsigned m, unsigned p, unsigned seed = 7) {
+    std::srand(seed);
+    auto value = [] { return double(std::rand()) / RAND_MAX - 0.5; };
+    Matrix A(n, n), B(n, m), C(p, n), D(p, m);
+    for (unsigned i = 0; i < n; ++i)
+        for (unsigned j = 0; j < n; ++j) A(i, j) = value();
+    for (unsigned i = 0; i < n; ++i) A(i, i) -= 0.5 * n + 1.0;
+    for (unsigned i = 0; i < n; ++i)
+        for (unsigned j = 0; j < m; ++j) B(i, j) = value();
+    for (unsigned i = 0; i < p; ++i)
+        for (unsigned j = 0; j < n; ++j) C(i, j) = value();
+    return DynOp(A, B, C, D);
+}
+
+#endif
