@@ -112,6 +112,12 @@ public:
     // the iterations done, 1000 when the iteration did not settle.
     int lyap(const Matrix& A, Matrix& L, const Matrix& X0 = Matrix());
     int lyapd(const Matrix& A, Matrix& L, const Matrix& X0 = Matrix());
+    // Direct solutions of the same equations to full precision, for the gramians of systems:
+    // the upper triangular R with R'R = sum over k of (S^k)' L'L S^k (steinFactor; the discrete
+    // equation with S = A), and the continuous one through its Cayley transform (lyapFactor).
+    // L may have any number of rows. A not stable (S not convergent) gives a partial sum.
+    Matrix steinFactor(const Matrix& S, const Matrix& L);
+    Matrix lyapFactor(const Matrix& A, const Matrix& L);
     // lyap with neither test nor sign repair: exactly 200 iterations, for checks.
     void lyapPlain(const Matrix& A, Matrix& L, const Matrix& X0 = Matrix());
     // Riccati iterations on the factor R (in: start, nil for zero; out: the solution factor)

@@ -150,7 +150,7 @@ void DiscDynOp::cleanPolesInZero(double tolerance) {
 
 // Norms and frequency gains
 
-void DiscDynOp::solveLyapunov(Matrix& L, const Matrix& start) const { numerics().lyapd(A, L, start); }
+Matrix DiscDynOp::gramianFactor(const Matrix& L) const { return numerics().steinFactor(A, L); }
 
 double DiscDynOp::singularValueAt(double w) const {
     double angle = w * period();

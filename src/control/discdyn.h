@@ -53,7 +53,7 @@ public:
 
 protected:
     double samplingTimeOf() const override { return samplingTime; }
-    void solveLyapunov(Matrix& L, const Matrix& start) const override;
+    Matrix gramianFactor(const Matrix& L) const override;
     double stabilityValue(double re, double im) const override;
     // The sampling time used at the frequency points.
     double period() const { return samplingTime > 0.0 ? samplingTime : 1.0; }

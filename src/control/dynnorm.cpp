@@ -39,17 +39,13 @@ void DynOp::selectUnstablePoles(const Matrix& poles, IntArray& list, double tole
 
 // Gramians
 
-void DynOp::solveLyapunov(Matrix& L, const Matrix& start) const { numerics().lyap(A, L, start); }
+Matrix DynOp::gramianFactor(const Matrix& L) const { return numerics().lyapFactor(A, L); }
 
 Matrix DynOp::gramianOf(Matrix* factor) const {
     if (isStatic) return Matrix(0, 0);
-    unsigned n = order_;
-    Matrix L(C);
-    numerics().triangularize(L, n < outputNumber_ ? n : outputNumber_);
-    L.reSize(n, n);
-    solveLyapunov(L, factor ? *factor : Matrix(0, 0));
-    if (factor) *factor = L;
-    return L.transpose() * L;
+    Matrix R = gramianFactor(C);
+    if (factor) *factor = R;
+    return R.transpose() * R;
 }
 
 Matrix DynOp::obsGramian() const { return gramianOf(); }

@@ -44,8 +44,8 @@ public:
     DynOp& operator=(const DynOp& s);
 
     // --- Operations that differ between continuous and discrete time, in their slot order ---
-    // The gramian L'L of the Lyapunov equation with C as factor (observability gramian); factor,
-    // when given, starts the iteration and receives the triangular factor L.
+    // The gramian R'R of the Lyapunov equation with C as factor (observability gramian), solved
+    // directly to full precision; factor, when given, receives the triangular factor R.
     virtual Matrix gramianOf(Matrix* factor = 0) const;
     // Appends to list the index of each row of poles (re, im) that counts as unstable.
     virtual void selectUnstablePoles(const Matrix& poles, IntArray& list, double tolerance) const;
@@ -150,8 +150,9 @@ protected:
     virtual double samplingTimeOf() const { return 0.0; }
     // The Hamiltonian bisection of normHinf on a stable continuous system.
     double bisectionNormHinf() const;
-    // The Lyapunov solver of the time domain: lyap here, lyapd in discrete time.
-    virtual void solveLyapunov(Matrix& L, const Matrix& start) const;
+    // The factor of the gramian of (A, L): the continuous Lyapunov equation here, the discrete
+    // one in discrete time.
+    virtual Matrix gramianFactor(const Matrix& L) const;
     // The number that isUnstablePole judges for the eigenvalue re + j im: the real part here, the
     // magnitude in discrete time.
     virtual double stabilityValue(double re, double im) const { return (void)im, re; }
