@@ -232,6 +232,10 @@ double DiscDynOp::normHinfInFrequency(double& wStart) const {
 
 // Printing and streams
 
+bool DiscDynOp::isEqual(const Object& ob) const {
+    return DynOp::isEqual(ob) && static_cast<const DiscDynOp&>(ob).samplingTime == samplingTime;
+}
+
 void DiscDynOp::printOn(std::ostream& os) const {
     DynOp::printOn(os);
     os << "sampling time = " << samplingTime << "\n";

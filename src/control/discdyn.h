@@ -47,6 +47,7 @@ public:
     double singularValueAt(double w) const override;
 
     SchurSelect selectFunction() const override;
+    bool isEqual(const Object& ob) const override;
     void printOn(std::ostream& os) const override;
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
