@@ -141,3 +141,26 @@ TEST_F(WorkspaceTest, ModelFilesReadBackOrAreRefused) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ExamplesTest, ShippedModelsReadBack) {
+    std::string dir = TARN_EXAMPLES;
+    Object* plant = Workspace::readModelFile((dir + "/twomass.dyn").c_str());
+    ASSERT_TRUE(plant->isMemberOf(class_DynOp));
+    EXPECT_TRUE(structuralCheck(*plant) == false);  // D12 and D21 are zero: a plant, not a design problem
+    EXPECT_EQ(static_cast<DynOp*>(plant)->order(), 4u);
+    Object* sampled = Workspace::readModelFile((dir + "/twomassd.dyn").c_str());
+    ASSERT_TRUE(sampled->isMemberOf(class_DiscDynOp));
+    DiscDynOp again(*static_cast<DynOp*>(plant), false, 0.05);
+    const DiscDynOp& stored = *static_cast<DiscDynOp*>(sampled);
+    EXPECT_EQ(stored.getSamplingTime(), 0.05);
+    EXPECT_LT(Algebra().normF(stored.getA() - again.getA()) + Algebra().normF(stored.getB() - again.getB()), 1e-14);
+    Object* gain = Workspace::readModelFile((dir + "/gain.dyn").c_str());
+    EXPECT_TRUE(static_cast<DynOp*>(gain)->isStaticGain());
+    delete plant;
+    delete sampled;
+    delete gain;
+}
+
+}  // namespace
