@@ -14,7 +14,11 @@
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
 
-DEFINE_CLASS(Workspace, Object, 1, 0)
+namespace {
+void initWorkspace(Class* c);
+}
+
+DEFINE_CLASS(Workspace, Object, 1, initWorkspace)
 
 Workspace::Workspace() : objects(16), extendedNames(16), otherNames(16) {}
 
@@ -139,6 +143,14 @@ Object* Workspace::readModelFile(const char* fileName) {
     }
     return object;
 }
+
+namespace {
+
+// The Matlab script is closed, and so complete on disk, when the library stops.
+void terminateWorkspace(Class*) { Workspace::closeMatlab(); }
+void initWorkspace(Class* c) { c->setTerminator(terminateWorkspace); }
+
+}  // namespace
 
 Workspace& globalWorkspace() {
     static Workspace* workspace = new Workspace;
