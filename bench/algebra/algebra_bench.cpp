@@ -4,19 +4,10 @@
 
 #include <cstdlib>
 
+#include "../benchlib.h"
 #include "algebra/all.h"
-#include "quill/startup.h"
 
 namespace {
-
-void startLibrary() {
-    static bool started = false;
-    if (started) return;
-    started = true;
-    static char name[] = "algebra_bench";
-    static char* argv[] = {name, 0};
-    quillStart(1, argv, 0);
-}
 
 // A reproducible general matrix with a dominant diagonal, so that it is well conditioned.
 Matrix benchMatrix(unsigned n) {

@@ -4,19 +4,10 @@
 
 #include <cstdlib>
 
+#include "../benchlib.h"
 #include "control/all.h"
-#include "quill/startup.h"
 
 namespace {
-
-void startLibrary() {
-    static bool started = false;
-    if (started) return;
-    started = true;
-    static char name[] = "control_bench";
-    static char* argv[] = {name, 0};
-    quillStart(1, argv, 0);
-}
 
 // A reproducible stable system with two inputs and two outputs: a random matrix shifted left.
 DynOp benchSystem(unsigned n) {
@@ -27,7 +18,8 @@ DynOp benchSystem(unsigned n) {
     for (unsigned i = 0; i < n; ++i)
         for (unsigned j = 0; j < n; ++j) A(i, j) = value();
     for (unsigned i = 0; i < n; ++i) A(i, i) -= 0.4 * n + 1.0;
-    for (unsigned i = 0; i < n; ++i) B(i, 0) = value(), B(i, 1) = value(), C(0, i) = value(), C(1, i) = value();
+    for (unsigned i = 0; i < n; ++i)
+        B(i, 0) = value(), B(i, 1) = value(), C(0, i) = value(), C(1, i) = value();
     return DynOp(A, B, C, Matrix(0, 0));
 }
 

@@ -4,9 +4,9 @@
 #include <sstream>
 #include <string>
 
+#include "../benchlib.h"
 #include "quill/objio.h"
 #include "quill/qclass.h"
-#include "quill/startup.h"
 
 // A binary tree node; every third node also refers back to the root, so that
 // references are written and resolved too.
@@ -41,15 +41,6 @@ public:
 DEFINE_CLASS(BenchTree, Object, 1, 0)
 
 namespace {
-
-void startLibrary() {
-    static bool started = false;
-    if (started) return;
-    started = true;
-    static char name[] = "quill_bench";
-    static char* argv[] = {name, 0};
-    quillStart(1, argv, 0);
-}
 
 // A balanced tree of n nodes numbered from first.
 Object* buildTree(int first, int n, Object* root) {

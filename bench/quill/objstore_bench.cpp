@@ -4,21 +4,13 @@
 #include <sstream>
 #include <string>
 
+#include "../benchlib.h"
 #include "quill/all.h"
 #include "quill/objio.h"
 
 namespace {
 
 const int OBJECTS = 100000;
-
-void startLibrary() {
-    static bool started = false;
-    if (started) return;
-    started = true;
-    static char name[] = "objio_bench";
-    static char* argv[] = {name, 0};
-    quillStart(1, argv, 0);
-}
 
 // About OBJECTS objects: collections of ten holding strings and numbers, one
 // in five of the numbers shared with the collection before.

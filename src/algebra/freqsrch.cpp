@@ -3,9 +3,49 @@
 
 #include <cmath>
 
-// Phase one keeps the strict maximum of eight ten-fold samples. Phase two walks from it with a
-// step factor that starts at 1e8 and is square-rooted at each turn, 30 evaluations at most,
-// keeping the best gain B at F; going below wStart ends the search with the last gain.
+double walkToPeak(const std::function<double(double)>& gain, double peak, double& low,
+                  const SearchSteps& steps) {
+    double x = peak, c = steps.first, G = 0.0, B = 0.0, F = x;
+    bool up = true;
+    for (int evaluation = 0; evaluation < 30; ++evaluation) {
+        double g = gain(x);
+        if (evaluation == 0) {
+            G = B = g;
+            F = x;
+            x = steps.forward(x, c);
+            continue;
+        }
+        if (g > B) {
+            B = g;
+            F = x;
+        }
+        if (up && (g > G || F > x)) {
+            x = steps.forward(x, c);
+        } else if (!up && (g > G || F < x) && x >= low) {
+            x = steps.back(x, c);
+            if (x < low) {
+                low = steps.forward(x, c);
+                return g;
+            }
+        } else if (up) {
+            c = steps.shrink(c);
+            x = steps.back(x, c);
+            if (x < low) {
+                low = steps.forward(x, c);
+                return g;
+            }
+            up = false;
+        } else {
+            c = steps.shrink(c);
+            x = steps.forward(x, c);
+            up = true;
+        }
+        G = g;
+    }
+    low = F;
+    return B;
+}
+
 double peakGain(const std::function<double(double)>& gain, double& wStart) {
     double best = -1.0, peak = wStart;
     for (int k = 0; k < 8; ++k) {
@@ -17,43 +57,7 @@ double peakGain(const std::function<double(double)>& gain, double& wStart) {
         }
     }
     if (peak <= wStart) return best;
-    double w = peak, c = 1e8, G = 0.0, B = 0.0, F = w;
-    bool up = true;
-    for (int evaluation = 0; evaluation < 30; ++evaluation) {
-        double g = gain(w);
-        if (evaluation == 0) {
-            G = B = g;
-            F = w;
-            w *= c;
-            continue;
-        }
-        if (g > B) {
-            B = g;
-            F = w;
-        }
-        if (up && (g > G || F > w)) {
-            w *= c;
-        } else if (!up && (g > G || F < w) && w >= wStart) {
-            w /= c;
-            if (w < wStart) {
-                wStart = w * c;
-                return g;
-            }
-        } else if (up) {
-            c = std::sqrt(c);
-            w /= c;
-            if (w < wStart) {
-                wStart = w * c;
-                return g;
-            }
-            up = false;
-        } else {
-            c = std::sqrt(c);
-            w *= c;
-            up = true;
-        }
-        G = g;
-    }
-    wStart = F;
-    return B;
+    SearchSteps tenfold = {1e8, [](double w, double c) { return w * c; },
+                           [](double w, double c) { return w / c; }, [](double c) { return std::sqrt(c); }};
+    return walkToPeak(gain, peak, wStart, tenfold);
 }

@@ -117,4 +117,3 @@ Matrix Algebra::lyapFactor(const Matrix& A, const Matrix& L) {
     Matrix Ninv = inv((I - A) * std::sqrt(0.5));
     return steinFactor((A + I) * std::sqrt(0.5) * Ninv, L * Ninv);
 }
-

@@ -2,9 +2,11 @@
 // pole table, the norms, printing and the stream form.
 #include "control/discdyn.h"
 
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 
+#include "algebra/freqsrch.h"
 #include "algebra/ratfun.h"
 #include "quill/binstrm.h"
 #include "quill/intarray.h"
@@ -85,7 +87,9 @@ SchurSelect DiscDynOp::selectFunction() const { return selectInsideCircle; }
 
 double DiscDynOp::stabilityValue(double re, double im) const { return std::hypot(re, im); }
 
-bool DiscDynOp::isUnstablePole(double value, double tolerance) const { return std::fabs(value) > 1.0 - tolerance; }
+bool DiscDynOp::isUnstablePole(double value, double tolerance) const {
+    return std::fabs(value) > 1.0 - tolerance;
+}
 
 bool DiscDynOp::isStable() const {
     Matrix p = DynOp::poles();
@@ -189,45 +193,11 @@ double DiscDynOp::normHinfInFrequency(double& wStart) const {
         }
     }
     if (peak <= start) return best;
-    double angle = peak, c = 1.57, G = 0.0, B = 0.0, F = angle;
-    bool up = true;
-    for (int evaluation = 0; evaluation < 30; ++evaluation) {
-        double g = gain(angle);
-        if (evaluation == 0) {
-            G = B = g;
-            F = angle;
-            angle = std::min(angle + c, top);
-            continue;
-        }
-        if (g > B) {
-            B = g;
-            F = angle;
-        }
-        if (up && (g > G || F > angle)) {
-            angle = std::min(angle + c, top);
-        } else if (!up && (g > G || F < angle) && angle >= start) {
-            angle -= c;
-            if (angle < start) {
-                wStart = (angle + c) / T;
-                return g;
-            }
-        } else if (up) {
-            c /= 2.0;
-            angle -= c;
-            if (angle < start) {
-                wStart = (angle + c) / T;
-                return g;
-            }
-            up = false;
-        } else {
-            c /= 2.0;
-            angle = std::min(angle + c, top);
-            up = true;
-        }
-        G = g;
-    }
-    wStart = F / T;
-    return B;
+    SearchSteps halving = {1.57, [top](double x, double c) { return std::min(x + c, top); },
+                           [](double x, double c) { return x - c; }, [](double c) { return c / 2.0; }};
+    double found = walkToPeak(gain, peak, start, halving);
+    wStart = start / T;
+    return found;
 }
 
 // Printing and streams

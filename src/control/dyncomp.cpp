@@ -11,7 +11,8 @@ using dynop::sideBySide;
 using dynop::stack;
 
 DynOp DynOp::operator*(const DynOp& other) const {
-    if (inputNumber_ != other.outputNumber_) D.dimensionError("operator*", other.D.rowNumber(), other.D.columnNumber());
+    if (inputNumber_ != other.outputNumber_)
+        D.dimensionError("operator*", other.D.rowNumber(), other.D.columnNumber());
     Matrix A1 = stateA(), B1 = stateB(), C1 = stateC(), A2 = other.stateA(), B2 = other.stateB(),
            C2 = other.stateC();
     Matrix a = stack(sideBySide(A1, B1 * C2), sideBySide(Matrix(A2.rowNumber(), A1.columnNumber()), A2));
@@ -47,7 +48,8 @@ DynOp DynOp::operator-() const {
 }
 
 DynOp DynOp::append(const DynOp& other) const {
-    return DynOp(Matrix::blockDiagonal(stateA(), other.stateA()), Matrix::blockDiagonal(stateB(), other.stateB()),
+    return DynOp(Matrix::blockDiagonal(stateA(), other.stateA()),
+                 Matrix::blockDiagonal(stateB(), other.stateB()),
                  Matrix::blockDiagonal(stateC(), other.stateC()), Matrix::blockDiagonal(D, other.D));
 }
 
@@ -79,8 +81,8 @@ DynOp DynOp::subSystem(unsigned firstOutput, unsigned firstInput, unsigned outpu
     outputs = countToEnd(firstOutput, outputs, outputNumber_, D);
     inputs = countToEnd(firstInput, inputs, inputNumber_, D);
     unsigned n = order();
-    DynOp sub(stateA(), block(stateB(), 0, firstInput, n, inputs), block(stateC(), firstOutput, 0, outputs, n),
-              block(D, firstOutput, firstInput, outputs, inputs),
+    DynOp sub(stateA(), block(stateB(), 0, firstInput, n, inputs),
+              block(stateC(), firstOutput, 0, outputs, n), block(D, firstOutput, firstInput, outputs, inputs),
               tailOverlap(firstInput, inputs, inputNumber_, controlNumber_),
               tailOverlap(firstOutput, outputs, outputNumber_, measureNumber_));
     if (!minimal || sub.isStatic) return sub;
@@ -107,8 +109,8 @@ void DynOp::addInputs(const Matrix& B2, const Matrix& D2) {
 }
 
 DynOp DynOp::transpose() const {
-    return DynOp(stateA().transpose(), stateC().transpose(), stateB().transpose(), D.transpose(), measureNumber_,
-                 controlNumber_, 0);
+    return DynOp(stateA().transpose(), stateC().transpose(), stateB().transpose(), D.transpose(),
+                 measureNumber_, controlNumber_, 0);
 }
 
 void DynOp::similarity(const Matrix& T, bool orthogonal) {

@@ -91,9 +91,9 @@ double DynOp::bisectionNormHinf() const {
         if (hi - lo < 1.0) return gamma;
         Matrix Rinv = alg.inv(Matrix::diagonal(m, gamma * gamma) - Dt * D);
         Matrix topLeft = A + B * Rinv * Dt * C;
-        Matrix H = stack(sideBySide(topLeft, -(B * Rinv * B.transpose())),
-                         sideBySide(C.transpose() * (Matrix::diagonal(p, 1.0) + D * Rinv * Dt) * C,
-                                    -topLeft.transpose()));
+        Matrix H = stack(
+            sideBySide(topLeft, -(B * Rinv * B.transpose())),
+            sideBySide(C.transpose() * (Matrix::diagonal(p, 1.0) + D * Rinv * Dt) * C, -topLeft.transpose()));
         alg.balance(H);
         Matrix values = alg.computeEigenvalues(H);
         bool onAxis = false;
@@ -143,7 +143,7 @@ Matrix DynOp::balancedRealization(double threshold) {
     }
     left = left * Ro;
     right = Rc.transpose() * right;
-    *this = DynOp(left * A * right, left * B, C * right, D, controlNumber_, measureNumber_, feedForwardNumber_,
-                  false);
+    *this = DynOp(left * A * right, left * B, C * right, D, controlNumber_, measureNumber_,
+                  feedForwardNumber_, false);
     return Matrix::diagonal(sigma);
 }

@@ -48,8 +48,8 @@ Matrix columnsOf(const Matrix& M, const IntArray* columns) {
 
 DynOp::DynOp() {}
 
-DynOp::DynOp(const Matrix& a, const Matrix& b, const Matrix& c, const Matrix& d, unsigned controls, unsigned measures,
-             unsigned feedForward, bool simplify)
+DynOp::DynOp(const Matrix& a, const Matrix& b, const Matrix& c, const Matrix& d, unsigned controls,
+             unsigned measures, unsigned feedForward, bool simplify)
     : order_(a.rowNumber()),
       inputNumber_(b.columnNumber()),
       controlNumber_(controls),
@@ -195,9 +195,7 @@ Matrix DynOp::getB(const IntArray* columns) const { return dynop::columnsOf(B, c
 
 Matrix DynOp::getC(const IntArray* rows) const { return dynop::columnsOf(C.transpose(), rows).transpose(); }
 
-RFMatrix DynOp::transferMatrix() const {
-    return RFMatrix(stateA(), stateB(), stateC(), D, samplingTimeOf());
-}
+RFMatrix DynOp::transferMatrix() const { return RFMatrix(stateA(), stateB(), stateC(), D, samplingTimeOf()); }
 
 // Printing and streams
 
@@ -212,13 +210,13 @@ bool DynOp::isEqual(const Object& ob) const {
     const DynOp& s = static_cast<const DynOp&>(ob);
     return order_ == s.order_ && inputNumber_ == s.inputNumber_ && outputNumber_ == s.outputNumber_ &&
            controlNumber_ == s.controlNumber_ && measureNumber_ == s.measureNumber_ &&
-           feedForwardNumber_ == s.feedForwardNumber_ && isStatic == s.isStatic && isZeroGain == s.isZeroGain &&
-           A.isEqual(s.A) && B.isEqual(s.B) && C.isEqual(s.C) && D.isEqual(s.D);
+           feedForwardNumber_ == s.feedForwardNumber_ && isStatic == s.isStatic &&
+           isZeroGain == s.isZeroGain && A.isEqual(s.A) && B.isEqual(s.B) && C.isEqual(s.C) && D.isEqual(s.D);
 }
 
 void DynOp::printHeader(std::ostream& os) const {
-    os << typeName() << "; order = " << order_ << ", inputs = " << inputNumber_ << ", controls = " << controlNumber_
-       << "\n";
+    os << typeName() << "; order = " << order_ << ", inputs = " << inputNumber_
+       << ", controls = " << controlNumber_ << "\n";
     os << "outputs = " << outputNumber_ << ", measures = " << measureNumber_
        << ", feed forward dist. = " << feedForwardNumber_ << "\n";
     os << "isZeroGain = " << yesNo(isZeroGain) << ", is a static system = " << yesNo(isStatic)

@@ -125,8 +125,8 @@ public:
     unsigned controllableOrder(const IntArray* columns, double tolerance, bool print = false,
                                bool isControl = true) const;
     unsigned observableOrder(const IntArray* rows, double tolerance, bool print = false) const;
-    DynOp stabilizableSubSystem(const IntArray* columns, Matrix& T, double tolerance, double unstableTolerance,
-                                bool print = false, unsigned forcedOrder = 0) const;
+    DynOp stabilizableSubSystem(const IntArray* columns, Matrix& T, double tolerance,
+                                double unstableTolerance, bool print = false, unsigned forcedOrder = 0) const;
     void toStaircase(const IntArray* columns = 0);
     // The gain K with eig(A - B K) the desired poles (rows re, im; a pair on consecutive rows).
     Matrix place(const Matrix& desiredPoles, const IntArray* columns = 0, bool singleInput = false) const;
@@ -179,6 +179,9 @@ private:
     // the controllable part (forcedOrder when not 0).
     unsigned staircaseOrder(bool dual, const IntArray* selection, double tolerance, Matrix& T, Matrix& a,
                             bool print, unsigned forcedOrder) const;
+    // The controllable (observable, when dual) part: the whole system with T = I when it is all.
+    DynOp partThroughStaircase(bool dual, const IntArray* selection, Matrix& T, double tolerance, bool print,
+                               unsigned forcedOrder) const;
     // The first `kept` states of (T A T', T B, C T') with D, controls and measures.
     DynOp transformedPart(const Matrix& T, unsigned kept) const;
     // The LAPACK selection of stabilizableSubSystem's sorted Schur form.

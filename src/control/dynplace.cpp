@@ -16,7 +16,8 @@ namespace {
 // The real block-diagonal matrix with the desired poles: p for a real pole, [0 1; -re^2 - im^2,
 // 2 re] for the pair re +- j im standing on two rows.
 Matrix targetOf(const Matrix& poles, unsigned n, const Matrix& owner) {
-    if (poles.rowNumber() != n || poles.columnNumber() < 2) owner.dimensionError("place", poles.rowNumber(), 2);
+    if (poles.rowNumber() != n || poles.columnNumber() < 2)
+        owner.dimensionError("place", poles.rowNumber(), 2);
     Matrix P(n, n);
     for (unsigned i = 0; i < n; ++i) {
         double re = poles(i, 0), im = poles(i, 1);
@@ -53,7 +54,8 @@ bool meetsTarget(Algebra& alg, const Matrix& A, const Matrix& P) {
     double scale = 1.0 + alg.normF(A);
     for (unsigned i = 0; i < own.rowNumber(); ++i)
         for (unsigned j = 0; j < target.rowNumber(); ++j)
-            if (std::abs(std::complex<double>(own(i, 0) - target(j, 0), own(i, 1) - target(j, 1))) < 1e-8 * scale)
+            if (std::abs(std::complex<double>(own(i, 0) - target(j, 0), own(i, 1) - target(j, 1))) <
+                1e-8 * scale)
                 return true;
     return false;
 }
@@ -98,7 +100,8 @@ Matrix DynOp::place(const Matrix& desiredPoles, const IntArray* columns, bool si
     unsigned controllable = 0;
     for (unsigned i = 0; i < indices.size(); ++i) controllable += unsigned(indices[int(i)]);
     if (n == 0 || controllable < n) {
-        std::cout << "system not completely controllable," << "\n"
+        std::cout << "system not completely controllable,"
+                  << "\n"
                   << "controllable part has order = " << controllable << std::endl;
         return Matrix();
     }

@@ -43,37 +43,36 @@ DynOp DynOp::transformedPart(const Matrix& T, unsigned kept) const {
                  block(C * Tt, 0, 0, outputNumber_, kept), D, controlNumber_, measureNumber_);
 }
 
-DynOp DynOp::contrSubSystem(const IntArray* columns, Matrix& T, double tolerance, bool print,
-                            unsigned forcedOrder) const {
+DynOp DynOp::partThroughStaircase(bool dual, const IntArray* selection, Matrix& T, double tolerance,
+                                  bool print, unsigned forcedOrder) const {
     if (isStatic) return *this;
     Matrix a;
-    unsigned kept = staircaseOrder(false, columns, tolerance, T, a, print, forcedOrder);
+    unsigned kept = staircaseOrder(dual, selection, tolerance, T, a, print, forcedOrder);
     if (kept >= order_) {
         T = Matrix::diagonal(order_, 1.0);
         return *this;
     }
     return transformedPart(T, kept);
+}
+
+DynOp DynOp::contrSubSystem(const IntArray* columns, Matrix& T, double tolerance, bool print,
+                            unsigned forcedOrder) const {
+    return partThroughStaircase(false, columns, T, tolerance, print, forcedOrder);
 }
 
 DynOp DynOp::obsSubSystem(const IntArray* rows, Matrix& T, double tolerance, bool print,
                           unsigned forcedOrder) const {
-    if (isStatic) return *this;
-    Matrix a;
-    unsigned kept = staircaseOrder(true, rows, tolerance, T, a, print, forcedOrder);
-    if (kept >= order_) {
-        T = Matrix::diagonal(order_, 1.0);
-        return *this;
-    }
-    return transformedPart(T, kept);
+    return partThroughStaircase(true, rows, T, tolerance, print, forcedOrder);
 }
 
-unsigned DynOp::controllableOrder(const IntArray* columns, double tolerance, bool print, bool isControl) const {
+unsigned DynOp::controllableOrder(const IntArray* columns, double tolerance, bool print,
+                                  bool isControl) const {
     if (isStatic) return 0;
     Matrix T, a;
     unsigned order = staircaseOrder(!isControl, columns, tolerance, T, a, false, 0);
     if (print) {
-        std::cout << (isControl ? "controllable subsystem order = " : "observable subsystem order = ") << order
-                  << ", with tolerance = " << tolerance << "\n";
+        std::cout << (isControl ? "controllable subsystem order = " : "observable subsystem order = ")
+                  << order << ", with tolerance = " << tolerance << "\n";
         if (order < order_)
             std::cout << (isControl ? "uncontrollable poles" : "unobservable poles")
                       << numerics().computeEigenvalues(block(a, order, order, order_ - order, order_ - order))
@@ -104,8 +103,8 @@ int DynOp::selectUnstable(const double* re, const double* im) {
 // The controllable part and, behind it, the uncontrollable states whose poles are unstable, which
 // no feedback can move: a 1x1 unstable remainder keeps the whole system, larger remainders are
 // brought to a Schur form with their unstable poles first, and the stable rest is dropped.
-DynOp DynOp::stabilizableSubSystem(const IntArray* columns, Matrix& T, double tolerance, double unstableTolerance,
-                                   bool print, unsigned forcedOrder) const {
+DynOp DynOp::stabilizableSubSystem(const IntArray* columns, Matrix& T, double tolerance,
+                                   double unstableTolerance, bool print, unsigned forcedOrder) const {
     if (isStatic) return *this;
     Matrix a;
     unsigned kept = staircaseOrder(false, columns, tolerance, T, a, print, forcedOrder);
@@ -123,7 +122,8 @@ DynOp DynOp::stabilizableSubSystem(const IntArray* columns, Matrix& T, double to
     int unstable = 0;
     judge = this;
     judgeTolerance = unstableTolerance;
-    lapackSchur(int(rest), a22.elements(), Q.elements(), values.elements(), true, &DynOp::selectUnstable, &unstable);
+    lapackSchur(int(rest), a22.elements(), Q.elements(), values.elements(), true, &DynOp::selectUnstable,
+                &unstable);
     T = Matrix::blockDiagonal(Matrix::diagonal(kept, 1.0), Q.transpose()) * T;
     return transformedPart(T, kept + unsigned(unstable));
 }

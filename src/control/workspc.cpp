@@ -90,7 +90,8 @@ void writeSystem(std::ostream& os, const DynOp& s, const char* name, double samp
     os << ");\n";
     if (own != 0.0 || samplingTime == 0.0) return;
     os << name << "_D = c2d(" << name << ", " << samplingTime << ", 'zho');\n";
-    os << "[a_" << name << ", b_" << name << ", c_" << name << ", d_" << name << "] = ssdata(" << name << "_D);\n";
+    os << "[a_" << name << ", b_" << name << ", c_" << name << ", d_" << name << "] = ssdata(" << name
+       << "_D);\n";
 }
 
 }  // namespace
@@ -129,7 +130,7 @@ Object* Workspace::readModelFile(const char* fileName) {
     const char* dot = std::strrchr(fileName, '.');
     const char* extension = dot ? dot + 1 : "";
     bool isSystem = std::strcmp(extension, "dyn") == 0;
-    const char* className = isSystem                                ? ""
+    const char* className = isSystem                             ? ""
                             : std::strcmp(extension, "mat") == 0 ? "Matrix"
                             : std::strcmp(extension, "rat") == 0 ? "RationalFunction"
                                                                  : 0;

@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <complex>
+#include <cstdlib>
 #include <initializer_list>
 #include <vector>
 
@@ -92,7 +92,8 @@ inline void expectNear(const CxMatrix& a, const CxMatrix& b, double tolerance) {
     for (size_t i = 0; i < a.size(); ++i) {
         ASSERT_EQ(a[i].size(), b[i].size());
         for (size_t j = 0; j < a[i].size(); ++j)
-            EXPECT_NEAR(std::abs(a[i][j] - b[i][j]), 0.0, tolerance * (1.0 + std::abs(b[i][j]))) << i << "," << j;
+            EXPECT_NEAR(std::abs(a[i][j] - b[i][j]), 0.0, tolerance * (1.0 + std::abs(b[i][j])))
+                << i << "," << j;
     }
 }
 

@@ -14,7 +14,8 @@ Cx onCircle(double angle) { return std::polar(1.0, angle); }
 
 double sweptCircle(const DiscDynOp& s) {
     double best = 0.0;
-    for (double a = 0.0; a <= M_PI; a += M_PI / 20000) best = std::max(best, s.singularValueAt(a / s.getSamplingTime()));
+    for (double a = 0.0; a <= M_PI; a += M_PI / 20000)
+        best = std::max(best, s.singularValueAt(a / s.getSamplingTime()));
     return best;
 }
 
@@ -23,7 +24,8 @@ double residual(const Matrix& M) { return Algebra().normF(M); }
 TEST(DiscDynOpTest, ZeroOrderHoldMatchesTheMatrixExponential) {
     // Double integrator: Ad = [1 T; 0 1], Bd = [T^2/2; T].
     double T = 0.1;
-    DiscDynOp chain(DynOp(mat(2, 2, {0, 1, 0, 0}), mat(2, 1, {0, 1}), mat(1, 2, {1, 0}), Matrix(0, 0)), false, T);
+    DiscDynOp chain(DynOp(mat(2, 2, {0, 1, 0, 0}), mat(2, 1, {0, 1}), mat(1, 2, {1, 0}), Matrix(0, 0)), false,
+                    T);
     EXPECT_LT(residual(chain.getA() - mat(2, 2, {1, T, 0, 1})), 1e-15);
     EXPECT_LT(residual(chain.getB() - mat(2, 1, {T * T / 2, T})), 1e-15);
     // Distinct eigenvalues -1 and -3 (A = V diag V^-1): Ad = V e^(diag T) V^-1, Bd = A^-1 (Ad - I) B.
@@ -60,7 +62,9 @@ TEST(DiscDynOpTest, StabilityIsInsideTheUnitCircle) {
     EXPECT_TRUE(pole(0.5).isUnstablePole(-0.9999, 1e-3));
     EXPECT_FALSE(pole(0.5).isUnstablePole(0.99, 1e-3));
     IntArray list(0);
-    std::string console = consoleOf([&] { pole(0.5).selectUnstablePoles(mat(2, 2, {0.6, 0.8, 0.1, 0}), list, 1e-3); });
+    std::string console = consoleOf([&] {
+        pole(0.5).selectUnstablePoles(mat(2, 2, {0.6, 0.8, 0.1, 0}), list, 1e-3);
+    });
     ASSERT_EQ(list.size(), 1u);
     EXPECT_EQ(list[0], 0);
     EXPECT_EQ(console, "0.6 0.8  1 0\n0.1 0  0.1\n");
@@ -99,8 +103,8 @@ TEST(DiscDynOpTest, NormsAgreeWithTheUnitCircle) {
     EXPECT_GE(found, 0.98 * peak);
     EXPECT_NEAR(s.singularValueAt(w), found, 1e-12);
     CxMatrix direct = transferAt(s, onCircle(0.7 * 0.3));
-    EXPECT_NEAR(s.transferMatrix()(1, 0).value(std::cos(0.21), std::sin(0.21)).value().real(), direct[1][0].real(),
-                1e-9);
+    EXPECT_NEAR(s.transferMatrix()(1, 0).value(std::cos(0.21), std::sin(0.21)).value().real(),
+                direct[1][0].real(), 1e-9);
 
     // Unstable: the frequency search, announced.
     DiscDynOp unstable(mat(1, 1, {1.5}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0), 1.0);

@@ -27,7 +27,8 @@ TEST(DynOpNormTest, H2NormsOfClosedForms) {
     DynOp first(mat(1, 1, {-2}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0));
     EXPECT_NEAR(first.normH2(), 1.0 / std::sqrt(4.0), 1e-14);
     for (double zeta : {0.01, 0.5, 2.0})
-        EXPECT_NEAR(secondOrder(zeta, 3.0).normH2(), std::sqrt(3.0 / (4 * zeta)), 1e-11 * std::sqrt(3.0 / zeta));
+        EXPECT_NEAR(secondOrder(zeta, 3.0).normH2(), std::sqrt(3.0 / (4 * zeta)),
+                    1e-11 * std::sqrt(3.0 / zeta));
     // Two decoupled channels add their squares; widely spread poles converge as well.
     DynOp both = first.append(secondOrder(0.5, 3.0));
     EXPECT_NEAR(both.normH2(), std::sqrt(0.25 + 1.5), 1e-12);
@@ -62,7 +63,8 @@ TEST(DynOpNormTest, HinfBisectionBracketsTheTrueNorm) {
     }
     // Resonance of a lightly damped mode: 1 / (2 zeta sqrt(1 - zeta^2)) near wn sqrt(1 - 2 zeta^2).
     double w = 1e-4, zeta = 0.05;
-    EXPECT_NEAR(secondOrder(zeta, 2.0).normHinfInFrequency(w), 1 / (2 * zeta * std::sqrt(1 - zeta * zeta)), 0.2);
+    EXPECT_NEAR(secondOrder(zeta, 2.0).normHinfInFrequency(w), 1 / (2 * zeta * std::sqrt(1 - zeta * zeta)),
+                0.2);
     EXPECT_NEAR(w, 2.0 * std::sqrt(1 - 2 * zeta * zeta), 0.02);
 }
 
@@ -119,8 +121,9 @@ TEST(DynOpNormTest, ControllableAndObservablePartsKeepTheTransfer) {
     EXPECT_EQ(s.subSystem(0, 0, 0, 0, true).order(), 1u);
     for (Cx p : {Cx(0, 1), Cx(2, 0)}) expectNear(transferAt(o, p), transferAt(s, p), 1e-10);
     EXPECT_EQ(s.contrSubSystem(0, T, 1e-9, false, 3).order(), 3u);
-    EXPECT_NE(consoleOf([&] { s.contrSubSystem(0, T, 1e-9, true); })
-                  .find("norm of the residuals in testing controllability indices\n"),
+    EXPECT_NE(consoleOf([&] {
+                  s.contrSubSystem(0, T, 1e-9, true);
+              }).find("norm of the residuals in testing controllability indices\n"),
               std::string::npos);
     DynOp full = randomStable(3, 1, 1);
     full.contrSubSystem(0, T, 1e-9);
@@ -130,7 +133,8 @@ TEST(DynOpNormTest, ControllableAndObservablePartsKeepTheTransfer) {
 TEST(DynOpNormTest, StabilizablePartKeepsUnstableUncontrollablePoles) {
     Matrix T;
     // Uncontrollable poles 2 (unstable) and -5 (stable), coupled to the controllable -1.
-    DynOp s(mat(3, 3, {-1, 1, 1, 0, 2, 1, 0, 0, -5}), mat(3, 1, {1, 0, 0}), mat(1, 3, {1, 1, 1}), Matrix(0, 0));
+    DynOp s(mat(3, 3, {-1, 1, 1, 0, 2, 1, 0, 0, -5}), mat(3, 1, {1, 0, 0}), mat(1, 3, {1, 1, 1}),
+            Matrix(0, 0));
     DynOp kept = s.stabilizableSubSystem(0, T, 1e-9, 1e-6);
     ASSERT_EQ(kept.order(), 2u);
     std::vector<Cx> poles = eigenvalues(kept.getA());
@@ -179,8 +183,8 @@ TEST(DynOpNormTest, CleanPolesInZeroMakesThemExact) {
     EXPECT_EQ(poles[2], Cx(0, 0));
     EXPECT_NEAR(poles[0].real(), -2.0, 1e-12);
     // A 2x2 block with real roots near zero and -1 is split so that the small one is exactly 0.
-    DynOp block(mat(2, 2, {-0.5, 0.5, 0.5, -0.5 + 1e-9}), mat(2, 1, {1, 0}), mat(1, 2, {1, 1}), Matrix(0, 0), 0, 0,
-                0, false);
+    DynOp block(mat(2, 2, {-0.5, 0.5, 0.5, -0.5 + 1e-9}), mat(2, 1, {1, 0}), mat(1, 2, {1, 1}), Matrix(0, 0),
+                0, 0, 0, false);
     Cx before = transferAt(block, Cx(0, 1))[0][0];
     block.cleanPolesInZero(1e-6);
     std::vector<Cx> split = eigenvalues(block.getA());

@@ -48,8 +48,8 @@ TEST(DynOpTest, CompanionFormHasTheTransferFunction) {
     }
     DynOp fromFunction;
     consoleOf([&] { fromFunction = DynOp(RationalFunction(vec({1, 3}), vec({1, 3, 2}))); });
-    expectNear(transferAt(fromFunction, points[0]), {{(points[0] + 3.0) / ((points[0] + 1.0) * (points[0] + 2.0))}},
-               1e-12);
+    expectNear(transferAt(fromFunction, points[0]),
+               {{(points[0] + 3.0) / ((points[0] + 1.0) * (points[0] + 2.0))}}, 1e-12);
     DynOp gain(vec({5, 1}), vec({0, 1, 2}));
     EXPECT_TRUE(gain.isStaticGain());
     EXPECT_EQ(gain.getD()(0, 0), 5.0);
@@ -69,7 +69,9 @@ TEST(DynOpTest, VanishingMatricesMakeStaticOrZeroSystems) {
     EXPECT_FALSE(kept.isStaticGain());
     EXPECT_EQ(DynOp(mat(2, 3, {1, 2, 3, 4, 5, 6})).outputNumber(), 2u);
     EXPECT_TRUE(DynOp(0.0, 0, 0, 0).isZero());
-    EXPECT_NE(raisedText([] { DynOp(mat(2, 2, {1, 0, 0, 1}), Matrix(3, 1), Matrix(1, 2), Matrix(0, 0)); }),
+    EXPECT_NE(raisedText([] {
+                  DynOp(mat(2, 2, {1, 0, 0, 1}), Matrix(3, 1), Matrix(1, 2), Matrix(0, 0));
+              }),
               "no error");
 }
 
@@ -99,8 +101,9 @@ TEST(DynOpTest, CompositionsMultiplyAndAddTransferMatrices) {
         expectNear(transferAt(g1 + M, p), add(G1, cx(M)), 1e-10);
         expectNear(transferAt(-g1, p), add(CxMatrix(2, std::vector<Cx>(2)), G1, -1.0), 1e-10);
         expectNear(transferAt(g1 * 2.5, p), add(G1, G1, 1.5), 1e-10);
-        expectNear(transferAt(g1.sumOfOutputs(g2), p), {{G1[0][0], G1[0][1], G2[0][0], G2[0][1]},
-                                                        {G1[1][0], G1[1][1], G2[1][0], G2[1][1]}}, 1e-10);
+        expectNear(transferAt(g1.sumOfOutputs(g2), p),
+                   {{G1[0][0], G1[0][1], G2[0][0], G2[0][1]}, {G1[1][0], G1[1][1], G2[1][0], G2[1][1]}},
+                   1e-10);
         CxMatrix T = transferAt(g1.transpose(), p);
         expectNear(T, {{G1[0][0], G1[1][0]}, {G1[0][1], G1[1][1]}}, 1e-10);
         expectNear(transferAt(g1.subSystem(1, 0, 1, 1), p), {{G1[1][0]}}, 1e-10);
@@ -197,8 +200,8 @@ TEST(DynOpTest, BlockLoopClosesTheCoupledChannels) {
 }
 
 TEST(DynOpTest, PlaceGivesTheDesiredPoles) {
-    DynOp s(mat(4, 4, {0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 1, -2, 3, 0.5}), mat(4, 2, {0, 0, 0, 1, 0, 0, 1, 1}),
-            mat(1, 4, {1, 0, 0, 0}), Matrix(0, 0));
+    DynOp s(mat(4, 4, {0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 1, -2, 3, 0.5}),
+            mat(4, 2, {0, 0, 0, 1, 0, 0, 1, 1}), mat(1, 4, {1, 0, 0, 0}), Matrix(0, 0));
     Matrix desired = mat(4, 2, {-1, 0, -2, 0, -3, 1, -3, -1});
     std::vector<Cx> wanted = {Cx(-3, -1), Cx(-3, 1), Cx(-2, 0), Cx(-1, 0)};
     for (bool single : {false, true}) {
@@ -215,7 +218,9 @@ TEST(DynOpTest, PlaceGivesTheDesiredPoles) {
 
     DynOp split(mat(2, 2, {-1, 0, 0, -2}), mat(2, 1, {1, 0}), mat(1, 2, {1, 1}), Matrix(0, 0));
     Matrix none;
-    EXPECT_EQ(consoleOf([&] { none = split.place(mat(2, 2, {-1, 0, -2, 0})); }),
+    EXPECT_EQ(consoleOf([&] {
+                  none = split.place(mat(2, 2, {-1, 0, -2, 0}));
+              }),
               "system not completely controllable,\ncontrollable part has order = 1\n");
     EXPECT_TRUE(none.isEqual(Matrix()));
 }
@@ -231,7 +236,8 @@ TEST(DynOpTest, PrintsItsShapeAndMatrices) {
     EXPECT_EQ(dynamic.str().substr(0, head.size()), head);
     EXPECT_NE(dynamic.str().find("D =  [\n               0\n];\n"), std::string::npos) << dynamic.str();
     gain << DynOp(2.0, 0, 0, 0);
-    EXPECT_EQ(gain.str(), "static gain;  inputs = 1  outputs = 1\nisZeroGain = NO\nD  [\n               2\n]\n");
+    EXPECT_EQ(gain.str(),
+              "static gain;  inputs = 1  outputs = 1\nisZeroGain = NO\nD  [\n               2\n]\n");
 }
 
 TEST(DynOpTest, StreamFormKeepsTheSystem) {

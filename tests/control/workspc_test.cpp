@@ -90,10 +90,10 @@ TEST_F(WorkspaceTest, MatlabScriptLines) {
     std::string text = fileText(path("TarnOut.m"));
     std::string expectedStart = "AG = " + matrix + ";\n";
     EXPECT_EQ(text.substr(0, expectedStart.size()), expectedStart);
-    for (const char* line : {"G = ss(AG,BG,CG,DG);\n", "G_D = c2d(G, 0.1, 'zho');\n",
-                             "[a_G, b_G, c_G, d_G] = ssdata(G_D);\n", "H = ss(AH,BH,CH,DH, 0.2);\n",
-                             "K  [\n               1                2\n];\n", "AP =  [\n];\n",
-                             "DP =  [\n               4\n];\n", "P = ss(AP,BP,CP,DP);\n"})
+    for (const char* line :
+         {"G = ss(AG,BG,CG,DG);\n", "G_D = c2d(G, 0.1, 'zho');\n", "[a_G, b_G, c_G, d_G] = ssdata(G_D);\n",
+          "H = ss(AH,BH,CH,DH, 0.2);\n", "K  [\n               1                2\n];\n", "AP =  [\n];\n",
+          "DP =  [\n               4\n];\n", "P = ss(AP,BP,CP,DP);\n"})
         EXPECT_NE(text.find(line), std::string::npos) << line << "\n" << text;
     EXPECT_EQ(text.find("H_D"), std::string::npos);
 
@@ -155,7 +155,8 @@ TEST(ExamplesTest, ShippedModelsReadBack) {
     DiscDynOp again(*static_cast<DynOp*>(plant), false, 0.05);
     const DiscDynOp& stored = *static_cast<DiscDynOp*>(sampled);
     EXPECT_EQ(stored.getSamplingTime(), 0.05);
-    EXPECT_LT(Algebra().normF(stored.getA() - again.getA()) + Algebra().normF(stored.getB() - again.getB()), 1e-14);
+    EXPECT_LT(Algebra().normF(stored.getA() - again.getA()) + Algebra().normF(stored.getB() - again.getB()),
+              1e-14);
     Object* gain = Workspace::readModelFile((dir + "/gain.dyn").c_str());
     EXPECT_TRUE(static_cast<DynOp*>(gain)->isStaticGain());
     delete plant;
