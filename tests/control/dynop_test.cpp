@@ -69,6 +69,9 @@ TEST(DynOpTest, VanishingMatricesMakeStaticOrZeroSystems) {
     EXPECT_FALSE(kept.isStaticGain());
     EXPECT_EQ(DynOp(mat(2, 3, {1, 2, 3, 4, 5, 6})).outputNumber(), 2u);
     EXPECT_TRUE(DynOp(0.0, 0, 0, 0).isZero());
+    DynOp fromMatrix;
+    EXPECT_EQ(consoleOf([&] { fromMatrix = DynOp(RFMatrix(2, 3)); }), " not yet implemented \n");
+    EXPECT_TRUE(fromMatrix.isZero() && fromMatrix.outputNumber() == 2 && fromMatrix.inputNumber() == 3);
     EXPECT_NE(raisedText([] {
                   DynOp(mat(2, 2, {1, 0, 0, 1}), Matrix(3, 1), Matrix(1, 2), Matrix(0, 0));
               }),
