@@ -1,9 +1,15 @@
-// Dynamical systems and their workspace in one include.
+// Dynamical systems, the workspace and the robust design in one include.
 #ifndef CONTROL_ALL_H
 #define CONTROL_ALL_H
 
+#include "control/askparam.h"
 #include "control/discdyn.h"
 #include "control/dynop.h"
+#include "control/extsys.h"
+#include "control/lmi.h"
+#include "control/optgram.h"
+#include "control/rcdesign.h"
+#include "control/robctrl.h"
 #include "control/structck.h"
 #include "control/workspc.h"
 

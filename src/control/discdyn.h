@@ -52,8 +52,10 @@ public:
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
 
-protected:
+    bool isDiscreteTime() const override { return true; }
     double samplingTimeOf() const override { return samplingTime; }
+
+protected:
     Matrix gramianFactor(const Matrix& L) const override;
     double stabilityValue(double re, double im) const override;
     // The sampling time used at the frequency points.

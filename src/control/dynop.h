@@ -136,6 +136,10 @@ public:
     Matrix obsGramian() const;
 
     RFMatrix transferMatrix() const;
+    // The time domain: discrete systems answer true and their sampling time, continuous ones
+    // false and 0.
+    virtual bool isDiscreteTime() const { return false; }
+    virtual double samplingTimeOf() const { return 0.0; }
 
     bool isEqual(const Object& ob) const override;
     void printOn(std::ostream& os) const override;
@@ -146,8 +150,6 @@ public:
 protected:
     // The Algebra routines do not change the object; they are reached from const operations.
     Algebra& numerics() const { return const_cast<DynOp&>(*this); }
-    // The system's sampling time: 0 in continuous time.
-    virtual double samplingTimeOf() const { return 0.0; }
     // The Hamiltonian bisection of normHinf on a stable continuous system.
     double bisectionNormHinf() const;
     // The factor of the gramian of (A, L): the continuous Lyapunov equation here, the discrete

@@ -22,7 +22,9 @@ DEFINE_CLASS(Workspace, Object, 1, initWorkspace)
 
 Workspace::Workspace() : objects(16), extendedNames(16), otherNames(16) {}
 
-Workspace::~Workspace() noexcept(false) {
+Workspace::~Workspace() noexcept(false) { clear(); }
+
+void Workspace::clear() {
     for (OrderedCltn* names : {&extendedNames, &otherNames}) {
         while (names->size() > 0) {
             Object* name = names->removeLast();
@@ -80,7 +82,7 @@ bool isDirectory(const char* path) {
 }
 
 void writeSystem(std::ostream& os, const DynOp& s, const char* name, double samplingTime) {
-    double own = s.isKindOf(class_DiscDynOp) ? static_cast<const DiscDynOp&>(s).getSamplingTime() : 0.0;
+    double own = s.samplingTimeOf();
     os << "A" << name << " = " << s.stateA().precision(16) << ";\n";
     os << "B" << name << " = " << s.stateB().precision(16) << ";\n";
     os << "C" << name << " = " << s.stateC().precision(16) << ";\n";

@@ -1,0 +1,156 @@
+// RobustControlDesign: the final results of a design, from the errors of the two designs to the
+// compensator, its reduction and cleaning, and the closed loops it makes.
+#include <iostream>
+#include <memory>
+
+#include "control/askparam.h"
+#include "control/rcdesign.h"
+#include "control/robctrl.h"
+#include "control/workspc.h"
+
+namespace {
+
+void keep(const char* name, const DynOp& s, const char* file = 0) {
+    globalWorkspace().store(name, s);
+    Workspace::writeMatlab(s, name);
+    if (file) Algebra().storeToFile(s, file);
+}
+
+}  // namespace
+
+void RobustControlDesign::printNorm(const char* label, const DynOp& s) {
+    double w = wMin;
+    double norm = s.normHinfInFrequency(w);
+    std::cout << label << "\nnorm = " << norm << ", at omega = " << w << std::endl;
+}
+
+// The poles and norms of the two designs' errors.
+void RobustControlDesign::reportErrors() {
+    const RobustControl& rc = *robustControl;
+    struct {
+        const char* word;
+        DynOp error;
+    } errors[] = {{"Control", rc.controlError()}, {"Observer", rc.observerError()}};
+    for (auto& e : errors) {
+        std::cout << e.word << " system poles" << e.error.poles() << "\n"
+                  << e.word << " error poles = " << e.error.poles() << "\n"
+                  << "norm of the " << e.word << " error system: H-infinity " << e.error.normHinf() << ", H2 "
+                  << e.error.normH2() << std::endl;
+    }
+    keep("ExtendedObserverError", rc.observerError());
+    keep("ControlledSystem", rc.controlError());
+}
+
+// The compensator reduced to its controllable and observable part while the user asks for it.
+DynOp RobustControlDesign::reduceCompensator(DynOp compensator, double& tolerance) {
+    for (;;) {
+        std::cout
+            << "controller poles =" << compensator.poles() << "\n"
+            << "The actual controller order is = " << compensator.order() << "\n"
+            << "According to the previous residuals norms in testing controllability and observability\n"
+            << "you can select a new threshold for \"tolerance\"\n"
+            << "press Ok to reduce the controller, Cancel to go on" << std::endl;
+        if (!askTolerance(tolerance)) return compensator;
+        Matrix T;
+        DynOp reduced = compensator.contrSubSystem(0, T, tolerance, true);
+        compensator = reduced.obsSubSystem(0, T, tolerance, true);
+    }
+}
+
+void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char* title) {
+    DynOp model = robustControl->getModel();
+    DynOp closed = model.closedLoop(compensator);
+    std::cout << "closed loop poles of the " << title << closed.poles() << std::endl;
+}
+
+double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
+    if (!(robustControl = readDesign())) return -1.0;
+    if (!robustControl->hasControl() || !robustControl->hasObserver()) {
+        std::cout << (robustControl->hasControl() ? "the observer has not been computed yet"
+                                                  : "the control has not been computed yet")
+                  << std::endl;
+        delete robustControl;
+        robustControl = 0;
+        return 0.0;
+    }
+    (void)inOneStep;
+    globalWorkspace().clear();
+    String prefix = filePrefix();
+    std::string p = prefix.asCharPointer();
+    reportErrors();
+
+    DynOp theoretical = robustControl->closedLoopTheoretical();
+    keep("ExtendedSystemFeedbackTheoretical", theoretical,
+         (p + "ExtendedSystemFeedbackTheoretical.dyn").c_str());
+    std::cout << "output feedback final poles" << theoretical.poles() << std::endl;
+    Matrix T;
+    DynOp reduced = theoretical.contrSubSystem(0, T, tolerance).obsSubSystem(0, T, tolerance);
+    keep("ExtendedSystemFeedbackReduced", reduced, (p + "ExtendedSystemFeedbackReduced.dyn").c_str());
+    std::cout << "output feedback final poles reduced" << reduced.poles() << std::endl;
+
+    DynOp compensator = robustControl->compensator();
+    keep("ExtendedControl", compensator);
+    ParamRequest addQ("do you want to add to the control the Q paramater?", 0);
+    askParameters(owner, addQ);
+    keep("Control0", compensator);
+    analyseClosedLoop(compensator, " Model with the full size controller");
+
+    compensator = reduceCompensator(compensator, tolerance);
+    keep("Control1", compensator);
+    analyseClosedLoop(compensator, " Model with reduced order controller");
+
+    std::cout << "Controller poles =" << compensator.poles() << "\n"
+              << (compensator.isDiscreteTime()
+                      ? "To clean, forcing to 1 some of the poles of the controller,"
+                      : "To clean, forcing to zero some of the poles of the controller,")
+              << "\nset to a higher value the threshold \"tolerance\"." << std::endl;
+    compensator.cleanPolesInZero(tolerance);
+    unsigned order = compensator.order();
+    std::cout << "\nIf you want to eliminate some high frequency dynamics of the compensator\nspecify the "
+                 "new order,"
+              << std::endl;
+    if (askToleranceAndOrder(tolerance, order) && order < compensator.order())
+        compensator = compensator.reduceOrder(order);
+    keep("Control", compensator, (p + "Control.dyn").c_str());
+    analyseClosedLoop(compensator, " Model with reduced order and cleaned controller");
+
+    DynOp feedback = robustControl->getModel().closedLoop(compensator);
+    keep("ExtendedSystemFeedback", feedback, (p + "ExtendedSystemFeedback.dyn").c_str());
+    std::cout << "poles of the extended system in closed loop = " << feedback.poles() << std::endl;
+
+    ParamRequest perturbation("insert uncertainty matrices", 0);
+    std::cout
+        << "do you want to perform perturbation analysis?\ninsert uncertainty parameters and press \"OK\"\n"
+           "else press \"Cancel\" "
+        << std::endl;
+    askParameters(owner, perturbation);
+
+    double w = wMin;
+    DynOp experimental = feedback.subSystem(0, 0, feedback.outputNumber(), feedback.inputNumber());
+    double theoreticalNorm = theoretical.normHinfInFrequency(w);
+    w = wMin;
+    double reducedNorm = reduced.normHinfInFrequency(w);
+    w = wMin;
+    double experimentalNorm = experimental.normHinfInFrequency(w);
+    std::cout << "theoretical H-infinite norm of the output feedback w-z operator =" << theoreticalNorm
+              << "\n"
+              << "reduced H-infinite norm of the output feedback w-z operator =" << reducedNorm << "\n"
+              << "experimental H-infinite norm of the output feedback w-z operator =" << experimentalNorm
+              << "\n"
+              << "\nTheoretical: the only detectable-stabilizable part resulting from a weak separation;\n"
+                 "Reduced: eliminating weakly observable-controllable modes;\n"
+                 "Experimental: closing explicitly the loop.\n(Unreliable "
+              << std::endl;
+
+    std::cout << "\nDo you want to structure the closed loop extended system?" << std::endl;
+    String name("D"), choice("Theoretical or Experimental");
+    if (askStructuring(name, choice)) {
+        Matrix D = structuring(choice == "Theoretical" ? theoretical : experimental, false);
+        if (D.rowNumber() == 0)
+            std::cout << "\nWarning, The algorithm was unable to compute a matrix\n" << std::endl;
+        else
+            std::cout << "\nthe total output structuring matrix D (D*Geq*D^-1) is\n" << D << std::endl;
+    }
+    endPhase();
+    return experimentalNorm;
+}

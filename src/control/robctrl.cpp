@@ -1,0 +1,309 @@
+// RobustControl: construction, the two steps, the compensator and the closed loops, streams.
+#include "control/robctrl.h"
+
+#include <iostream>
+#include <memory>
+
+#include "control/optgram.h"
+#include "control/workspc.h"
+#include "quill/objio.h"
+
+DEFINE_CLASS(RobustControl, Algebra, 1, 0)
+
+using dynop::block;
+
+namespace {
+
+void fillLast(IntArray& indices, unsigned count, unsigned total) {
+    indices.reSize(count);
+    for (unsigned i = 0; i < count; ++i) indices[int(i)] = int(total - count + i);
+}
+
+// The partition blocks of a system: 1 disturbances / objectives, 2 controls / measures.
+struct Parts {
+    Matrix A, B1, B2, C1, C2, D21, D22;
+    explicit Parts(const DynOp& s) {
+        unsigned n = s.order(), m = s.inputNumber(), p = s.outputNumber();
+        unsigned nu = s.controlNumber(), ny = s.measureNumber();
+        Matrix B = s.stateB(), C = s.stateC(), D = s.getD();
+        A = s.stateA();
+        B1 = block(B, 0, 0, n, m - nu);
+        B2 = block(B, 0, m - nu, n, nu);
+        C1 = block(C, 0, 0, p - ny, n);
+        C2 = block(C, p - ny, 0, ny, n);
+        D21 = block(D, p - ny, 0, ny, m - nu);
+        D22 = block(D, p - ny, m - nu, ny, nu);
+    }
+};
+
+}  // namespace
+
+// Construction
+
+RobustControl::RobustControl()
+    : observerFirst(0),
+      noiseLevel(0.0),
+      control(0),
+      observer(0),
+      measureIndices(0),
+      controlIndices(0),
+      owner(0) {}
+
+RobustControl::RobustControl(const ExtendedSystem& system, bool first, double noise)
+    : observerFirst(first),
+      noiseLevel(noise),
+      input(system),
+      control(0),
+      observer(0),
+      measureIndices(0),
+      controlIndices(0),
+      owner(0) {
+    if (noiseLevel > 0.0) {
+        // Each control gets a noise input of the given level in front of it.
+        unsigned m = input.inputNumber(), c = input.controlNumber();
+        Matrix M(m, m + c);
+        for (unsigned i = 0; i < m - c; ++i) M(i, i) = 1.0;
+        for (unsigned i = 0; i < c; ++i) {
+            M(m - c + i, m - c + i) = noiseLevel;
+            M(m - c + i, m + i) = 1.0;
+        }
+        input = input * M;
+    }
+    if (observerFirst) input = input.dual();
+    fillLast(controlIndices, input.controlNumber(), input.inputNumber());
+    fillLast(measureIndices, input.measureNumber(), input.outputNumber());
+}
+
+RobustControl::RobustControl(const RobustControl& r)
+    : Algebra(r),
+      observerFirst(r.observerFirst),
+      noiseLevel(r.noiseLevel),
+      input(r.input),
+      control(r.control ? new OptimumGramian(*r.control) : 0),
+      observer(r.observer ? new OptimumGramian(*r.observer) : 0),
+      measureIndices(r.measureIndices),
+      controlIndices(r.controlIndices),
+      owner(r.owner) {}
+
+RobustControl::~RobustControl() noexcept(false) {
+    delete control;
+    delete observer;
+}
+
+void RobustControl::setOwner(Object* o) {
+    owner = o;
+    if (control) control->setOwner(o);
+    if (observer) observer->setOwner(o);
+}
+
+DynOp* RobustControl::like(const DynOp& s) const {
+    if (input.isDiscrete()) return new DiscDynOp(s, true, input.getSamplingTime());
+    return new DynOp(s);
+}
+
+DynOp* RobustControl::designCopy(const DynOp& s) const {
+    return like(
+        DynOp(s.stateA(), s.stateB(), s.stateC(), s.getD(), s.controlNumber(), s.measureNumber(), 0, false));
+}
+
+DynOp RobustControl::getModel() const { return observerFirst ? input.transpose() : DynOp(input); }
+
+// The two steps
+
+int RobustControl::firstStepSetup(double tolerance, int initialFeedback, Object* o) {
+    owner = o;
+    std::unique_ptr<DynOp> system(designCopy(input));
+    delete control;
+    delete observer;
+    observer = 0;
+    control = OptimumGramian::make(*system, tolerance, initialFeedback,
+                                   observerFirst ? "Observer" : "Control", Matrix(0, 0), "", owner);
+    return control ? 0 : -1;
+}
+
+int RobustControl::secondStepSetup(double tolerance, int initialFeedback, Object* o) {
+    owner = o;
+    if (!control) return -1;
+    std::unique_ptr<DynOp> system(designCopy(estimationSystem().transpose()));
+    delete observer;
+    observer = OptimumGramian::make(*system, tolerance, initialFeedback,
+                                    observerFirst ? "Control" : "Observer", Matrix(0, 0), "", owner);
+    return observer ? 0 : -1;
+}
+
+double RobustControl::firstStep(double gamma, unsigned maxIterations, bool useH2, bool approaching,
+                                double alfa, bool continueFlag, const char* prefix, bool stepByStep,
+                                int lmiMode, double minFreq) {
+    if (!control) return -1.0;
+    return step(*control, gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix, stepByStep,
+                lmiMode, minFreq);
+}
+
+double RobustControl::secondStep(double gamma, unsigned maxIterations, bool useH2, bool approaching,
+                                 double alfa, bool continueFlag, const char* prefix, bool stepByStep,
+                                 int lmiMode, double minFreq) {
+    if (!observer) return -1.0;
+    return step(*observer, gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix, stepByStep,
+                lmiMode, minFreq);
+}
+
+double RobustControl::step(OptimumGramian& design, double gamma, unsigned maxIterations, bool useH2,
+                           bool approaching, double alfa, bool continueFlag, const char* prefix,
+                           bool stepByStep, int lmiMode, double minFreq) {
+    design.setOwner(owner);
+    double norm = design.optimize(gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix,
+                                  stepByStep, lmiMode, minFreq);
+    storeStep(design, prefix);
+    return norm;
+}
+
+// The gain of the step in the workspace and the Matlab script, then the norm of its error
+// operator over frequency.
+void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) {
+    bool isObserver = design.kind() == "Observer";
+    bool first = &design == control;
+    Workspace& w = globalWorkspace();
+    Matrix gain = design.getH(), Q = design.gramian();
+    const char* gainName = isObserver ? "K" : "H";
+    Matrix stored = isObserver ? gain.transpose() : gain;
+    w.store(gainName, stored);
+    w.store(isObserver ? "QO" : "QC", Q);
+    Workspace::writeMatlab(stored, gainName);
+    Workspace::writeMatlab(Q, isObserver ? "QO" : "QC");
+    std::cout << (isObserver ? "K = " : "H = ") << stored << std::endl;
+
+    DynOp error = first ? controlError() : observerError();
+    const char* word = isObserver ? "Observer" : "Control";
+    std::unique_ptr<DynOp> file(like(error));
+    std::string name = std::string(prefix) + (isObserver ? "ObserverError.dyn" : "ControlError.dyn");
+    storeToFile(*file, name.c_str());
+    double w0 = wMin;
+    double norm = error.normHinfInFrequency(w0);
+    std::cout << word << " subsystem"
+              << "\n"
+              << "H-infinite norm of the " << word << " operator = " << norm << ",\nat w = " << w0
+              << std::endl;
+}
+
+// The designs' gains on input
+
+Matrix RobustControl::feedbackGain() const {
+    if (!control) return Matrix(0, 0);
+    return control->getH();
+}
+
+Matrix RobustControl::observerGain() const {
+    if (!observer) return Matrix(0, 0);
+    return observer->getH().transpose();
+}
+
+// x' = A x + B1 w + B2 u, e = H x + u, y = C2 x + D21 w + D22 u: the error of the control that
+// the observer has to estimate.
+DynOp RobustControl::estimationSystem() const {
+    Parts p(input);
+    Matrix H = feedbackGain();
+    unsigned nu = input.controlNumber(), ny = input.measureNumber(), nw = input.inputNumber() - nu;
+    Matrix D = dynop::stack(dynop::sideBySide(Matrix(nu, nw), Matrix::diagonal(nu, 1.0)),
+                            dynop::sideBySide(p.D21, p.D22));
+    return DynOp(p.A, input.stateB(), dynop::stack(H, p.C2), D, nu, ny, 0, false);
+}
+
+DynOp RobustControl::controlError() const {
+    DynOp closed = input.stateFeedback(feedbackGain(), &controlIndices);
+    return closed.subSystem(0, 0, input.outputNumber() - input.measureNumber(), 0);
+}
+
+DynOp RobustControl::observerError() const {
+    Parts p(input);
+    Matrix K = observerGain();
+    return DynOp(p.A - K * p.C2, p.B1 - K * p.D21, feedbackGain(), Matrix(0, 0), 0, 0, 0, false);
+}
+
+// The compensator of input: x^' = A x^ + B2 u + K (y - C2 x^ - D22 u), u = -H x^, written for
+// closedLoop, which negates the compensator's B and D: B = -K, C = -H.
+DynOp RobustControl::compensator() const {
+    Parts p(input);
+    Matrix H = feedbackGain(), K = observerGain();
+    DynOp ofInput(p.A - p.B2 * H - K * p.C2 + K * p.D22 * H, -K, -H, Matrix(0, 0), 0, 0, 0, false);
+    std::unique_ptr<DynOp> timed(like(observerFirst ? ofInput.transpose() : ofInput));
+    return *timed;
+}
+
+DynOp RobustControl::closedLoopExperimental() const { return getModel().closedLoop(compensator()); }
+
+DynOp RobustControl::closedLoopTheoretical() const {
+    Parts p(input);
+    DynOp ofInput = input.closedLoop(
+        DynOp(p.A - p.B2 * feedbackGain() - observerGain() * p.C2 + observerGain() * p.D22 * feedbackGain(),
+              -observerGain(), -feedbackGain(), Matrix(0, 0), 0, 0, 0, false));
+    unsigned n = input.order();
+    Matrix T = Matrix::diagonal(2 * n, 1.0);
+    for (unsigned i = 0; i < n; ++i) {
+        T(n + i, i) = 1.0;
+        T(n + i, n + i) = -1.0;
+    }
+    ofInput.similarity(T);
+    return observerFirst ? ofInput.transpose() : ofInput;
+}
+
+void RobustControl::orders() const {
+    if (control) std::cout << "control order = " << control->order() << std::endl;
+    if (observer) std::cout << "observer order = " << observer->order() << std::endl;
+}
+
+// Printing and streams
+
+void RobustControl::printOn(std::ostream& os) const {
+    os << "input = " << input << "\n";
+    if (control)
+        os << "control = " << *control << "\n";
+    else
+        os << "control = NULL\n";
+    if (observer)
+        os << "observer = " << *observer << "\n";
+    else
+        os << "observer = NULL\n";
+}
+
+void RobustControl::storer(std::ostream& os) const {
+    Algebra::storer(os);
+    input.storeOn(os);
+    os << observerFirst << ' ' << noiseLevel << ' ';
+    controlIndices.storeOn(os);
+    measureIndices.storeOn(os);
+    (control ? static_cast<const Object&>(*control) : *nil).storeOn(os);
+    (observer ? static_cast<const Object&>(*observer) : *nil).storeOn(os);
+}
+
+void RobustControl::storer(BinOstream& os) const { Algebra::storer(os); }
+
+namespace {
+
+OptimumGramian* readDesign(std::istream& is) {
+    Object* read = readFrom(is);
+    if (read == nil) return 0;
+    return CAST(OptimumGramian, read);
+}
+
+}  // namespace
+
+RobustControl::RobustControl(std::istream& is, Object* where)
+    : Algebra(is, where), control(0), observer(0), measureIndices(0), controlIndices(0), owner(0) {
+    readFrom(is, "ExtendedSystem", &input);
+    observerFirst = readNumber<std::int32_t>(is);
+    noiseLevel = readNumber<double>(is);
+    readFrom(is, "IntArray", &controlIndices);
+    readFrom(is, "IntArray", &measureIndices);
+    control = readDesign(is);
+    observer = readDesign(is);
+}
+
+RobustControl::RobustControl(BinIstream& is, Object* where)
+    : Algebra(is, where),
+      observerFirst(0),
+      noiseLevel(0.0),
+      control(0),
+      observer(0),
+      measureIndices(0),
+      controlIndices(0),
+      owner(0) {}

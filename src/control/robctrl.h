@@ -1,0 +1,99 @@
+// RobustControl, one two-step design: an extended system, the state feedback and the observer
+// that together make its output-feedback compensator.
+#ifndef CONTROL_ROBCTRL_H
+#define CONTROL_ROBCTRL_H
+
+#include <cstdint>
+#include <iosfwd>
+
+#include "algebra/algebra.h"
+#include "control/extsys.h"
+#include "quill/intarray.h"
+
+class OptimumGramian;
+
+extern Class class_RobustControl;
+
+// The design works on `input`: the plant, widened by a noise input in front of each control when
+// noiseLevel is above 0, and its dual when the observer comes first. The first step designs the
+// state feedback H of `input` (the observer, on the dual, when observerFirst); the second step
+// designs the other gain on the estimation system of the first: the states driven by the
+// disturbances and controls of `input`, with the control error H x + u as objective and the
+// measures as measures. The observer-based compensator then has the poles of both designs.
+class RobustControl : public Algebra {
+    DECLARE_MEMBERS(RobustControl)
+public:
+    RobustControl();
+    RobustControl(const ExtendedSystem& system, bool observerFirst, double noiseLevel);
+    RobustControl(const RobustControl& r);
+    // Stream form: input, observerFirst, noiseLevel, the two index arrays, control and observer
+    // (nil when absent).
+    RobustControl(std::istream& is, Object* where);
+    RobustControl(BinIstream& is, Object* where);
+    ~RobustControl() noexcept(false) override;
+
+    // Answer 0, or -1 when the design object could not be made.
+    int firstStepSetup(double tolerance, int initialFeedback, Object* owner);
+    int secondStepSetup(double tolerance, int initialFeedback, Object* owner);
+    // The H-infinity norm reached by the step's design.
+    double firstStep(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
+                     bool continueFlag, const char* fileNamePrefix, bool stepByStep, int lmiMode,
+                     double minFreq);
+    double secondStep(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
+                      bool continueFlag, const char* fileNamePrefix, bool stepByStep, int lmiMode,
+                      double minFreq);
+
+    bool hasControl() const { return control != 0; }
+    bool hasObserver() const { return observer != 0; }
+    bool isNoisy() const { return noiseLevel != 0.0; }
+    bool isObserverFirst() const { return observerFirst != 0; }
+    const ExtendedSystem& getInput() const { return input; }
+    // The plant as given: the dual of input again when the observer came first.
+    DynOp getModel() const;
+    // Where the dialogues and the stop checks of the two designs go.
+    void setOwner(Object* owner);
+    void orders() const;
+
+    // The state feedback H (controls x states) and the observer gain K (states x measures) of
+    // input, from the two designs in the order they were made.
+    Matrix feedbackGain() const;
+    Matrix observerGain() const;
+    // The errors of the two designs: input closed by the state feedback from w to z, and the
+    // observer's error dynamics from w to the control error H (x - x^).
+    DynOp controlError() const;
+    DynOp observerError() const;
+    // The estimation system on which the second design works.
+    DynOp estimationSystem() const;
+    // The compensator of the plant as given: closedLoop of the plant with it has the poles of
+    // A - B2 H and of A - K C2 together.
+    DynOp compensator() const;
+    // The plant closed by the compensator: as assembled, and in the state coordinates (x, x - x^)
+    // of the separation, where it is block triangular.
+    DynOp closedLoopExperimental() const;
+    DynOp closedLoopTheoretical() const;
+
+    void printOn(std::ostream& os) const override;
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
+
+private:
+    // The system a design object is made from: a plain DynOp or DiscDynOp copy of s.
+    DynOp* designCopy(const DynOp& s) const;
+    double step(OptimumGramian& design, double gamma, unsigned maxIterations, bool useH2, bool approaching,
+                double alfa, bool continueFlag, const char* prefix, bool stepByStep, int lmiMode,
+                double minFreq);
+    void storeStep(const OptimumGramian& design, const char* prefix);
+    // A system in the time domain of input.
+    DynOp* like(const DynOp& s) const;
+
+    std::int32_t observerFirst;
+    double noiseLevel;
+    ExtendedSystem input;
+    OptimumGramian* control;   // the first design, owned
+    OptimumGramian* observer;  // the second design, owned
+    IntArray measureIndices;
+    IntArray controlIndices;
+    Object* owner;
+};
+
+#endif
