@@ -1,0 +1,215 @@
+// Executer: statement dispatch, blocks, for, if, return, declarations, and the run-time error.
+#include <memory>
+#include <sstream>
+
+#include "interpreter/charvar.h"
+#include "interpreter/cleanup.h"
+#include "interpreter/codeelem.h"
+#include "interpreter/executer.h"
+#include "interpreter/funcdecl.h"
+#include "interpreter/statemnt.h"
+#include "interpreter/vardecl.h"
+#include "interpreter/variable.h"
+#include "interpreter/varref.h"
+#include "quill/cback.h"
+#include "quill/quillerr.h"
+
+namespace {
+
+// The break and continue markers: addresses that no value has.
+char breakTag, continueTag;
+Variable* const BREAK = reinterpret_cast<Variable*>(&breakTag);
+Variable* const CONTINUE = reinterpret_cast<Variable*>(&continueTag);
+
+String printed(const Object* ob) {
+    std::ostringstream os;
+    os << *ob;
+    return String(os.str().c_str());
+}
+
+// Raised directly rather than by setError, whose buffer a statement's printed form may outgrow.
+[[noreturn]] void raise(const char* word, const String& message, int severity) {
+    String text = String("[") + word + "] " + message;
+    errorInProgress = 1;
+    throw new TarnException(GENERICERR, text.asCharPointer(), severity);
+}
+
+}  // namespace
+
+void Executer::runtimeError(const String& message, Statement* where, const char* word) {
+    String text(message);
+    if (where) {
+        text += formatText(" At line %d", where->getLine());
+        text += String(" on statement ") + printed(where);
+        errorLocated = 1;
+    }
+    raise(word, text, SEV_ERROR);
+}
+
+// A failure of a value's operation, raised as a PARSE ERROR without a place,
+// gets the innermost statement that was running when it happened.
+Variable* Executer::execStatement(Statement* statement, Variable* returnType) {
+    if (stopped) return 0;
+    try {
+        return dispatchStatement(statement, returnType);
+    } catch (TarnException* e) {
+        if (e->code() != GENERICERR || errorLocated) throw;
+        String message = e->message() + formatText(" At line %d", statement->getLine()) + " on statement " +
+                         printed(statement);
+        int severity = e->severity();
+        delete e;
+        errorLocated = 1;
+        errorInProgress = 1;
+        throw new TarnException(GENERICERR, message.asCharPointer(), severity);
+    }
+}
+
+// Returns 0 to go on, or what unwinds: a returned value or a marker.
+Variable* Executer::dispatchStatement(Statement* statement, Variable* returnType) {
+    Class* kind = statement->isA();
+    if (kind == &class_VarDeclare) {
+        execVarDeclare(static_cast<VarDeclare*>(statement));
+        return 0;
+    }
+    if (kind == &class_ListOfElement) return execList(static_cast<ListOfElement*>(statement));
+    if (kind == &class_FuncDeclare) return 0;
+    if (kind == &class_ExprElement) {
+        notify(statement);
+        ValueGuard::destroy(evalExpression(static_cast<ExprElement*>(statement)->getExpression()));
+        return 0;
+    }
+    if (kind == &class_ReturnStatement)
+        return execReturn(static_cast<ReturnStatement*>(statement), returnType);
+    if (kind == &class_BlockOfCode) return execBlock(static_cast<BlockOfCode*>(statement), returnType);
+    if (kind == &class_ForStatement) return execFor(static_cast<ForStatement*>(statement), returnType);
+    if (kind == &class_IfStatement) return execIf(static_cast<IfStatement*>(statement), returnType);
+    if (statement->isEmpty()) return 0;
+    if (statement->isBreak()) return BREAK;
+    if (statement->isContinue()) return CONTINUE;
+    if (statement->isExit()) {
+        stopped = 1;
+        return 0;
+    }
+    runtimeError("Unexpected statement", statement);
+}
+
+void Executer::notify(Statement* statement) {
+    if (!cbackData) return;
+    CallData data(statement, true);
+    data.setNotOwn();
+    cbackOn(TRACE_EXEC, &data);
+}
+
+Variable* Executer::execList(ListOfElement* list) {
+    notify(list);
+    const OrderedCltn& code = list->getCode();
+    for (unsigned i = 0; i < code.size(); ++i) {
+        Statement* element = static_cast<Statement*>(code.at(int(i)));
+        if (element->isA() == &class_VarDeclare)
+            execVarDeclare(static_cast<VarDeclare*>(element));
+        else if (element->isA() != &class_FuncDeclare)
+            runtimeError("Unexpected statement in a list of element", list);
+    }
+    return 0;
+}
+
+Variable* Executer::execBlock(BlockOfCode* block, Variable* returnType) {
+    notify(block);
+    pushScope();
+    Variable* result = 0;
+    const OrderedCltn& code = block->getCode();
+    for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
+        result = execStatement(static_cast<Statement*>(code.at(int(i))), returnType);
+    popScope();
+    return result;
+}
+
+// Each pass runs the body in a scope of its own. break and continue stop here;
+// a returned value goes on up.
+Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
+    notify(loop);
+    execStatement(loop->getAssign(), returnType);
+    while (evalBool(loop->getTest(), 1)) {
+        pushScope();
+        Variable* result = execStatement(loop->getBody(), returnType);
+        popScope();
+        if (stopped || result == BREAK) return 0;
+        if (result && result != CONTINUE) return result;
+        execStatement(loop->getIncrement(), returnType);
+    }
+    return 0;
+}
+
+// The test is evaluated outside the scope that the chosen branch gets.
+Variable* Executer::execIf(IfStatement* test, Variable* returnType) {
+    notify(test);
+    int truth = evalBool(test->getTest(), 0);
+    if (stopped) return 0;
+    pushScope();
+    Variable* result = execStatement(truth ? test->getThen() : test->getElse(), returnType);
+    popScope();
+    return result;
+}
+
+// A value of the declared type goes back as it stands, a reference as a copy
+// of what it refers to, which dies with the frame; another type is converted.
+Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType) {
+    notify(statement);
+    Variable* voidType = Variable::voidType();
+    Expression* expression = statement->getValue(0);
+    if (!expression) {
+        if (returnType != voidType)
+            runtimeError(String("Expected a return argument of type ") + returnType->getType() + ", was",
+                         statement);
+        return voidType;
+    }
+    ValueGuard owned(evalExpression(expression));
+    Variable* value = owned.get();
+    if (!value) return 0;
+    if (returnType == voidType) runtimeError(String("Expected void, was") + value->getType(), statement);
+    if (value->getType().isEqual(returnType->getType())) {
+        if (!value->isKindOf(class_VarReference)) return owned.release();
+        return Variable::dereference(value)->clone();
+    }
+    std::unique_ptr<Variable> converted(returnType->clone());
+    assign(converted.get(), value);
+    return converted.release();
+}
+
+void Executer::execVarDeclare(VarDeclare* declaration) {
+    notify(declaration);
+    Variable* variable = createVariable(declaration);
+    if (!variable) return;
+    if (declaration->getLevel() >= 0)
+        static_cast<OrderedCltn*>(currentFrame().last())->add(*variable);
+    else
+        globals.add(*variable);
+    if (errorFlag) stopped = 1;
+}
+
+// A clone of the declared prototype, built by its constructor call: the
+// arguments are evaluated from the last to the first.
+Variable* Executer::createVariable(VarDeclare* declaration) {
+    std::unique_ptr<Variable> variable(declaration->getType()->clone());
+    variable->setName(declaration->getName());
+    ConstructorCall* call = declaration->getConstructorCall();
+    OrderedCltn values;
+    ContentsGuard guard(values);
+    if (call) {
+        for (int i = int(call->size()) - 1; i >= 0; --i) {
+            Variable* value = evalExpression(call->getExpression(i));
+            if (!value) break;
+            values.addFirst(*call->convertArgument(i, value, errorFlag));
+        }
+    }
+    if (!stopped && values.size() == (call ? call->size() : 0))
+        variable->execConstructor(call ? call->getIndex() : 0, values, errorFlag);
+    return variable.release();
+}
+
+void Executer::assign(Variable* target, Variable* value) {
+    OrderedCltn source(1);
+    source.add(*value);
+    target->execConstructor(1, source, errorFlag);
+    if (errorFlag) stopped = 1;
+}

@@ -1,0 +1,225 @@
+// Executer: runs, calls from outside, the resident mode, frames and scopes, and the look-up of variables.
+#include "interpreter/executer.h"
+
+#include "interpreter/cleanup.h"
+#include "interpreter/codepars.h"
+#include "interpreter/funcdecl.h"
+#include "interpreter/vardecl.h"
+#include "interpreter/variable.h"
+#include "interpreter/varref.h"
+#include "quill/quillerr.h"
+
+DEFINE_CLASS(Executer, Algebra, 1, 0)
+
+Symbol TRACE_EXEC("TRACE_EXEC");
+
+Executer::Executer() : stopped(0), parser(0), errorFlag(0), errorLocated(0) {}
+
+Executer::Executer(CodeParser* parser) : stopped(0), parser(parser), errorFlag(0), errorLocated(0) {
+    registerBuiltins();
+}
+
+Executer::~Executer() noexcept(false) {
+    destroyFrames();
+    destroyGlobals();
+    spareLists.deleteContents();
+}
+
+// --- Entries ---
+
+String Executer::caughtMessage(TarnException* e) {
+    if (e->code() != GENERICERR) throw e;
+    String message = e->message();
+    delete e;
+    errorLocated = 0;
+    return message;
+}
+
+String Executer::run(String& message, int& stoppedResult) {
+    stopped = 0;
+    errorFlag = 0;
+    errorLocated = 0;
+    destroyGlobals();
+    message = "";
+    FuncDeclare* main = parser->findMain(1);
+    if (!main) {
+        message = "main function not found";
+    } else {
+        try {
+            makeGlobals();
+            FuncCall call(main, 0, main->getLine());
+            if (!stopped) ValueGuard::destroy(callFunction(&call));
+        } catch (TarnException* e) {
+            message = caughtMessage(e);
+            destroyFrames();
+        }
+    }
+    if (errorFlag) stopped = 0;
+    stoppedResult = stopped;
+    return message;
+}
+
+Variable* Executer::callFunction(FuncDeclare* function, OrderedCltn& arguments, String& message,
+                                 int& stoppedResult) {
+    stopped = 0;
+    errorFlag = 0;
+    errorLocated = 0;
+    message = "";
+    Variable* result = 0;
+    try {
+        OrderedCltn values;
+        ContentsGuard guard(values);
+        for (int i = 0; i < function->argumentCount() && i < int(arguments.size()); ++i) {
+            VarDeclare* parameter = function->getArgument(i);
+            Variable* value = Variable::argumentAt(arguments, i);
+            Variable* bound = parameter->isRef() ? new VarReference(Variable::dereference(value))
+                                                 : parameter->getType()->clone();
+            bound->setName(parameter->getName());
+            values.add(*bound);
+            if (!parameter->isRef()) assign(bound, value);
+        }
+        OrderedCltn* scope = newList();
+        for (unsigned i = 0; i < values.size(); ++i) scope->add(*values.at(int(i)));
+        values.removeAll();
+        result = runFunction(function, scope, false);
+    } catch (TarnException* e) {
+        message = caughtMessage(e);
+        destroyFrames();
+    }
+    if (errorFlag) stopped = 0;
+    stoppedResult = stopped;
+    return result;
+}
+
+String Executer::evaluate(const String& source, const String& text) {
+    stopped = 0;
+    errorFlag = 0;
+    errorLocated = 0;
+    try {
+        if (!source.isEqual(sourceText) || (sourceText.size() == 0 && globals.size() == 0)) {
+            clear();
+            String message = parser->parseText(source, 1);
+            if (message.size() > 0) return message;
+            sourceText = source;
+            makeGlobals();
+        }
+        String message = parser->parseText(String("void main() { ") + text + ";}\n", 0);
+        if (message.size() > 0) return message;
+        OrderedCltn* scope = newList();
+        ValueGuard::destroy(runFunction(parser->getMainFunction(), scope, true));
+        keepResidentVariables(scope);
+    } catch (TarnException* e) {
+        String message = caughtMessage(e);
+        destroyFrames();
+        return message;
+    }
+    return String();
+}
+
+// The variables of a resident line become globals, one of the same name replaced.
+void Executer::keepResidentVariables(OrderedCltn* scope) {
+    for (unsigned i = 0; i < scope->size(); ++i) {
+        Variable* v = Variable::argumentAt(*scope, int(i));
+        int index = globals.indexOf(v->getName());
+        if (index >= 0) {
+            delete globals.at(index);
+            globals[index] = v;
+        } else {
+            globals.add(*v);
+        }
+    }
+    for (unsigned i = 0; i < scope->size(); ++i) parser->updateGlobal(Variable::argumentAt(*scope, int(i)));
+    releaseList(scope);
+}
+
+void Executer::clear() {
+    destroyGlobals();
+    sourceText = "";
+    parser->reset();
+}
+
+Variable* Executer::getVariable(const String& name, int silent) {
+    for (int f = int(frames.size()) - 1; f >= 0; --f) {
+        OrderedCltn* frame = static_cast<OrderedCltn*>(frames.at(f));
+        for (int s = int(frame->size()) - 1; s >= 0; --s) {
+            Object* found = static_cast<OrderedCltn*>(frame->at(s))->find(name);
+            if (found != nil) return Variable::dereference(static_cast<Variable*>(found));
+        }
+    }
+    Object* found = globals.find(name);
+    if (found != nil) return static_cast<Variable*>(found);
+    if (!silent) Variable::typeError(String("Unknown variable ") + name);
+    return 0;
+}
+
+String Executer::printVariable(const String& name) {
+    Variable* v = getVariable(name, 1);
+    if (!v) return name + ": unknown variable name.";
+    return name + " = \"" + v->getValueString() + "\"";
+}
+
+// --- Frames and globals ---
+
+// Emptied scopes and frames are kept for reuse: a loop opens a scope on every pass.
+OrderedCltn* Executer::newList() {
+    return spareLists.size() > 0 ? static_cast<OrderedCltn*>(spareLists.removeLast()) : new OrderedCltn;
+}
+
+void Executer::releaseList(OrderedCltn* list) {
+    list->removeAll();
+    if (spareLists.size() < SPARE_LISTS)
+        spareLists.add(*list);
+    else
+        delete list;
+}
+
+// Values go from the last to the first: a reference is destroyed before what it refers to.
+void Executer::destroyScope(OrderedCltn* scope) {
+    for (int i = int(scope->size()) - 1; i >= 0; --i)
+        ValueGuard::destroy(static_cast<Variable*>(scope->at(i)));
+    releaseList(scope);
+}
+
+void Executer::destroyFrame(OrderedCltn* frame) {
+    for (int i = int(frame->size()) - 1; i >= 0; --i) destroyScope(static_cast<OrderedCltn*>(frame->at(i)));
+    releaseList(frame);
+}
+
+OrderedCltn& Executer::currentFrame() const { return *static_cast<OrderedCltn*>(frames.last()); }
+
+void Executer::pushScope() { currentFrame().add(*newList()); }
+
+void Executer::popScope() { destroyScope(static_cast<OrderedCltn*>(currentFrame().removeLast())); }
+
+void Executer::destroyFrames() {
+    while (frames.size() > 0) destroyFrame(static_cast<OrderedCltn*>(frames.removeLast()));
+}
+
+void Executer::destroyGlobals() { deleteValuesFromLast(globals); }
+
+// The predefined variables, then the globals of the source in order; an
+// initialiser may call functions.
+void Executer::makeGlobals() {
+    const OrderedCltn& predefined = Variable::predefinedVariables();
+    for (unsigned i = 0; i < predefined.size(); ++i)
+        globals.add(*Variable::argumentAt(predefined, int(i))->clone());
+    const OrderedCltn& declarations = parser->getGlobals();
+    for (unsigned i = predefined.size(); i < declarations.size() && !stopped; ++i)
+        execStatement(static_cast<Statement*>(declarations.at(int(i))), Variable::voidType());
+}
+
+Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
+    OrderedCltn* frame = newList();
+    frame->add(*scope);
+    frames.add(*frame);
+    Variable* result = 0;
+    const OrderedCltn& code = function->getCode();
+    for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
+        result = execStatement(static_cast<Statement*>(code.at(int(i))), function->getType());
+    frames.removeLast();
+    if (keepScope) frame->removeFirst();
+    destroyFrame(frame);
+    if (!stopped) return result;
+    ValueGuard::destroy(result);
+    return 0;
+}

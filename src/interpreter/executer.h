@@ -1,0 +1,154 @@
+// Executer, the machine that runs a parsed program: frames, statements, expressions, calls and built-ins.
+#ifndef INTERPRETER_EXECUTER_H
+#define INTERPRETER_EXECUTER_H
+
+#include <cstdint>
+#include <initializer_list>
+
+#include "algebra/algebra.h"
+#include "quill/orderedc.h"
+#include "quill/symbol.h"
+
+class CodeParser;
+class Expression;
+class FuncCall;
+class FuncDeclare;
+class ListOfElement;
+class ForStatement;
+class IfStatement;
+class BlockOfCode;
+class ReturnStatement;
+class Statement;
+class VarDeclare;
+class Variable;
+
+extern Class class_Executer;
+
+// The aspect of the notification sent on every statement reached: the debugger's hook.
+extern Symbol TRACE_EXEC;
+
+// Frames mirror the parser's scopes: a frame for each active call, holding a
+// scope (a list of values) for each open block of that call; a variable is
+// found by its declaration's level and index. Once stopped, every operation
+// returns at once. Errors of code 18 unwind to run, callFunction or evaluate,
+// which answer their message; the globals stay for inspection.
+class Executer : public Algebra {
+    DECLARE_MEMBERS(Executer)
+public:
+    Executer();
+    // Registers the built-in functions with the parser, once per parser.
+    explicit Executer(CodeParser* parser);
+    ~Executer() noexcept(false) override;
+
+    // Runs the global initialisers in source order and then main. Answers the
+    // message, also put in message, empty on success; stoppedResult tells
+    // whether exit (or stop) ended the run.
+    String run(String& message, int& stoppedResult);
+    // Calls a function of a program already run, with values for its parameters;
+    // answers its result, owned by the caller, or null.
+    Variable* callFunction(FuncDeclare* function, OrderedCltn& arguments, String& message,
+                           int& stoppedResult);
+    // The resident mode: source (recompiled when it changes) gives the
+    // functions and globals, text is one line run as the body of a main; the
+    // variables it declares become globals for the next line. Answers the
+    // message, empty on success.
+    String evaluate(const String& source, const String& text);
+    // Empties the globals and the resident source, and resets the parser.
+    void clear();
+    // The innermost variable of that name: frames from the last, scopes from
+    // the last, then the globals; null when absent.
+    Variable* getVariable(const String& name, int silent);
+    // name = "value", or name: unknown variable name.
+    String printVariable(const String& name);
+    const OrderedCltn& getGlobals() const { return globals; }
+    OrderedCltn getBuiltins() const { return builtins; }
+    void stop() { stopped = 1; }
+    bool isStopped() const { return stopped != 0; }
+
+    // --- Built-in functions ---
+    // A built-in receives its arguments bound to its parameters (values
+    // converted, references as they stand) and answers a new value or null.
+    typedef Variable* (*BuiltinFunction)(Executer& executer, const String& name, OrderedCltn& arguments);
+    // Adds a built-in for every Executer made later whose parser knows its types;
+    // a parameter type ending in '&' is a reference. A class of values of another
+    // library registers its built-ins so, from its class initor.
+    static void addBuiltin(const char* name, const char* returnType,
+                           std::initializer_list<const char*> parameters, BuiltinFunction function);
+    // The numeric cores of the matrix built-ins.
+    // lyap and lyapd: the factored solver on L, the second argument triangularised
+    // and cut or padded to n rows; answers R'R.
+    Matrix lyapunovSolution(const Matrix& A, const Matrix& B, bool discrete);
+    // ls and ls1: [A | B] triangularised on A's columns with B solved by back
+    // substitution, written back into A and B; answers the rms of the residual.
+    // A tolerance below 0 keeps the global one.
+    double leastSquares(Matrix& A, Matrix& B, double tolerance);
+    // chol: the factor R with A = R'R; when there is none, the console line
+    // "the matrix cannot be decomposed" and A as it stands.
+    Matrix cholesky(const Matrix& A);
+
+private:
+    // --- Statements (execstmt.cpp) ---
+    Variable* execStatement(Statement* statement, Variable* returnType);
+    Variable* dispatchStatement(Statement* statement, Variable* returnType);
+    Variable* execList(ListOfElement* list);
+    Variable* execBlock(BlockOfCode* block, Variable* returnType);
+    Variable* execFor(ForStatement* loop, Variable* returnType);
+    Variable* execIf(IfStatement* test, Variable* returnType);
+    Variable* execReturn(ReturnStatement* statement, Variable* returnType);
+    void execVarDeclare(VarDeclare* declaration);
+    Variable* createVariable(VarDeclare* declaration);
+    void assign(Variable* target, Variable* value);
+    void notify(Statement* statement);
+    [[noreturn]] void runtimeError(const String& message, Statement* where,
+                                   const char* word = "RUN-TIME ERROR");
+
+    // --- Expressions and calls (evalexpr.cpp) ---
+    struct EvalState;
+    // The value of the postfix expression, owned by the caller; null without one.
+    Variable* evalExpression(Expression* expression);
+    void evalElement(EvalState& state, Object* element);
+    void evalOperator(EvalState& state, int code);
+    void finishOperation(EvalState& state, Variable* result);
+    // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
+    int evalBool(Expression* expression, int emptyAllowed);
+    Variable* lookup(VarDeclare* declaration);
+    Variable* callFunction(FuncCall* call);
+    Variable* callBuiltin(FuncCall* call);
+    static BuiltinFunction findBuiltin(const String& name);
+    // Evaluates the call's arguments in the present frame into values: a
+    // reference as it stands, renamed after its parameter; a value assigned to a
+    // new variable of the parameter's type. False when a value was missing.
+    bool bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values);
+    // Runs the statements in a new frame whose first scope is scope; the frame goes
+    // with its values, except scope itself when keepScope is set.
+    Variable* runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
+    void keepResidentVariables(OrderedCltn* scope);
+
+    // --- Frames (executer.cpp) ---
+    OrderedCltn* newList();
+    void releaseList(OrderedCltn* list);
+    void destroyScope(OrderedCltn* scope);
+    void destroyFrame(OrderedCltn* frame);
+    OrderedCltn& currentFrame() const;
+    void pushScope();
+    void popScope();
+    void destroyFrames();
+    void destroyGlobals();
+    void makeGlobals();
+    void registerBuiltins();
+    // The message of an error of code 18, the error deleted; any other code goes on.
+    String caughtMessage(class TarnException* e);
+
+    std::int32_t stopped;
+    CodeParser* parser;  // not owned
+    std::int32_t errorFlag;
+    String sourceText;          // the source of the resident mode
+    OrderedCltn globals;        // values in the order of their index; owned
+    OrderedCltn frames;         // of scopes, of values; owned
+    OrderedCltn builtins;       // FuncDeclare, owned by the parser
+    std::int32_t errorLocated;  // the error on its way out already names its statement
+    OrderedCltn spareLists;     // emptied scopes and frames, for reuse; owned
+    enum { SPARE_LISTS = 64 };
+};
+
+#endif

@@ -1,0 +1,118 @@
+// GenericVar: struct fields and values, struct assignment, members, and the void prototype.
+#include "interpreter/genvar.h"
+
+#include <ostream>
+
+#include "interpreter/cleanup.h"
+#include "interpreter/operator.h"
+#include "interpreter/vardecl.h"
+
+namespace {
+
+void registerVoid(Class*) { Variable::registerType(GenericVar::voidPrototype()); }
+
+}  // namespace
+
+DEFINE_CLASS(GenericVar, Variable, 1, registerVoid)
+
+GenericVar::GenericVar() : fields(0), ownsFields(0), values(0) {}
+
+GenericVar::GenericVar(const String& typeName, OrderedCltn* fields)
+    : typeName(typeName), fields(fields), ownsFields(fields ? 1 : 0), values(0) {}
+
+GenericVar::~GenericVar() noexcept(false) {
+    deleteValues();
+    if (!ownsFields) return;
+    fields->deleteContents();
+    delete fields;
+}
+
+GenericVar* GenericVar::voidPrototype() {
+    static GenericVar* prototype = new GenericVar("void");
+    return prototype;
+}
+
+void GenericVar::deleteValues() {
+    if (!values) return;
+    deleteValuesFromLast(*values);
+    delete values;
+    values = 0;
+}
+
+void GenericVar::deepenShallowCopy() {
+    Variable::deepenShallowCopy();
+    typeName.clearCopiedState();
+    ownsFields = 0;
+    if (!values) return;
+    OrderedCltn* copies = new OrderedCltn(values->size() + 1);
+    for (unsigned i = 0; i < values->size(); ++i) copies->add(*argumentAt(*values, int(i))->clone());
+    values = copies;
+}
+
+Variable* GenericVar::getOperationType(Variable* other, int op, int swapped) {
+    if (op == OP_ASSIGN && sameType(other)) return this;
+    if (!Operator::isAssign(op) && !swapped) return other->getOperationType(this, op, 1);
+    operationError(other, op, swapped);
+}
+
+Variable* GenericVar::doOperation(Variable* other, int op, int swapped) {
+    if (op == OP_ASSIGN && sameType(other)) {
+        std::int32_t errorFlag = 0;
+        copyValues(*static_cast<GenericVar*>(other), errorFlag);
+        return this;
+    }
+    if (!Operator::isAssign(op) && !swapped) return other->doOperation(this, op, 1);
+    operationError(other, op, swapped);
+}
+
+void GenericVar::copyValues(const GenericVar& from, std::int32_t& errorFlag) {
+    if (!from.values || !values) return;
+    OrderedCltn source(1);
+    for (unsigned i = 0; i < values->size(); ++i) {
+        source.removeAll();
+        source.add(*from.values->at(int(i)));
+        argumentAt(*values, int(i))->execConstructor(1, source, errorFlag);
+    }
+}
+
+int GenericVar::constructorIndex(const OrderedCltn& types) const {
+    if (types.size() == 0) return 0;
+    return types.size() == 1 && sameType(dereference(argumentAt(types, 0))) ? 1 : -1;
+}
+
+void GenericVar::execConstructor(int index, const OrderedCltn& arguments, std::int32_t& errorFlag) {
+    if (index != 0 && index != 1) {
+        Variable::execConstructor(index, arguments, errorFlag);
+        return;
+    }
+    deleteValues();
+    values = new OrderedCltn(fields ? fields->size() + 1 : 1);
+    for (unsigned i = 0; fields && i < fields->size(); ++i)
+        values->add(*static_cast<FieldDeclare*>(fields->at(int(i)))->buildValue(errorFlag));
+    if (index == 1) copyValues(*static_cast<GenericVar*>(dereference(argumentAt(arguments, 0))), errorFlag);
+}
+
+VarDeclare* GenericVar::getMember(const String& memberName) const {
+    Object* field = fields ? fields->find(memberName) : nil;
+    if (field == nil) return Variable::getMember(memberName);
+    return static_cast<VarDeclare*>(field);
+}
+
+Variable* GenericVar::getMemberVar(const VarDeclare* member) {
+    for (int i = fields ? int(fields->size()) - 1 : -1; i >= 0; --i)
+        if (fields->at(i) == member && values) return argumentAt(*values, i);
+    return Variable::getMemberVar(member);
+}
+
+String GenericVar::getValueString() const {
+    if (!values || values->size() == 0) return typeName;
+    return partsString(typeName, *values, true);
+}
+
+void GenericVar::printOn(std::ostream& os) const {
+    Variable::printOn(os);
+    if (!values) return;
+    os << " values = [";
+    for (unsigned i = 0; i < values->size(); ++i) os << (i ? ", " : "") << *values->at(int(i));
+    os << "]";
+}
