@@ -42,7 +42,7 @@ private:
 };
 
 // Systems on common inputs whose outputs are stacked: one channel group for each.
-class Stack {
+class OutputStack {
 public:
     unsigned add(const DynOp& part) {
         if (part.outputNumber()) parts.push_back(part);
@@ -130,7 +130,7 @@ DynOp ExtendedSystem::compose() const {
     DynOp y = part(W21) * w.select(d2);
     if (present(W11)) y = y + part(W11) * w.select(d1);
     if (present(Wu1)) y = y + part(Model) * part(Wu1) * w.select(u);
-    Stack s;
+    OutputStack s;
     unsigned sy = s.add(y);
     unsigned sr = present(Wr1) ? s.add(part(Wr1) * w.select(r)) : s.skip();
     unsigned sn = s.add(part(Wd) * w.select(n));
@@ -140,7 +140,7 @@ DynOp ExtendedSystem::compose() const {
 
     const Channels& c = s.channels;
     Matrix Fy = c.select(sy);
-    Stack z;
+    OutputStack z;
     if (present(W12)) z.add(part(W12) * Fy);
     if (present(W22)) z.add(part(W22) * Fy);
     bool desired = present(Geqd) && present(Wr1);

@@ -27,18 +27,19 @@ void RobustControlDesign::printNorm(const char* label, const DynOp& s) {
 // The poles and norms of the two designs' errors.
 void RobustControlDesign::reportErrors() {
     const RobustControl& rc = *robustControl;
+    RobustControl::System control = rc.controlError(), observer = rc.observerError();
     struct {
         const char* word;
-        DynOp error;
-    } errors[] = {{"Control", rc.controlError()}, {"Observer", rc.observerError()}};
+        const DynOp& error;
+    } errors[] = {{"Control", *control}, {"Observer", *observer}};
     for (auto& e : errors) {
         std::cout << e.word << " system poles" << e.error.poles() << "\n"
                   << e.word << " error poles = " << e.error.poles() << "\n"
                   << "norm of the " << e.word << " error system: H-infinity " << e.error.normHinf() << ", H2 "
                   << e.error.normH2() << std::endl;
     }
-    keep("ExtendedObserverError", rc.observerError());
-    keep("ControlledSystem", rc.controlError());
+    keep("ExtendedObserverError", *observer);
+    keep("ControlledSystem", *control);
 }
 
 // The compensator reduced to its controllable and observable part while the user asks for it.
@@ -58,10 +59,18 @@ DynOp RobustControlDesign::reduceCompensator(DynOp compensator, double& toleranc
 }
 
 void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char* title) {
-    DynOp model = robustControl->getModel();
-    DynOp closed = model.closedLoop(compensator);
-    std::cout << "closed loop poles of the " << title << closed.poles() << std::endl;
+    DynOp closed = robustControl->getModel()->closedLoop(compensator);
+    std::cout << "closed loop poles of the " << title << robustControl->timed(closed)->poles() << std::endl;
 }
+
+namespace {
+
+double peak(const DynOp& s) {
+    double w = wMin;
+    return s.normHinfInFrequency(w);
+}
+
+}  // namespace
 
 double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     if (!(robustControl = readDesign())) return -1.0;
@@ -75,68 +84,62 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     }
     (void)inOneStep;
     globalWorkspace().clear();
-    String prefix = filePrefix();
-    std::string p = prefix.asCharPointer();
+    std::string p = filePrefix().asCharPointer();
+    const RobustControl& rc = *robustControl;
     reportErrors();
 
-    DynOp theoretical = robustControl->closedLoopTheoretical();
-    keep("ExtendedSystemFeedbackTheoretical", theoretical,
+    RobustControl::System theoretical = rc.closedLoopTheoretical();
+    keep("ExtendedSystemFeedbackTheoretical", *theoretical,
          (p + "ExtendedSystemFeedbackTheoretical.dyn").c_str());
-    std::cout << "output feedback final poles" << theoretical.poles() << std::endl;
+    std::cout << "output feedback final poles" << theoretical->poles() << std::endl;
     Matrix T;
-    DynOp reduced = theoretical.contrSubSystem(0, T, tolerance).obsSubSystem(0, T, tolerance);
-    keep("ExtendedSystemFeedbackReduced", reduced, (p + "ExtendedSystemFeedbackReduced.dyn").c_str());
-    std::cout << "output feedback final poles reduced" << reduced.poles() << std::endl;
+    RobustControl::System reduced =
+        rc.timed(theoretical->contrSubSystem(0, T, tolerance).obsSubSystem(0, T, tolerance));
+    keep("ExtendedSystemFeedbackReduced", *reduced, (p + "ExtendedSystemFeedbackReduced.dyn").c_str());
+    std::cout << "output feedback final poles reduced" << reduced->poles() << std::endl;
 
-    DynOp compensator = robustControl->compensator();
-    keep("ExtendedControl", compensator);
+    RobustControl::System compensator = rc.compensator();
+    keep("ExtendedControl", *compensator);
     ParamRequest addQ("do you want to add to the control the Q paramater?", 0);
     askParameters(owner, addQ);
-    keep("Control0", compensator);
-    analyseClosedLoop(compensator, " Model with the full size controller");
+    keep("Control0", *compensator);
+    analyseClosedLoop(*compensator, " Model with the full size controller");
 
-    compensator = reduceCompensator(compensator, tolerance);
-    keep("Control1", compensator);
-    analyseClosedLoop(compensator, " Model with reduced order controller");
+    compensator = rc.timed(reduceCompensator(*compensator, tolerance));
+    keep("Control1", *compensator);
+    analyseClosedLoop(*compensator, " Model with reduced order controller");
 
-    std::cout << "Controller poles =" << compensator.poles() << "\n"
-              << (compensator.isDiscreteTime()
+    std::cout << "Controller poles =" << compensator->poles() << "\n"
+              << (compensator->isDiscreteTime()
                       ? "To clean, forcing to 1 some of the poles of the controller,"
                       : "To clean, forcing to zero some of the poles of the controller,")
               << "\nset to a higher value the threshold \"tolerance\"." << std::endl;
-    compensator.cleanPolesInZero(tolerance);
-    unsigned order = compensator.order();
+    compensator->cleanPolesInZero(tolerance);
+    unsigned order = compensator->order();
     std::cout << "\nIf you want to eliminate some high frequency dynamics of the compensator\nspecify the "
                  "new order,"
               << std::endl;
-    if (askToleranceAndOrder(tolerance, order) && order < compensator.order())
-        compensator = compensator.reduceOrder(order);
-    keep("Control", compensator, (p + "Control.dyn").c_str());
-    analyseClosedLoop(compensator, " Model with reduced order and cleaned controller");
+    if (askToleranceAndOrder(tolerance, order) && order < compensator->order())
+        compensator = rc.timed(compensator->reduceOrder(order));
+    keep("Control", *compensator, (p + "Control.dyn").c_str());
+    analyseClosedLoop(*compensator, " Model with reduced order and cleaned controller");
 
-    DynOp feedback = robustControl->getModel().closedLoop(compensator);
-    keep("ExtendedSystemFeedback", feedback, (p + "ExtendedSystemFeedback.dyn").c_str());
-    std::cout << "poles of the extended system in closed loop = " << feedback.poles() << std::endl;
+    RobustControl::System feedback = rc.timed(rc.getModel()->closedLoop(*compensator));
+    keep("ExtendedSystemFeedback", *feedback, (p + "ExtendedSystemFeedback.dyn").c_str());
+    std::cout << "poles of the extended system in closed loop = " << feedback->poles() << std::endl;
 
-    ParamRequest perturbation("insert uncertainty matrices", 0);
     std::cout
         << "do you want to perform perturbation analysis?\ninsert uncertainty parameters and press \"OK\"\n"
            "else press \"Cancel\" "
         << std::endl;
+    ParamRequest perturbation("insert uncertainty matrices", 0);
     askParameters(owner, perturbation);
 
-    double w = wMin;
-    DynOp experimental = feedback.subSystem(0, 0, feedback.outputNumber(), feedback.inputNumber());
-    double theoreticalNorm = theoretical.normHinfInFrequency(w);
-    w = wMin;
-    double reducedNorm = reduced.normHinfInFrequency(w);
-    w = wMin;
-    double experimentalNorm = experimental.normHinfInFrequency(w);
-    std::cout << "theoretical H-infinite norm of the output feedback w-z operator =" << theoreticalNorm
+    double experimental = peak(*feedback);
+    std::cout << "theoretical H-infinite norm of the output feedback w-z operator =" << peak(*theoretical)
               << "\n"
-              << "reduced H-infinite norm of the output feedback w-z operator =" << reducedNorm << "\n"
-              << "experimental H-infinite norm of the output feedback w-z operator =" << experimentalNorm
-              << "\n"
+              << "reduced H-infinite norm of the output feedback w-z operator =" << peak(*reduced) << "\n"
+              << "experimental H-infinite norm of the output feedback w-z operator =" << experimental << "\n"
               << "\nTheoretical: the only detectable-stabilizable part resulting from a weak separation;\n"
                  "Reduced: eliminating weakly observable-controllable modes;\n"
                  "Experimental: closing explicitly the loop.\n(Unreliable "
@@ -145,12 +148,12 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     std::cout << "\nDo you want to structure the closed loop extended system?" << std::endl;
     String name("D"), choice("Theoretical or Experimental");
     if (askStructuring(name, choice)) {
-        Matrix D = structuring(choice == "Theoretical" ? theoretical : experimental, false);
+        Matrix D = structuring(choice == "Theoretical" ? *theoretical : *feedback, false);
         if (D.rowNumber() == 0)
             std::cout << "\nWarning, The algorithm was unable to compute a matrix\n" << std::endl;
         else
             std::cout << "\nthe total output structuring matrix D (D*Geq*D^-1) is\n" << D << std::endl;
     }
     endPhase();
-    return experimentalNorm;
+    return experimental;
 }

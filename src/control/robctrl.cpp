@@ -96,23 +96,25 @@ void RobustControl::setOwner(Object* o) {
     if (observer) observer->setOwner(o);
 }
 
-DynOp* RobustControl::like(const DynOp& s) const {
-    if (input.isDiscrete()) return new DiscDynOp(s, true, input.getSamplingTime());
-    return new DynOp(s);
+RobustControl::System RobustControl::timed(const DynOp& s) const {
+    if (input.isDiscrete()) return System(new DiscDynOp(s, true, input.getSamplingTime()));
+    return System(new DynOp(s));
 }
 
-DynOp* RobustControl::designCopy(const DynOp& s) const {
-    return like(
+RobustControl::System RobustControl::designCopy(const DynOp& s) const {
+    return timed(
         DynOp(s.stateA(), s.stateB(), s.stateC(), s.getD(), s.controlNumber(), s.measureNumber(), 0, false));
 }
 
-DynOp RobustControl::getModel() const { return observerFirst ? input.transpose() : DynOp(input); }
+RobustControl::System RobustControl::getModel() const {
+    return timed(observerFirst ? input.transpose() : DynOp(input));
+}
 
 // The two steps
 
 int RobustControl::firstStepSetup(double tolerance, int initialFeedback, Object* o) {
     owner = o;
-    std::unique_ptr<DynOp> system(designCopy(input));
+    System system = designCopy(input);
     delete control;
     delete observer;
     observer = 0;
@@ -124,7 +126,7 @@ int RobustControl::firstStepSetup(double tolerance, int initialFeedback, Object*
 int RobustControl::secondStepSetup(double tolerance, int initialFeedback, Object* o) {
     owner = o;
     if (!control) return -1;
-    std::unique_ptr<DynOp> system(designCopy(estimationSystem().transpose()));
+    System system = designCopy(estimationSystem().transpose());
     delete observer;
     observer = OptimumGramian::make(*system, tolerance, initialFeedback,
                                     observerFirst ? "Control" : "Observer", Matrix(0, 0), "", owner);
@@ -172,13 +174,12 @@ void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) 
     Workspace::writeMatlab(Q, isObserver ? "QO" : "QC");
     std::cout << (isObserver ? "K = " : "H = ") << stored << std::endl;
 
-    DynOp error = first ? controlError() : observerError();
+    System error = first ? controlError() : observerError();
     const char* word = isObserver ? "Observer" : "Control";
-    std::unique_ptr<DynOp> file(like(error));
     std::string name = std::string(prefix) + (isObserver ? "ObserverError.dyn" : "ControlError.dyn");
-    storeToFile(*file, name.c_str());
+    storeToFile(*error, name.c_str());
     double w0 = wMin;
-    double norm = error.normHinfInFrequency(w0);
+    double norm = error->normHinfInFrequency(w0);
     std::cout << word << " subsystem"
               << "\n"
               << "H-infinite norm of the " << word << " operator = " << norm << ",\nat w = " << w0
@@ -208,34 +209,36 @@ DynOp RobustControl::estimationSystem() const {
     return DynOp(p.A, input.stateB(), dynop::stack(H, p.C2), D, nu, ny, 0, false);
 }
 
-DynOp RobustControl::controlError() const {
+RobustControl::System RobustControl::controlError() const {
     DynOp closed = input.stateFeedback(feedbackGain(), &controlIndices);
-    return closed.subSystem(0, 0, input.outputNumber() - input.measureNumber(), 0);
+    return timed(closed.subSystem(0, 0, input.outputNumber() - input.measureNumber(), 0));
 }
 
-DynOp RobustControl::observerError() const {
+RobustControl::System RobustControl::observerError() const {
     Parts p(input);
     Matrix K = observerGain();
-    return DynOp(p.A - K * p.C2, p.B1 - K * p.D21, feedbackGain(), Matrix(0, 0), 0, 0, 0, false);
+    return timed(DynOp(p.A - K * p.C2, p.B1 - K * p.D21, feedbackGain(), Matrix(0, 0), 0, 0, 0, false));
 }
 
 // The compensator of input: x^' = A x^ + B2 u + K (y - C2 x^ - D22 u), u = -H x^, written for
 // closedLoop, which negates the compensator's B and D: B = -K, C = -H.
-DynOp RobustControl::compensator() const {
+DynOp RobustControl::compensatorOfInput() const {
     Parts p(input);
     Matrix H = feedbackGain(), K = observerGain();
-    DynOp ofInput(p.A - p.B2 * H - K * p.C2 + K * p.D22 * H, -K, -H, Matrix(0, 0), 0, 0, 0, false);
-    std::unique_ptr<DynOp> timed(like(observerFirst ? ofInput.transpose() : ofInput));
-    return *timed;
+    return DynOp(p.A - p.B2 * H - K * p.C2 + K * p.D22 * H, -K, -H, Matrix(0, 0), 0, 0, 0, false);
 }
 
-DynOp RobustControl::closedLoopExperimental() const { return getModel().closedLoop(compensator()); }
+RobustControl::System RobustControl::compensator() const {
+    DynOp ofInput = compensatorOfInput();
+    return timed(observerFirst ? ofInput.transpose() : ofInput);
+}
 
-DynOp RobustControl::closedLoopTheoretical() const {
-    Parts p(input);
-    DynOp ofInput = input.closedLoop(
-        DynOp(p.A - p.B2 * feedbackGain() - observerGain() * p.C2 + observerGain() * p.D22 * feedbackGain(),
-              -observerGain(), -feedbackGain(), Matrix(0, 0), 0, 0, 0, false));
+RobustControl::System RobustControl::closedLoopExperimental() const {
+    return timed(getModel()->closedLoop(*compensator()));
+}
+
+RobustControl::System RobustControl::closedLoopTheoretical() const {
+    DynOp ofInput = input.closedLoop(compensatorOfInput());
     unsigned n = input.order();
     Matrix T = Matrix::diagonal(2 * n, 1.0);
     for (unsigned i = 0; i < n; ++i) {
@@ -243,7 +246,7 @@ DynOp RobustControl::closedLoopTheoretical() const {
         T(n + i, n + i) = -1.0;
     }
     ofInput.similarity(T);
-    return observerFirst ? ofInput.transpose() : ofInput;
+    return timed(observerFirst ? ofInput.transpose() : ofInput);
 }
 
 void RobustControl::orders() const {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 
 #include "algebra/algebra.h"
 #include "control/extsys.h"
@@ -48,8 +49,10 @@ public:
     bool isNoisy() const { return noiseLevel != 0.0; }
     bool isObserverFirst() const { return observerFirst != 0; }
     const ExtendedSystem& getInput() const { return input; }
+    // Systems come in the time domain of the input (DynOp or DiscDynOp).
+    typedef std::unique_ptr<DynOp> System;
     // The plant as given: the dual of input again when the observer came first.
-    DynOp getModel() const;
+    System getModel() const;
     // Where the dialogues and the stop checks of the two designs go.
     void setOwner(Object* owner);
     void orders() const;
@@ -60,17 +63,19 @@ public:
     Matrix observerGain() const;
     // The errors of the two designs: input closed by the state feedback from w to z, and the
     // observer's error dynamics from w to the control error H (x - x^).
-    DynOp controlError() const;
-    DynOp observerError() const;
+    System controlError() const;
+    System observerError() const;
     // The estimation system on which the second design works.
     DynOp estimationSystem() const;
     // The compensator of the plant as given: closedLoop of the plant with it has the poles of
     // A - B2 H and of A - K C2 together.
-    DynOp compensator() const;
+    System compensator() const;
     // The plant closed by the compensator: as assembled, and in the state coordinates (x, x - x^)
     // of the separation, where it is block triangular.
-    DynOp closedLoopExperimental() const;
-    DynOp closedLoopTheoretical() const;
+    System closedLoopExperimental() const;
+    System closedLoopTheoretical() const;
+    // s in the time domain of input.
+    System timed(const DynOp& s) const;
 
     void printOn(std::ostream& os) const override;
     void storer(std::ostream& os) const override;
@@ -78,13 +83,13 @@ public:
 
 private:
     // The system a design object is made from: a plain DynOp or DiscDynOp copy of s.
-    DynOp* designCopy(const DynOp& s) const;
+    System designCopy(const DynOp& s) const;
     double step(OptimumGramian& design, double gamma, unsigned maxIterations, bool useH2, bool approaching,
                 double alfa, bool continueFlag, const char* prefix, bool stepByStep, int lmiMode,
                 double minFreq);
     void storeStep(const OptimumGramian& design, const char* prefix);
-    // A system in the time domain of input.
-    DynOp* like(const DynOp& s) const;
+    // The compensator of input, in the continuous form of its matrices.
+    DynOp compensatorOfInput() const;
 
     std::int32_t observerFirst;
     double noiseLevel;

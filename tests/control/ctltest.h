@@ -10,6 +10,8 @@
 #include <complex>
 #include <cstdlib>
 #include <initializer_list>
+#include <memory>
+#include <string>
 #include <vector>
 
 #include "algebra/all.h"
@@ -121,6 +123,23 @@ inline DynOp randomStable(unsigned n, unsigned m, unsigned p, unsigned seed = 7)
     for (unsigned i = 0; i < p; ++i)
         for (unsigned j = 0; j < n; ++j) C(i, j) = value();
     return DynOp(A, B, C, D);
+}
+
+// The plant of a model file with a disturbance force w on the second mass and the control u on
+// the first; objectives z = [x2 + d11 w; rho u], measure y = x1 + 0.01 w.
+inline std::unique_ptr<DynOp> twoMassPlant(const char* file, double rho, double d11 = 0.0) {
+    Object* read = Workspace::readModelFile((std::string(TARN_EXAMPLES) + "/" + file).c_str());
+    const DynOp& model = *CAST(DynOp, read);
+    Matrix C = mat(3, 4, {0, 1, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0});
+    Matrix D = mat(3, 2, {d11, 0, 0, rho, 0.01, 0});
+    std::unique_ptr<DynOp> plant;
+    if (model.isKindOf(class_DiscDynOp))
+        plant.reset(new DiscDynOp(model.getA(), model.getB(), C, D,
+                                  static_cast<const DiscDynOp&>(model).getSamplingTime(), 1, 1));
+    else
+        plant.reset(new DynOp(model.getA(), model.getB(), C, D, 1, 1));
+    delete read;
+    return plant;
 }
 
 #endif

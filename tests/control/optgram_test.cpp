@@ -24,23 +24,6 @@ namespace {
 
 using dynop::block;
 
-// The plant of a model file with a disturbance force w on the second mass and the control u on
-// the first; objectives z = [x2 + d11 w; rho u], measure y = x1 + 0.01 w.
-std::unique_ptr<DynOp> twoMass(const char* file, double rho, double d11 = 0.0) {
-    Object* read = Workspace::readModelFile((std::string(TARN_EXAMPLES) + "/" + file).c_str());
-    const DynOp& model = *CAST(DynOp, read);
-    Matrix C = mat(3, 4, {0, 1, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0});
-    Matrix D = mat(3, 2, {d11, 0, 0, rho, 0.01, 0});
-    std::unique_ptr<DynOp> plant;
-    if (model.isKindOf(class_DiscDynOp))
-        plant.reset(new DiscDynOp(model.getA(), model.getB(), C, D,
-                                  static_cast<const DiscDynOp&>(model).getSamplingTime(), 1, 1));
-    else
-        plant.reset(new DynOp(model.getA(), model.getB(), C, D, 1, 1));
-    delete read;
-    return plant;
-}
-
 struct Parts {
     Matrix A, B1, B2, C1, D11, D12;
 };
@@ -161,7 +144,7 @@ protected:
 class H2Design : public OptimumGramianTest, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(H2Design, ReachesTheOptimumOfTheRiccatiSolution) {
-    std::unique_ptr<DynOp> plant = twoMass(GetParam(), 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant(GetParam(), 0.1);
     std::unique_ptr<OptimumGramian> g = design(*plant);
     ASSERT_TRUE(g);
     Matrix H = g->getH();
@@ -183,7 +166,7 @@ TEST_P(H2Design, ReachesTheOptimumOfTheRiccatiSolution) {
 }
 
 TEST_P(H2Design, StoresTheLoopsInTheWorkspaceTheScriptAndTheFiles) {
-    std::unique_ptr<DynOp> plant = twoMass(GetParam(), 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant(GetParam(), 0.1);
     std::unique_ptr<OptimumGramian> g = design(*plant);
     ASSERT_TRUE(g);
     for (const char* name : {"ControlError", "ControlErrorWithD11", "H"})
@@ -209,7 +192,7 @@ class HinfDesign : public OptimumGramianTest,
                    public ::testing::WithParamInterface<std::tuple<const char*, double>> {};
 
 TEST_P(HinfDesign, RefiningKeepsTheLoopStableAndItsNormBelowGamma) {
-    std::unique_ptr<DynOp> plant = twoMass(std::get<0>(GetParam()), 0.1, std::get<1>(GetParam()));
+    std::unique_ptr<DynOp> plant = twoMassPlant(std::get<0>(GetParam()), 0.1, std::get<1>(GetParam()));
     std::unique_ptr<OptimumGramian> g = design(*plant);
     ASSERT_TRUE(g);
     Matrix Hw = g->getD12factor() * g->feedForward();
@@ -234,7 +217,7 @@ INSTANTIATE_TEST_SUITE_P(TwoMass, HinfDesign,
 // A gamma far below the least reachable norm: the iteration stops with its message, and the
 // feedback kept is the last stabilising one.
 TEST_P(HinfDesign, DivergenceBelowTheOptimumKeepsAStableFeedback) {
-    std::unique_ptr<DynOp> plant = twoMass(std::get<0>(GetParam()), 0.1, std::get<1>(GetParam()));
+    std::unique_ptr<DynOp> plant = twoMassPlant(std::get<0>(GetParam()), 0.1, std::get<1>(GetParam()));
     std::unique_ptr<OptimumGramian> g = design(*plant);
     ASSERT_TRUE(g);
     testing::internal::CaptureStderr();
@@ -266,7 +249,7 @@ TEST_F(OptimumGramianTest, RefusesASystemWithoutControlsOnTheObjectives) {
 }
 
 TEST_F(OptimumGramianTest, RefusesGammaBelowTheBoundOfD11) {
-    std::unique_ptr<DynOp> plant = twoMass("twomass.dyn", 0.1, 0.5);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1, 0.5);
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     testing::internal::CaptureStdout();
@@ -279,7 +262,7 @@ TEST_F(OptimumGramianTest, RefusesGammaBelowTheBoundOfD11) {
 // --- Dialogues and the stop ---
 
 TEST_F(OptimumGramianTest, StartingPolesAreAskedUntilTheirNumberIsRight) {
-    std::unique_ptr<DynOp> plant = twoMass("twomass.dyn", 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     int polesAsked = 0, tolerancesAsked = 0;
     answer = [&](ParamRequest& r) {
         if (std::string(r.title()) == "Insert tolerance") {
@@ -304,7 +287,7 @@ TEST_F(OptimumGramianTest, StartingPolesAreAskedUntilTheirNumberIsRight) {
 }
 
 TEST_F(OptimumGramianTest, WithoutAListenerTheDefaultsFinishTheDesign) {
-    std::unique_ptr<DynOp> plant = twoMass("twomass.dyn", 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     std::unique_ptr<OptimumGramian> g(OptimumGramian::make(*plant, 1e-6, 1, "Control", Matrix(0, 0), "", 0));
     ASSERT_TRUE(g);
     g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), true, 0, 1e-4);
@@ -312,7 +295,7 @@ TEST_F(OptimumGramianTest, WithoutAListenerTheDefaultsFinishTheDesign) {
 }
 
 TEST_F(OptimumGramianTest, NextStepCancelEndsTheStepByStepIteration) {
-    std::unique_ptr<DynOp> plant = twoMass("twomass.dyn", 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     int steps = 0;
@@ -331,7 +314,7 @@ TEST_F(OptimumGramianTest, NextStepCancelEndsTheStepByStepIteration) {
 }
 
 TEST_F(OptimumGramianTest, CheckStopEndsTheIterationWithAStableFeedback) {
-    std::unique_ptr<DynOp> plant = twoMass("twomass.dyn", 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     stopAfter = 2;
@@ -341,7 +324,7 @@ TEST_F(OptimumGramianTest, CheckStopEndsTheIterationWithAStableFeedback) {
 }
 
 TEST_F(OptimumGramianTest, ApproachingBranchStabilises) {
-    std::unique_ptr<DynOp> plant = twoMass("twomass.dyn", 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     g->optimize(1.0, 50, true, true, 0.5, false, prefix().c_str(), false, 0, 1e-4);
@@ -350,7 +333,7 @@ TEST_F(OptimumGramianTest, ApproachingBranchStabilises) {
 
 // The automatic adaptation and the recursion on a pole spread of 1.1 or more (wMaxRange lowered).
 TEST_F(OptimumGramianTest, ANarrowPoleWindowAdaptsTheWeightsAndRecurses) {
-    std::unique_ptr<DynOp> plant = twoMass("twomass.dyn", 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     double range = wMaxRange;
     wMaxRange = 1.1;
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
@@ -372,7 +355,7 @@ TEST_F(OptimumGramianTest, ANarrowPoleWindowAdaptsTheWeightsAndRecurses) {
 }
 
 TEST_F(OptimumGramianTest, EigGradientShiftsThePolesAsAsked) {
-    std::unique_ptr<DynOp> plant = twoMass("twomass.dyn", 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     std::unique_ptr<OptimumGramian> g = design(*plant);
     ASSERT_TRUE(g);
     const DynOp& s = g->workingSystem();
@@ -397,7 +380,7 @@ TEST_F(OptimumGramianTest, EigGradientShiftsThePolesAsAsked) {
 
 // The observer of the plant is the state feedback of its dual.
 TEST_F(OptimumGramianTest, ObserverIsDesignedOnTheDual) {
-    std::unique_ptr<DynOp> plant = twoMass("twomass.dyn", 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     testing::internal::CaptureStdout();
     std::unique_ptr<OptimumGramian> g(
         OptimumGramian::make(plant->transpose(), 1e-6, 1, "Observer", Matrix(0, 0), "obs", owner));
@@ -430,7 +413,7 @@ TEST_F(OptimumGramianTest, AStaticPlantGivesAnEmptyFeedback) {
 // no feedback; felt by the second mass it needs the completed gain, which the full Riccati
 // solution gives.
 TEST_F(OptimumGramianTest, DroppedStatesAreTestedAndTheGainCompleted) {
-    std::unique_ptr<DynOp> base = twoMass("twomass.dyn", 0.1);
+    std::unique_ptr<DynOp> base = twoMassPlant("twomass.dyn", 0.1);
     for (double coupling : {0.0, 1.0}) {
         SCOPED_TRACE(coupling);
         Matrix A(5, 5), B(5, 2), C(3, 5);
@@ -462,7 +445,7 @@ TEST_F(OptimumGramianTest, DroppedStatesAreTestedAndTheGainCompleted) {
 // --- Copies and streams ---
 
 TEST_F(OptimumGramianTest, CopyAndStreamKeepTheDesign) {
-    std::unique_ptr<DynOp> plant = twoMass("twomassd.dyn", 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomassd.dyn", 0.1);
     std::unique_ptr<OptimumGramian> g = design(*plant);
     ASSERT_TRUE(g);
     OptimumGramian copy(*g);
@@ -494,7 +477,7 @@ class LmiRoute : public OptimumGramianTest, public ::testing::WithParamInterface
 // the least H2 norm is the Riccati optimum, the bound keeps the norm below gamma, and the least
 // H-infinity norm is below the bound. Refining at a gamma 10% above that least norm converges.
 TEST_P(LmiRoute, SolvesEachProblemAndTheIterationFollowsNearTheOptimum) {
-    std::unique_ptr<DynOp> plant = twoMass(GetParam(), 0.1);
+    std::unique_ptr<DynOp> plant = twoMassPlant(GetParam(), 0.1);
     double wMax = wMaxOf(*plant);
     Parts p = partsOf(*plant);
     double h2 = std::sqrt((p.B1.transpose() * riccatiSolution(*plant) * p.B1)(0, 0));

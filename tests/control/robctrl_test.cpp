@@ -1,0 +1,219 @@
+// RobustControl and its driver: two-step designs on the two-mass plant, control first and
+// observer first, continuous and sampled; the compensator's closed loop against the two designs;
+// the design file between phases; the refusals of the driver; the output structuring.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "../quill/testutil.h"
+#include "control/all.h"
+#include "ctltest.h"
+#include "quill/all.h"
+
+namespace {
+
+// Runs in a directory of its own: the design writes its files in the working directory.
+class DesignTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/designXXXXXX";
+        directory = mkdtemp(pattern);
+        char here[4096];
+        previous = getcwd(here, sizeof here);
+        ASSERT_EQ(chdir(directory.c_str()), 0);
+    }
+    void TearDown() override {
+        globalWorkspace().clear();
+        Workspace::closeMatlab();
+        ASSERT_EQ(chdir(previous.c_str()), 0);
+        std::system(("rm -rf " + directory).c_str());
+    }
+    std::string directory, previous;
+};
+
+std::vector<Cx> sortedPoles(const DynOp& s) {
+    if (s.order() == 0) return {};
+    return eigenvalues(s.getA());
+}
+
+// The poles of the loop are those of A - B2 H and of A - K C2 together.
+void expectSeparatedPoles(const RobustControl& rc) {
+    RobustControl::System closed = rc.closedLoopExperimental();
+    const DynOp& in = rc.getInput();
+    unsigned n = in.order(), nu = in.controlNumber(), ny = in.measureNumber();
+    Matrix B2 = dynop::block(in.getB(), 0, in.inputNumber() - nu, n, nu);
+    Matrix C2 = dynop::block(in.getC(), in.outputNumber() - ny, 0, ny, n);
+    Matrix both =
+        Matrix::blockDiagonal(in.getA() - B2 * rc.feedbackGain(), in.getA() - rc.observerGain() * C2);
+    std::vector<Cx> expected = eigenvalues(both), got = sortedPoles(*closed);
+    ASSERT_EQ(got.size(), expected.size());
+    for (size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(std::abs(got[i] - expected[i]), 0.0, 1e-6) << i;
+}
+
+struct Case {
+    const char* file;
+    bool observerFirst;
+    bool useH2;
+};
+
+class TwoStepDesign : public DesignTest, public ::testing::WithParamInterface<Case> {};
+
+TEST_P(TwoStepDesign, CompensatorStabilisesThePlantWithBothDesignsPoles) {
+    Case c = GetParam();
+    std::unique_ptr<DynOp> plant = twoMassPlant(c.file, 0.1);
+    ExtendedSystem extended(*plant);
+    RobustControl rc(extended, c.observerFirst, 0.0);
+    std::string console = consoleOf([&] {
+        ASSERT_EQ(rc.firstStepSetup(1e-8, 1, 0), 0);
+        double gamma = c.useH2 ? 1.0 : 5.0;
+        double first = rc.firstStep(gamma, 30, c.useH2, false, 0.5, false, "", false, 0, 1e-4);
+        EXPECT_GT(first, 0.0);
+        ASSERT_EQ(rc.secondStepSetup(1e-8, 1, 0), 0);
+        double second = rc.secondStep(gamma, 30, c.useH2, false, 0.5, false, "", false, 0, 1e-4);
+        EXPECT_GT(second, 0.0);
+    });
+    EXPECT_NE(console.find("H-infinite norm of the "), std::string::npos);
+    ASSERT_TRUE(rc.hasControl() && rc.hasObserver());
+    RobustControl::System closed = rc.closedLoopExperimental();
+    EXPECT_TRUE(closed->isStable()) << closed->poles();
+    expectSeparatedPoles(rc);
+    // The theoretical form is the same loop in the coordinates of the separation.
+    RobustControl::System theoretical = rc.closedLoopTheoretical();
+    for (double w : {0.1, 1.0, 1.4, 10.0})
+        EXPECT_NEAR(theoretical->singularValueAt(w), closed->singularValueAt(w),
+                    1e-8 * closed->singularValueAt(w));
+    EXPECT_EQ(rc.compensator()->isDiscreteTime(), plant->isDiscreteTime());
+    EXPECT_EQ(closed->isDiscreteTime(), plant->isDiscreteTime());
+}
+
+INSTANTIATE_TEST_SUITE_P(Plants, TwoStepDesign,
+                         ::testing::Values(Case{"twomass.dyn", false, true}, Case{"twomass.dyn", true, true},
+                                           Case{"twomass.dyn", false, false},
+                                           Case{"twomassd.dyn", false, true},
+                                           Case{"twomassd.dyn", true, false}));
+
+TEST_F(DesignTest, NoiseWidensTheInputsAndTheDesignFileKeepsTheDesign) {
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
+    RobustControl rc(ExtendedSystem(*plant), false, 0.2);
+    EXPECT_EQ(rc.getInput().inputNumber(), plant->inputNumber() + 1);
+    EXPECT_EQ(rc.getInput().controlNumber(), 1u);
+    consoleOf([&] {
+        ASSERT_EQ(rc.firstStepSetup(1e-8, 1, 0), 0);
+        rc.firstStep(1.0, 20, true, false, 0.5, false, "", false, 0, 1e-4);
+    });
+    Algebra files;
+    ASSERT_TRUE(files.storeToFile(rc, "RobustControl.rc"));
+    Object* read = 0;
+    ASSERT_TRUE(files.readFromFile(read, "RobustControl", "RobustControl.rc"));
+    RobustControl& back = *static_cast<RobustControl*>(read);
+    EXPECT_TRUE(back.hasControl());
+    EXPECT_FALSE(back.hasObserver());
+    EXPECT_LT(files.normF(back.feedbackGain() - rc.feedbackGain()), 1e-9 * files.normF(rc.feedbackGain()));
+    delete read;
+}
+
+// The driver: phases through their parameters, the design kept in "RobustControl.rc".
+Dictionary& parameters(Dictionary& d, std::initializer_list<std::pair<const char*, const char*>> entries) {
+    for (auto& e : entries) d.atPut(new String(e.first), new String(e.second));
+    return d;
+}
+
+void deleteEntries(Dictionary& d) {
+    OrderedCltn keys;
+    d.addKeysTo(keys);
+    for (unsigned i = 0; i < keys.size(); ++i) {
+        Object* pair = d.removeKey(*keys[int(i)]);
+        delete static_cast<LookupKey*>(pair)->value();
+        delete pair;
+        delete keys[int(i)];
+    }
+}
+
+TEST_F(DesignTest, ThreePhasesGiveAStabilisingCompensator) {
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
+    ASSERT_TRUE(Algebra().storeToFile(*plant, "plant.dyn"));
+    RobustControlDesign design;
+    Dictionary d;
+    parameters(d, {{"GuiFileName", "plant.dyn"},
+                   {"ChoiceButton", "Step 1"},
+                   {"ConObs", "Control"},
+                   {"StartCont", "start"},
+                   {"Gramian", "H2"},
+                   {"Algorithm", "refining"},
+                   {"gamma", "1"},
+                   {"iter", "30"},
+                   {"toll", "1e-8"},
+                   {"InitialFeedback", "pole placement"}});
+    double norm = 0.0;
+    consoleOf([&] { norm = design.design(d); });
+    EXPECT_GT(norm, 0.0);
+    EXPECT_FALSE(design.isObserverFirst());
+    EXPECT_EQ(access("RobustControl.rc", R_OK), 0);
+
+    d.atKey(String("ChoiceButton"), *new String("Step 2"));
+    d.atKey(String("ConObs"), *new String("Observer"));
+    consoleOf([&] { norm = design.design(d); });
+    EXPECT_GT(norm, 0.0);
+    EXPECT_FALSE(design.isObserverFirst());
+
+    d.atKey(String("ChoiceButton"), *new String("Final Results"));
+    std::string console = consoleOf([&] { norm = design.design(d); });
+    EXPECT_GT(norm, 0.0);
+    EXPECT_NE(console.find("experimental H-infinite norm of the output feedback w-z operator ="),
+              std::string::npos);
+    Object* compensator = Workspace::readModelFile("Control.dyn");
+    ASSERT_NE(compensator, nil);
+    EXPECT_TRUE(plant->closedLoop(*CAST(DynOp, compensator)).isStable());
+    delete compensator;
+    deleteEntries(d);
+}
+
+TEST_F(DesignTest, DriverRefusals) {
+    RobustControlDesign design;
+    DesignParameters p;
+    p.choice = "Step 1";
+    design.setModelFileName("absent.dyn");
+    EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }),
+              "Warning, file name absent.dyn doesn't contain a proper object\n");
+    // A plant without the partition of a design.
+    ASSERT_TRUE(Algebra().storeToFile(DynOp(mat(1, 1, {-1}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0)),
+                                      "plain.dyn"));
+    design.setModelFileName("plain.dyn");
+    EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }),
+              "Warning, this is not an extended system\n");
+    EXPECT_NE(access("RobustControl.rc", F_OK), 0);
+    p.choice = "Other";
+    EXPECT_EQ(design.design(p), 0.0);
+    // Step 2 with the observer named clears observerFirst: the observer is then the second design.
+    p.choice = "Step 2";
+    p.conObs = "Observer";
+    consoleOf([&] { design.design(p); });
+    EXPECT_FALSE(design.isObserverFirst());
+    p.choice = "Final Results";
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
+    RobustControl half(ExtendedSystem(*plant), false, 0.0);
+    ASSERT_TRUE(Algebra().storeToFile(half, "RobustControl.rc"));
+    EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }),
+              "the control has not been computed yet\n");
+}
+
+TEST_F(DesignTest, StructuringBalancesTheChannels) {
+    RobustControlDesign design;
+    // Channel norms 1, 100 / 0.01, 1: D = diag(0.01, 1) makes both off-diagonal norms 1.
+    DynOp g(mat(1, 1, {-1}), mat(1, 2, {1, 100}), mat(2, 1, {1, 0.01}), Matrix(0, 0));
+    Matrix D = design.structuring(g, false);
+    ASSERT_EQ(D.rowNumber(), 2u);
+    EXPECT_NEAR(D(0, 0), 0.01, 1e-4);
+    EXPECT_EQ(D(1, 1), 1.0);
+    EXPECT_EQ(design.structuring(DynOp(mat(1, 1, {2})), false)(0, 0), 1.0);
+    Matrix none;
+    EXPECT_EQ(consoleOf([&] {
+                  none = design.structuring(DynOp(mat(1, 2, {1, 2})), false);
+              }),
+              "The closed loop extended system should be square\n");
+    EXPECT_EQ(none.rowNumber(), 0u);
+}
+
+}  // namespace
