@@ -8,9 +8,14 @@
 #include <iostream>
 #include <string>
 
+#include "interpreter/runner.h"
+#include "panel/fileedt.h"
+#include "quill/cback.h"
 #include "quill/language.h"
 #include "quill/quillstr.h"
 #include "quill/startup.h"
+#include "trellis/dispatch.h"
+#include "trellis/shell.h"
 
 String programDirectory;
 String jvPathOption;
@@ -151,10 +156,16 @@ int runBlockDiagram() {
 
 int runTextEditor() {
     if (Argc >= 3) return usageError();
-    return notBuilt("the text editor", fileArgument());
+    FileEditor* editor = new FileEditor("TextEditor", topLevelWidget, fileArgument());
+    editor->addCback(FileEdtQuit, quitCallback);
+    runMainLoop();
+    delete editor;
+    return 0;
 }
 
 int dispatchMode() {
+    String program;
+    if (findOption("-run", program)) return runProgram(program);
     if (findFlag("-blockDiagram")) return runBlockDiagram();
     if (findFlag("-interpreter")) return notBuilt("the interpreter", 0);
     if (findFlag("-robustControlDesign")) return notBuilt("the robust control design panel", 0);
@@ -168,10 +179,12 @@ struct OptionLine {
 };
 
 const OptionLine optionLines[] = {
+    {"-run file.cxx", "run an interpreted program: cout on standard output, errors on standard error"},
     {"-blockDiagram [file]", "edit a block diagram"},
     {"-interpreter", "run the interpreter with its debugger"},
     {"-robustControlDesign", "open the robust control design panel"},
     {"-text [file]", "edit a text file"},
+    {"-closeAfter ms", "ask every window to close after ms milliseconds (scripts, tests)"},
     {"-env NAME=VALUE", "put NAME=VALUE into the environment, %NAME% expanded; repeatable"},
     {"-JV_PATH dir", "root of the second tool chain"},
     {"-CC_PATH dir", "root of the compiler"},

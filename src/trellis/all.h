@@ -1,0 +1,37 @@
+// The widget toolkit in one include: widgets, forms, dialogues, menus, drawing and file output.
+#ifndef TRELLIS_ALL_H
+#define TRELLIS_ALL_H
+
+#include "trellis/ask.h"
+#include "trellis/button.h"
+#include "trellis/console.h"
+#include "trellis/cppgc.h"
+#include "trellis/cursor.h"
+#include "trellis/dispatch.h"
+#include "trellis/drawarea.h"
+#include "trellis/drawer.h"
+#include "trellis/drawicon.h"
+#include "trellis/drawprim.h"
+#include "trellis/entry.h"
+#include "trellis/filemenu.h"
+#include "trellis/filetest.h"
+#include "trellis/form.h"
+#include "trellis/formdlg.h"
+#include "trellis/gifdrawr.h"
+#include "trellis/graphic.h"
+#include "trellis/handles.h"
+#include "trellis/help.h"
+#include "trellis/label.h"
+#include "trellis/list.h"
+#include "trellis/menu.h"
+#include "trellis/polyline.h"
+#include "trellis/printdlg.h"
+#include "trellis/psdrawer.h"
+#include "trellis/scrollb.h"
+#include "trellis/shell.h"
+#include "trellis/text.h"
+#include "trellis/toolkit.h"
+#include "trellis/widget.h"
+#include "trellis/zoommenu.h"
+
+#endif

@@ -1,0 +1,107 @@
+// DrawArea on a QWidget: painting the list through a WindowDrawer, and the pointer's events in world points.
+#include "trellis/drawarea.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPixmap>
+#include <QWidget>
+
+#include "quill/cback.h"
+#include "quill/orderedc.h"
+#include "trellis/cppgc.h"
+#include "trellis/drawer.h"
+#include "trellis/drawicon.h"
+
+DEFINE_ABSTRACT_CLASS(DrawArea, CppPrimitive, 1, 0)
+DEFINE_ABSTRACT_CLASS(DrawArea1Buffer, DrawArea, 1, 0)
+
+Symbol WidgetExpose("WidgetExpose");
+Symbol DownGraphic("DownGraphic");
+Symbol UpGraphic("UpGraphic");
+Symbol MoveDownGraphic("MoveDownGraphic");
+Symbol MoveGraphic("MoveGraphic");
+Symbol DoubleClickGraphic("DoubleClickGraphic");
+
+namespace {
+
+class Canvas : public QWidget {
+public:
+    Canvas(DrawArea& area, QWidget* parent) : QWidget(parent), area(area) { setMouseTracking(true); }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        area.paint(painter);
+    }
+    void mousePressEvent(QMouseEvent* e) override { raise(DownGraphic, e); }
+    void mouseReleaseEvent(QMouseEvent* e) override { raise(UpGraphic, e); }
+    void mouseDoubleClickEvent(QMouseEvent* e) override { raise(DoubleClickGraphic, e); }
+    void mouseMoveEvent(QMouseEvent* e) override { raise(e->buttons() ? MoveDownGraphic : MoveGraphic, e); }
+
+private:
+    void raise(const Symbol& event, QMouseEvent* e) {
+        CallData data(area.transl().toWorld(FloatPoint(e->position().x(), e->position().y())));
+        area.cbackOn(event, &data);
+    }
+
+    DrawArea& area;
+};
+
+}  // namespace
+
+DrawArea::DrawArea(const char* name, CppWidget* parent, int width, int height)
+    : CppPrimitive(name, parent), icons(new OrderedCltn), zoom_(1.0), background("white") {
+    setHandle(new Canvas(*this, parentContainer()));
+    handle()->resize(width, height);
+}
+
+DrawArea::~DrawArea() noexcept(false) {
+    icons->deleteContents();
+    delete icons;
+}
+
+void DrawArea::setOrigin(const FloatPoint& origin) {
+    origin_ = origin;
+    redraw();
+}
+
+void DrawArea::setZoom(double zoom) {
+    zoom_ = zoom > 0 ? zoom : 1.0;
+    redraw();
+}
+
+const TranslCoord& DrawArea::transl() const {
+    double w = handle()->width(), h = handle()->height();
+    map.setAbsolute(FloatRect(0, 0, w, h));
+    map.setWorld(FloatRect(origin_.x(), origin_.y(), w / zoom_, h / zoom_));
+    return map;
+}
+
+void DrawArea::setBackgroundColor(const char* colorName) {
+    background = colorName;
+    redraw();
+}
+
+void DrawArea::redraw() { handle()->update(); }
+
+void DrawArea::paint(QPainter& painter) {
+    double r = 1, g = 1, b = 1;
+    colorOf(background.asCharPointer(), r, g, b);
+    painter.fillRect(handle()->rect(), QColor::fromRgbF(float(r), float(g), float(b)));
+    painter.setRenderHint(QPainter::Antialiasing);
+    WindowDrawer drawer(painter, transl());
+    for (unsigned i = 0; i < icons->size(); ++i) CAST(DrawIcon, icons->at(i))->print(drawer);
+    cbackOn(WidgetExpose);
+}
+
+DrawArea1Buffer::DrawArea1Buffer(const char* name, CppWidget* parent, int width, int height)
+    : DrawArea(name, parent, width, height) {}
+
+void DrawArea1Buffer::paint(QPainter& painter) {
+    QPixmap buffer(handle()->size());
+    {
+        QPainter offscreen(&buffer);
+        DrawArea::paint(offscreen);
+    }
+    painter.drawPixmap(0, 0, buffer);
+}

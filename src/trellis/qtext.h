@@ -1,0 +1,13 @@
+// Texts between the toolkit's Strings (UTF-8) and Qt's; for the toolkit's own sources.
+#ifndef TRELLIS_QTEXT_H
+#define TRELLIS_QTEXT_H
+
+#include <QString>
+
+#include "quill/quillstr.h"
+
+inline QString toQt(const char* text) { return QString::fromUtf8(text ? text : ""); }
+inline QString toQt(const String& text) { return QString::fromUtf8(text.asCharPointer(), int(text.size())); }
+inline String fromQt(const QString& text) { return String(text.toUtf8().constData()); }
+
+#endif
