@@ -9,6 +9,7 @@
 #include <string>
 
 #include "interpreter/runner.h"
+#include "panel/designcl.h"
 #include "panel/fileedt.h"
 #include "quill/cback.h"
 #include "quill/language.h"
@@ -166,6 +167,7 @@ int runTextEditor() {
 int dispatchMode() {
     String program;
     if (findOption("-run", program)) return runProgram(program);
+    if (findOption("-design", program)) return runDesign(program);
     if (findFlag("-blockDiagram")) return runBlockDiagram();
     if (findFlag("-interpreter")) return notBuilt("the interpreter", 0);
     if (findFlag("-robustControlDesign")) return notBuilt("the robust control design panel", 0);
@@ -180,6 +182,17 @@ struct OptionLine {
 
 const OptionLine optionLines[] = {
     {"-run file.cxx", "run an interpreted program: cout on standard output, errors on standard error"},
+    {"-design file.dyn", "run the robust design on a model file; the options below set its parameters"},
+    {"  -phase name", "\"Step 1\", \"Step 2\", \"Final Results\" or all (default: all three in turn)"},
+    {"  -first Control|Observer", "the design made first (default Control)"},
+    {"  -gramian H2|Hinf", "the norm minimised (default H2); -gamma x the H-infinity bound (1)"},
+    {"  -gamma2 x", "the bound of the second step (default: -gamma)"},
+    {"  -algorithm name", "refining (default) or approaching; -iter n iterations (20), -alfa x (0.5)"},
+    {"  -minimum name", "the LMI route: \"min H2\", \"bound Hinf\", \"min Hinf\" (default none)"},
+    {"  -toll x, -minFreq x", "tolerance of the structure tests (1e-6), lowest frequency (1e-4)"},
+    {"  -initialFeedback name", "\"pole placement\" (default) or zero; -noiseL x noise on the controls (0)"},
+    {"  -continue", "continue the design in RobustControl.rc instead of starting anew"},
+    {"  -matlab dir", "where the Matlab script TarnOut.m goes (default: the working directory)"},
     {"-blockDiagram [file]", "edit a block diagram"},
     {"-interpreter", "run the interpreter with its debugger"},
     {"-robustControlDesign", "open the robust control design panel"},

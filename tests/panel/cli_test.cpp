@@ -12,6 +12,9 @@
 #include <string>
 #include <vector>
 
+#include "control/all.h"
+#include "quill/objio.h"
+
 namespace {
 
 struct RunResult {
@@ -175,9 +178,9 @@ TEST(CommandLineTest, helpListsEveryOptionAndExitsZero) {
         EXPECT_EQ(r.status, 0);
         EXPECT_EQ(r.err, "");
         for (const char* option :
-             {"-blockDiagram", "-interpreter", "-run", "-robustControlDesign", "-text", "-env", "-JV_PATH",
-              "-CC_PATH", "-DS_PATH", "-IDE_PATH", "-printClasses", "-deleteGlobals", "-traceOn", "-traceOff",
-              "-traceFile", "-traceLevel", "-dumpTrace", "-help"}) {
+             {"-blockDiagram", "-interpreter", "-run", "-design", "-robustControlDesign", "-text", "-env",
+              "-JV_PATH", "-CC_PATH", "-DS_PATH", "-IDE_PATH", "-printClasses", "-deleteGlobals", "-traceOn",
+              "-traceOff", "-traceFile", "-traceLevel", "-dumpTrace", "-help"}) {
             EXPECT_NE(r.out.find(std::string("\n  ") + option + " "), std::string::npos) << option << "\n"
                                                                                          << r.out;
         }
@@ -222,6 +225,60 @@ TEST(CommandLineTest, runModeRunsAProgramAndReportsItsErrors) {
     RunResult missing = runTarn({"-run", "/nonexistent/prog.cxx"});
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(missing.err, "tarn: cannot read the program \"/nonexistent/prog.cxx\"\n");
+}
+
+// -design runs the phases of a design on a model file in the working directory, every dialogue
+// answered by its default: the compensator it saves stabilises the plant, with the design made
+// in either order, continuous and sampled, H2 and H-infinity.
+TEST(CommandLineTest, designModeTakesAModelToAStabilisingCompensator) {
+    char pattern[] = "/tmp/tarn_designXXXXXX";
+    std::string directory = mkdtemp(pattern);
+    char here[4096];
+    std::string previous = getcwd(here, sizeof here);
+    ASSERT_EQ(chdir(directory.c_str()), 0);
+    struct Row {
+        const char* file;
+        std::vector<std::string> options;
+    };
+    const Row rows[] = {
+        {"twomassx.dyn", {}},
+        {"twomassx.dyn", {"-first", "Observer"}},
+        {"twomassx.dyn", {"-gramian", "Hinf", "-gamma", "3", "-gamma2", "50"}},
+        {"twomassxd.dyn", {"-first", "Observer", "-gramian", "Hinf", "-gamma", "3", "-gamma2", "50"}}};
+    for (const Row& row : rows) {
+        // The files of the design go beside the model: a copy of it here.
+        std::ofstream(row.file) << readFile(std::string(TARN_EXAMPLES) + "/" + row.file);
+        std::vector<std::string> words = {"-design", row.file};
+        words.insert(words.end(), row.options.begin(), row.options.end());
+        SCOPED_TRACE(joined(words));
+        std::remove("RobustControl.rc");
+        RunResult r = runTarn(words);
+        EXPECT_EQ(r.status, 0) << r.err;
+        EXPECT_NE(r.out.find("Final Results: "), std::string::npos);
+        String error;
+        std::ifstream model(row.file), control("Control.dyn");
+        Object* plant = readFromChecked(error, model, "ExtendedSystem");
+        Object* compensator = readFrom(control);
+        ASSERT_NE(plant, nil);
+        ASSERT_NE(compensator, nil);
+        const DynOp& p = *static_cast<DynOp*>(plant);
+        const DynOp& k = *static_cast<DynOp*>(compensator);
+        EXPECT_EQ(k.isDiscreteTime(), p.isDiscreteTime());
+        DiscDynOp loop(p.closedLoop(k), true, p.samplingTimeOf());
+        EXPECT_TRUE(p.isDiscreteTime() ? loop.isStable() : p.closedLoop(k).isStable());
+        delete plant;
+        delete compensator;
+        EXPECT_NE(readFile("TarnOut.m").find(" = ss("), std::string::npos);
+        std::remove("Control.dyn");
+    }
+    std::ofstream("plain.dyn") << readFile(std::string(TARN_EXAMPLES) + "/twomass.dyn");
+    RunResult refused = runTarn({"-design", "plain.dyn"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.out.find("Warning, this is not an extended system"), std::string::npos);
+    EXPECT_EQ(runTarn({"-design", "x.dyn", "-phase", "Step 3"}).err,
+              "tarn: unknown design phase \"Step 3\"\n");
+    ASSERT_EQ(chdir(previous.c_str()), 0);
+    std::system(("rm -rf " + directory).c_str());
 }
 
 }  // namespace
