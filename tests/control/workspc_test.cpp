@@ -12,13 +12,6 @@
 
 namespace {
 
-std::string fileText(const std::string& path) {
-    std::ifstream is(path);
-    std::stringstream text;
-    text << is.rdbuf();
-    return text.str();
-}
-
 // A scratch directory of its own for each test.
 class WorkspaceTest : public ::testing::Test {
 protected:

@@ -10,16 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "../quill/testutil.h"
 #include "runtext.h"
 
 namespace {
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 bool exists(const std::string& path) { return std::ifstream(path).good(); }
 
@@ -42,9 +36,9 @@ class CorpusTest : public ::testing::TestWithParam<std::string> {};
 TEST_P(CorpusTest, outputAndErrorsAreTheExpectedOnes) {
     std::string base = std::string(TARN_PROGRAMS) + "/" + GetParam();
     ProgramRun run = runFile(base + ".cxx");
-    EXPECT_EQ(run.out, readFile(base + ".out"));
+    EXPECT_EQ(run.out, fileText(base + ".out"));
     bool fails = exists(base + ".err");
-    EXPECT_EQ(run.err, fails ? readFile(base + ".err") : "");
+    EXPECT_EQ(run.err, fails ? fileText(base + ".err") : "");
     EXPECT_EQ(run.status, fails ? 1 : 0);
 }
 

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "../quill/testutil.h"
 #include "control/all.h"
 #include "quill/objio.h"
 
@@ -22,13 +23,6 @@ struct RunResult {
     std::string err;
     int status;  // the exit code, or -1 when the process did not exit normally
 };
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 // Runs tarn with the words given, the program's path as Argv[0]. The
 // windows of a mode that waits for its user are closed after a moment.
@@ -55,7 +49,7 @@ RunResult runTarn(const std::vector<std::string>& words) {
     waitpid(pid, &wstatus, 0);
     close(outFd);
     close(errFd);
-    RunResult r{readFile(outName), readFile(errName), WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1};
+    RunResult r{fileText(outName), fileText(errName), WIFEXITED(wstatus) ? WEXITSTATUS(wstatus) : -1};
     unlink(outName);
     unlink(errName);
     return r;
@@ -247,7 +241,7 @@ TEST(CommandLineTest, designModeTakesAModelToAStabilisingCompensator) {
         {"twomassxd.dyn", {"-first", "Observer", "-gramian", "Hinf", "-gamma", "3", "-gamma2", "50"}}};
     for (const Row& row : rows) {
         // The files of the design go beside the model: a copy of it here.
-        std::ofstream(row.file) << readFile(std::string(TARN_EXAMPLES) + "/" + row.file);
+        std::ofstream(row.file) << fileText(std::string(TARN_EXAMPLES) + "/" + row.file);
         std::vector<std::string> words = {"-design", row.file};
         words.insert(words.end(), row.options.begin(), row.options.end());
         SCOPED_TRACE(joined(words));
@@ -268,10 +262,10 @@ TEST(CommandLineTest, designModeTakesAModelToAStabilisingCompensator) {
         EXPECT_TRUE(p.isDiscreteTime() ? loop.isStable() : p.closedLoop(k).isStable());
         delete plant;
         delete compensator;
-        EXPECT_NE(readFile("TarnOut.m").find(" = ss("), std::string::npos);
+        EXPECT_NE(fileText("TarnOut.m").find(" = ss("), std::string::npos);
         std::remove("Control.dyn");
     }
-    std::ofstream("plain.dyn") << readFile(std::string(TARN_EXAMPLES) + "/twomass.dyn");
+    std::ofstream("plain.dyn") << fileText(std::string(TARN_EXAMPLES) + "/twomass.dyn");
     RunResult refused = runTarn({"-design", "plain.dyn"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_NE(refused.out.find("Warning, this is not an extended system"), std::string::npos);

@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "../quill/testutil.h"
 #include "../trellis/trltest.h"
 #include "panel/fileedt.h"
 #include "panel/textshow.h"
@@ -21,13 +22,6 @@
 namespace {
 
 std::string str(const String& s) { return s.asCharPointer(); }
-
-std::string readFile(const std::string& name) {
-    std::ifstream in(name);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 void writeFile(const std::string& name, const std::string& text) { std::ofstream(name) << text; }
 
@@ -145,8 +139,8 @@ TEST_F(EditorTest, dirtyAfterAChangeCleanAfterLoadAndSave) {
     EXPECT_EQ("(changed)  Text Editor - " + file, str(e.getShell().title()));
     EXPECT_TRUE(e.save());
     EXPECT_FALSE(e.isModified());
-    EXPECT_EQ("new alpha beta\ngamma beta\ndelta\n", readFile(file));
-    EXPECT_EQ("alpha beta\ngamma beta\ndelta\n", readFile(file + ".bak"));
+    EXPECT_EQ("new alpha beta\ngamma beta\ndelta\n", fileText(file));
+    EXPECT_EQ("alpha beta\ngamma beta\ndelta\n", fileText(file + ".bak"));
     EXPECT_FALSE(exists(file + ".tmp"));
     e.textWidget().undo();
     EXPECT_TRUE(e.isModified());
@@ -172,7 +166,7 @@ TEST_F(EditorTest, closingAChangedFileAsksToSaveAndSaves) {
     answers.replies = {true};
     e.getShell().closeRequested();
     EXPECT_EQ(std::vector<std::string>{"Save work before exit ?"}, answers.questions);
-    EXPECT_EQ("replaced\nmore\n", readFile(file));
+    EXPECT_EQ("replaced\nmore\n", fileText(file));
     EXPECT_EQ("FileEdtQuit", journal.back());
 }
 
@@ -183,7 +177,7 @@ TEST_F(EditorTest, newFileNameIsCreatedBySave) {
     EXPECT_FALSE(exists(fresh));
     e.setText("first words\n");
     EXPECT_TRUE(e.save());
-    EXPECT_EQ("first words\n", readFile(fresh));
+    EXPECT_EQ("first words\n", fileText(fresh));
     EXPECT_FALSE(exists(fresh + ".bak"));
 }
 
@@ -199,7 +193,7 @@ TEST_F(EditorTest, unreadableFileKeepsTheEditorOpenWithItsMessage) {
     e.setText("kept\n");
     EXPECT_TRUE(e.save());
     EXPECT_EQ(std::vector<std::string>{"Save File Selection"}, answers.dialogues);
-    EXPECT_EQ("kept\n", readFile(directory + "/named.txt"));
+    EXPECT_EQ("kept\n", fileText(directory + "/named.txt"));
     EXPECT_EQ((std::vector<std::string>{"SaveAsEditor", "SaveEditor"}), journal);
 }
 

@@ -2,6 +2,7 @@
 #ifndef TESTS_QUILL_TESTUTIL_H
 #define TESTS_QUILL_TESTUTIL_H
 
+#include <fstream>
 #include <functional>
 #include <iostream>
 #include <sstream>
@@ -36,6 +37,14 @@ inline std::string consoleOf(const std::function<void()>& f) {
     }
     std::cout.rdbuf(old);
     return captured.str();
+}
+
+// The whole text of a file; empty when it cannot be read.
+inline std::string fileText(const std::string& path) {
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
 }
 
 #endif

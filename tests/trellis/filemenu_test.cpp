@@ -8,6 +8,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "../quill/testutil.h"
 #include "quill/cback.h"
 #include "quill/integer.h"
 #include "quill/point.h"
@@ -19,13 +20,6 @@
 namespace {
 
 std::string str(const String& s) { return s.asCharPointer(); }
-
-std::string readFile(const std::string& name) {
-    std::ifstream in(name);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 bool exists(const std::string& name) {
     struct stat info;
@@ -101,8 +95,8 @@ TEST_F(FileMenuTest, saveKeepsTheOldFileAsBak) {
     menu->setChanged(true);
     EXPECT_EQ("(changed)  Edit: " + file, str(shell->title()));
     EXPECT_TRUE(menu->save());
-    EXPECT_EQ("new", readFile(file));
-    EXPECT_EQ("old", readFile(file + ".bak"));
+    EXPECT_EQ("new", fileText(file));
+    EXPECT_EQ("old", fileText(file + ".bak"));
     EXPECT_FALSE(exists(file + ".tmp"));
     EXPECT_FALSE(menu->isChanged());
     EXPECT_EQ((std::vector<std::string>{"FileMenuLoad " + file, "FileMenuSave " + file + ".tmp"}), events);
@@ -115,7 +109,7 @@ TEST_F(FileMenuTest, readOnlyTmpRefusesTheSaveBeforeAnythingIsWritten) {
     Answers answers;
     EXPECT_FALSE(menu->save());
     EXPECT_TRUE(events.empty());
-    EXPECT_EQ("old", readFile(file));
+    EXPECT_EQ("old", fileText(file));
     EXPECT_FALSE(exists(file + ".bak"));
     ASSERT_EQ(1u, answers.messages.size());
     EXPECT_EQ("Error: " + file + ".tmp\n\n The file cannot be written", answers.messages[0]);
@@ -127,7 +121,7 @@ TEST_F(FileMenuTest, ownerThatWritesNothingGetsTheWriteError) {
     Answers answers;
     EXPECT_FALSE(menu->save());
     EXPECT_EQ(std::vector<std::string>{"Error: Write error on " + file}, answers.messages);
-    EXPECT_EQ("old", readFile(file));
+    EXPECT_EQ("old", fileText(file));
 }
 
 TEST_F(FileMenuTest, changedWorkAsksBeforeItIsDropped) {
@@ -162,10 +156,10 @@ TEST_F(FileMenuTest, saveAsAsksBeforeOverwriting) {
     answers.replies = {false};
     EXPECT_FALSE(menu->saveAs(other.c_str()));
     EXPECT_EQ(std::vector<std::string>{other + " already exists\n\nOverwrite it ?"}, answers.questions);
-    EXPECT_EQ("other", readFile(other));
+    EXPECT_EQ("other", fileText(other));
     answers.replies = {true};
     EXPECT_TRUE(menu->saveAs(other.c_str()));
-    EXPECT_EQ("new", readFile(other));
+    EXPECT_EQ("new", fileText(other));
     EXPECT_EQ((std::vector<std::string>{"FileMenuSaveAs " + other, "FileMenuSave " + other + ".tmp"}),
               events);
 }

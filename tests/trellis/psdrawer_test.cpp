@@ -10,6 +10,7 @@
 #include <sstream>
 #include <string>
 
+#include "../quill/testutil.h"
 #include "quill/orderedc.h"
 #include "trellis/cppgc.h"
 #include "trellis/drawprim.h"
@@ -17,13 +18,6 @@
 #include "trltest.h"
 
 namespace {
-
-std::string readFile(const std::string& name) {
-    std::ifstream in(name);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 // A prologue of our own in a directory that TARN_HEADER_PS names.
 class PostscriptTest : public ::testing::Test {
@@ -57,7 +51,7 @@ TEST_F(PostscriptTest, prologueLinesAreReplacedAndDefinitionsWritten) {
     ps.open(name.c_str(), FloatRect(0, 0, 100, 50), FloatRect(0, 0, 10, 5), false, false);
     ps.paint(OrderedCltn(), false);
     ASSERT_TRUE(ps.close());
-    std::string text = readFile(name);
+    std::string text = fileText(name);
     EXPECT_EQ(0u, text.find("%!PS\n%%Title: " + directory + "/out\\0501\\051.ps\n%%CreationDate: "));
     EXPECT_EQ(20.0, ps.conversion());
     EXPECT_EQ(30.0, ps.latexConversion());
@@ -158,7 +152,7 @@ TEST_F(PostscriptTest, blackAndWhiteByTheBackgroundsBrightness) {
         ps.close();
         icons.deleteContents();
         removeColorResource("printBackground");
-        std::string text = readFile(name);
+        std::string text = fileText(name);
         std::string::size_type at = text.find("\n%% Color definition\n");
         ASSERT_NE(std::string::npos, at);
         EXPECT_EQ(row.table, text.substr(at + 21, std::strlen(row.table)));
@@ -186,7 +180,7 @@ TEST_F(PostscriptTest, fileThatCantBeWrittenIsReported) {
 
 // The shipped prologue defines every procedure that the output calls.
 TEST(PrologueTest, shippedHeaderDefinesEveryProcedure) {
-    std::string text = readFile(TARN_DATA_DIR "/header.ps");
+    std::string text = fileText(TARN_DATA_DIR "/header.ps");
     for (const char* name : {"line", "rect", "fillRect", "fillArc", "ellipseArc", "PolyStart", "PolyNext",
                              "PolylineEnd", "PolygonEnd", "FillPolyEnd", "text", "centerText", "imageText"})
         EXPECT_NE(std::string::npos, text.find(std::string("\n/") + name + " {")) << name;
