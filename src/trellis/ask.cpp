@@ -64,3 +64,15 @@ bool askFileName(String& name, const char* title, const char* prompt, const char
     name = fromQt(dialog.selectedFiles().first());
     return true;
 }
+
+bool askDirectory(String& name, const char* title, const char* prompt) {
+    if (current) return current->fileName(title, prompt, "", false, name);
+    if (headless()) return false;
+    QFileDialog dialog(activeWindow(), toQt(title), toQt(name));
+    dialog.setLabelText(QFileDialog::FileName, toQt(prompt));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
+    name = fromQt(dialog.selectedFiles().first());
+    return true;
+}

@@ -27,5 +27,7 @@ bool askQuestion(const char* text, const char* title = "Question", bool byDefaul
 // name holds the proposal on entry. filter is an extension such as ".txt",
 // or empty.
 bool askFileName(String& name, const char* title, const char* prompt, const char* filter, bool forSave);
+// The same for a directory; an answerer sees it as a file dialogue with an empty filter.
+bool askDirectory(String& name, const char* title, const char* prompt);
 
 #endif

@@ -2,6 +2,7 @@
 #include "trellis/filemenu.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -27,6 +28,7 @@ Symbol FileMenuQuit("FileMenuQuit");
 Symbol FileMenuKill("FileMenuKill");
 Symbol FileMenuPrint("FileMenuPrint");
 Symbol FileMenuHelp("FileMenuHelp");
+Symbol FileMenuChDir("FileMenuChDir");
 
 namespace {
 
@@ -62,6 +64,7 @@ FileMenu::FileMenu(Object& owner, CppShell& shell, CppWidget& menuParent, const 
     for (const char* const* entry = mode == RESTORE_ONLY ? restoreEntries : fileEntries; *entry; ++entry)
         pulldown->addChoice(*entry);
     if (extras & PRINT) pulldown->addChoice("Print | Ctrl+P");
+    if (extras & CHDIR) pulldown->addChoice("chDir");
     if (extras & QUIT) pulldown->addChoice("&Quit | Alt+Q");
     pulldown->addCback(MenuPressed, cbackMethod<&FileMenu::menuPressed>, *this);
     shell.addCback(WindowManagerCloseRequest, cbackMethod<&FileMenu::closeRequested>, *this);
@@ -89,6 +92,8 @@ void FileMenu::menuPressed(Cback& cb) {
         print();
     else if (choice == "Quit")
         quit();
+    else if (choice == "chDir")
+        changeDirectory();
 }
 
 void FileMenu::closeRequested(Cback&) { kill(); }
@@ -160,6 +165,23 @@ bool FileMenu::openFile(const char* fileName) {
     setFileName(path);
     raise(FileMenuLoad, path);
     setChanged(false);
+    return true;
+}
+
+bool FileMenu::changeDirectory(const char* directory) {
+    String chosen(directory ? directory : "");
+    if (!directory && !askDirectory(chosen, "Directory Selection", "Directory")) return false;
+    if (chosen.size() == 0) {
+        showMessage("One directory must be specified", "Error", MESSAGE_ERROR);
+        return false;
+    }
+    const char* path = chosen.asCharPointer();
+    if (!isDirectoryUsable(path)) return false;
+    if (chdir(path) != 0) {
+        showMessage(formatText("%s, %s", path, std::strerror(errno)), "Error", MESSAGE_ERROR);
+        return false;
+    }
+    raise(FileMenuChDir, path);
     return true;
 }
 

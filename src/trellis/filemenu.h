@@ -24,12 +24,13 @@ extern Symbol FileMenuQuit;
 extern Symbol FileMenuKill;
 extern Symbol FileMenuPrint;
 extern Symbol FileMenuHelp;
+extern Symbol FileMenuChDir;  // the call data holds the new working directory
 
 class FileMenu : public Object {
     DECLARE_MEMBERS(FileMenu)
 public:
     enum Mode { WITH_SAVE = 0, RESTORE_ONLY = 1 };
-    enum Extras { PRINT = 1, QUIT = 2 };
+    enum Extras { PRINT = 1, QUIT = 2, CHDIR = 4 };
 
     // The menu "File" in menuParent (a menu bar or a menu). The shell's
     // title follows the file's name; closing the shell asks as Exit does.
@@ -53,6 +54,8 @@ public:
     bool newFile();
     // A null name is asked for in the open dialogue.
     bool openFile(const char* fileName = 0);
+    // Makes the directory (asked for when null) the working directory and raises FileMenuChDir.
+    bool changeDirectory(const char* directory = 0);
     // Writes into name + ".tmp", keeps the old file as name + ".bak" and
     // puts the new one in its place. Without a name, saveAs.
     bool save();

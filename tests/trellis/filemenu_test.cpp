@@ -48,10 +48,10 @@ protected:
         shell = new CppShell("Shell", 0);
         bar = new MenuBar("Bar", shell);
         menu = new FileMenu(*owner, *shell, *bar, "Edit: ", ".txt", FileMenu::WITH_SAVE,
-                            FileMenu::PRINT | FileMenu::QUIT);
+                            FileMenu::PRINT | FileMenu::QUIT | FileMenu::CHDIR);
         events.clear();
         for (const Symbol* e : {&FileMenuNew, &FileMenuLoad, &FileMenuSave, &FileMenuSaveAs, &FileMenuExit,
-                                &FileMenuQuit, &FileMenuKill})
+                                &FileMenuQuit, &FileMenuKill, &FileMenuChDir})
             owner->addCback(*e, record);
     }
     void TearDown() override {
@@ -87,6 +87,25 @@ TEST_F(FileMenuTest, entriesOfTheFileKindWithPrintAndQuit) {
     EXPECT_EQ("F2", str(m.keysOf("Open...")));
     EXPECT_EQ("Ctrl+P", str(m.keysOf("Print")));
     EXPECT_EQ("Edit: (No name)", str(shell->title()));
+}
+
+// chDir asks for a directory and makes it the working directory; an empty answer and a missing
+// directory are refused with their messages.
+TEST_F(FileMenuTest, chDirChangesTheWorkingDirectory) {
+    EXPECT_TRUE(menu->menu().hasChoice("chDir"));
+    char here[4096];
+    std::string previous = getcwd(here, sizeof here);
+    Answers answers;
+    answers.file = directory;
+    ASSERT_TRUE(menu->changeDirectory());
+    EXPECT_EQ(directory, std::string(getcwd(here, sizeof here)));
+    EXPECT_EQ((std::vector<std::string>{"Directory Selection"}), answers.dialogues);
+    EXPECT_EQ((std::vector<std::string>{"FileMenuChDir " + directory}), events);
+    EXPECT_FALSE(menu->changeDirectory(""));
+    EXPECT_FALSE(menu->changeDirectory((directory + "/absent").c_str()));
+    ASSERT_EQ(2u, answers.messages.size());
+    EXPECT_EQ("Error: One directory must be specified", answers.messages[0]);
+    ASSERT_EQ(0, chdir(previous.c_str()));
 }
 
 TEST_F(FileMenuTest, saveKeepsTheOldFileAsBak) {
