@@ -184,6 +184,15 @@ void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) 
               << "\n"
               << "H-infinite norm of the " << word << " operator = " << norm << ",\nat w = " << w0
               << std::endl;
+    if (first) storeEstimationSystem(prefix);
+}
+
+// The system the second step starts from, in the workspace, the Matlab script and its file.
+void RobustControl::storeEstimationSystem(const char* prefix) {
+    System next = timed(estimationSystem());
+    globalWorkspace().store("ExtendedSystemWithObserver", *next);
+    Workspace::writeMatlab(*next, "ExtendedSystemWithObserver");
+    storeToFile(*next, (std::string(prefix) + "ExtendedSystemWithObserver.dyn").c_str());
 }
 
 // The designs' gains on input

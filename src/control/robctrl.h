@@ -88,6 +88,7 @@ private:
                 double alfa, bool continueFlag, const char* prefix, bool stepByStep, int lmiMode,
                 double minFreq);
     void storeStep(const OptimumGramian& design, const char* prefix);
+    void storeEstimationSystem(const char* prefix);
     // The compensator of input, in the continuous form of its matrices.
     DynOp compensatorOfInput() const;
 

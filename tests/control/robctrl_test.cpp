@@ -75,6 +75,7 @@ TEST_P(TwoStepDesign, CompensatorStabilisesThePlantWithBothDesignsPoles) {
         EXPECT_GT(second, 0.0);
     });
     EXPECT_NE(console.find("H-infinite norm of the "), std::string::npos);
+    EXPECT_EQ(access("ExtendedSystemWithObserver.dyn", R_OK), 0);
     ASSERT_TRUE(rc.hasControl() && rc.hasObserver());
     RobustControl::System closed = rc.closedLoopExperimental();
     EXPECT_TRUE(closed->isStable()) << closed->poles();
