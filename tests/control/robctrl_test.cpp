@@ -153,13 +153,13 @@ TEST_F(DesignTest, ThreePhasesGiveAStabilisingCompensator) {
     EXPECT_FALSE(design.isObserverFirst());
     EXPECT_EQ(access("RobustControl.rc", R_OK), 0);
 
-    d.atKey(String("ChoiceButton"), *new String("Step 2"));
-    d.atKey(String("ConObs"), *new String("Observer"));
+    delete d.atKey(String("ChoiceButton"), *new String("Step 2"));
+    delete d.atKey(String("ConObs"), *new String("Observer"));
     consoleOf([&] { norm = design.design(d); });
     EXPECT_GT(norm, 0.0);
     EXPECT_FALSE(design.isObserverFirst());
 
-    d.atKey(String("ChoiceButton"), *new String("Final Results"));
+    delete d.atKey(String("ChoiceButton"), *new String("Final Results"));
     std::string console = consoleOf([&] { norm = design.design(d); });
     EXPECT_GT(norm, 0.0);
     EXPECT_NE(console.find("experimental H-infinite norm of the output feedback w-z operator ="),
