@@ -4,13 +4,13 @@
 #define CONTROL_RCDESIGN_H
 
 #include <cstdint>
+#include <memory>
 
 #include "algebra/algebra.h"
+#include "control/robctrl.h"
 #include "quill/quillstr.h"
 
 class Dictionary;
-class DynOp;
-class RobustControl;
 
 extern Class class_RobustControlDesign;
 
@@ -62,6 +62,9 @@ public:
     int askToleranceAndOrder(double& tolerance, unsigned& order, int defaultAnswer = 0);
     int askSystem(String& name, int defaultAnswer = 0);
     int askStructuring(String& name, String& choice, int defaultAnswer = 0);
+    // A system from the four matrix texts of a dialogue; false, after the console line of the
+    // first fault, when the sizes do not make one.
+    static bool systemFromTexts(const char* a, const char* b, const char* c, const char* d, DynOp& result);
 
 private:
     // The model file read into an extended system, or null after the console line.
@@ -73,8 +76,11 @@ private:
     // The stages of the final results (rcfinal.cpp).
     void reportErrors();
     DynOp reduceCompensator(DynOp compensator, double& tolerance);
-    void analyseClosedLoop(const DynOp& compensator, const char* title);
-    void printNorm(const char* label, const DynOp& s);
+    void analyseClosedLoop(const DynOp& compensator, const char* title, const DynOp* model = 0);
+    double printNorm(const char* label, const DynOp& s);
+    // The optional stages of the final results: the Q parameter and the perturbation analysis.
+    void addQParameter(RobustControl::System& compensator);
+    void perturbationAnalysis(const DynOp& compensator);
 
     RobustControl* robustControl;
     Matrix structuringMatrix;

@@ -18,10 +18,76 @@ void keep(const char* name, const DynOp& s, const char* file = 0) {
 
 }  // namespace
 
-void RobustControlDesign::printNorm(const char* label, const DynOp& s) {
+// "norm = ", the value, ", at omega = " and the frequency, after the label.
+double RobustControlDesign::printNorm(const char* label, const DynOp& s) {
     double w = wMin;
     double norm = s.normHinfInFrequency(w);
-    std::cout << label << "\nnorm = " << norm << ", at omega = " << w << std::endl;
+    std::cout << label << norm << "\nnorm = " << norm << ", at omega = " << w << std::endl;
+    return norm;
+}
+
+bool RobustControlDesign::systemFromTexts(const char* a, const char* b, const char* c, const char* d,
+                                          DynOp& result) {
+    Matrix A(a), B(b), C(c), D(d);
+    if (A.rowNumber() != A.columnNumber()) {
+        std::cout << " A matrix not square" << std::endl;
+        return false;
+    }
+    if (C.columnNumber() != A.rowNumber()) {
+        std::cout << " The C matrix has not the same number of columns of the A matrix" << std::endl;
+        return false;
+    }
+    if (B.rowNumber() != A.rowNumber() || D.rowNumber() != C.rowNumber() ||
+        D.columnNumber() != B.columnNumber()) {
+        std::cout << " The D matrix has not the same number of rows and columns of the B or C matrices, "
+                     "respectively"
+                  << std::endl;
+        return false;
+    }
+    result = DynOp(A, B, C, D);
+    return true;
+}
+
+// The compensator gains the free parameter Q of the observer-based form, when the user gives one.
+void RobustControlDesign::addQParameter(RobustControl::System& compensator) {
+    const DynOp& in = robustControl->getInput();
+    unsigned ny = robustControl->isObserverFirst() ? in.controlNumber() : in.measureNumber();
+    unsigned nu = robustControl->isObserverFirst() ? in.measureNumber() : in.controlNumber();
+    std::cout << "do you want to add to the control the Q paramater?\n"
+              << "the number of input of Q are = " << ny << "\n"
+              << "the number of outputs of Q are = " << nu << std::endl;
+    ParamRequest r("insert Q matrices", 0);
+    r.add("A", "[0]").add("B", "[0]").add("C", "[0]").add("D", "[0]");
+    DynOp Q;
+    if (!askParameters(owner, r) || !systemFromTexts(r.value(0), r.value(1), r.value(2), r.value(3), Q))
+        return;
+    if (Q.inputNumber() != ny || Q.outputNumber() != nu) {
+        std::cout << "the number of input of Q are = " << ny << "\nthe number of outputs of Q are = " << nu
+                  << std::endl;
+        return;
+    }
+    compensator = robustControl->compensator(Q);
+}
+
+// The closed loop of the model with its A perturbed by Delta, when the user gives one.
+void RobustControlDesign::perturbationAnalysis(const DynOp& compensator) {
+    std::cout
+        << "do you want to perform perturbation analysis?\ninsert uncertainty parameters and press \"OK\"\n"
+           "else press \"Cancel\" "
+        << std::endl;
+    RobustControl::System model = robustControl->getModel();
+    ParamRequest r("insert uncertainty matrices", 0);
+    r.add("Delta", Matrix(model->order(), model->order()).toString(3).asCharPointer());
+    if (!askParameters(owner, r)) return;
+    Matrix delta(r.value(0));
+    if (delta.rowNumber() != model->order() || delta.columnNumber() != model->order()) {
+        std::cout << " A matrix not square" << std::endl;
+        return;
+    }
+    DynOp perturbed(model->getA() + delta, model->getB(), model->getC(), model->getD(),
+                    model->controlNumber(), model->measureNumber(), 0, false);
+    keep("PerturbedModel", *robustControl->timed(perturbed));
+    analyseClosedLoop(compensator, "Perturbed", &perturbed);
 }
 
 // The poles and norms of the two designs' errors.
@@ -58,19 +124,15 @@ DynOp RobustControlDesign::reduceCompensator(DynOp compensator, double& toleranc
     }
 }
 
-void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char* title) {
-    DynOp closed = robustControl->getModel()->closedLoop(compensator);
+// The closed loop of the model (or of a perturbed one) with a compensator, and its poles.
+void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char* title, const DynOp* model) {
+    std::cout << (compensator.inputNumber() > robustControl->getModel()->measureNumber()
+                      ? "is two degree of freedom"
+                      : "is one degree of freedom")
+              << std::endl;
+    DynOp closed = (model ? *model : *robustControl->getModel()).closedLoop(compensator);
     std::cout << "closed loop poles of the " << title << robustControl->timed(closed)->poles() << std::endl;
 }
-
-namespace {
-
-double peak(const DynOp& s) {
-    double w = wMin;
-    return s.normHinfInFrequency(w);
-}
-
-}  // namespace
 
 double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     if (!(robustControl = readDesign())) return -1.0;
@@ -82,7 +144,6 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
         robustControl = 0;
         return 0.0;
     }
-    (void)inOneStep;
     globalWorkspace().clear();
     std::string p = filePrefix().asCharPointer();
     const RobustControl& rc = *robustControl;
@@ -100,8 +161,7 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
 
     RobustControl::System compensator = rc.compensator();
     keep("ExtendedControl", *compensator);
-    ParamRequest addQ("do you want to add to the control the Q paramater?", 0);
-    askParameters(owner, addQ);
+    if (!inOneStep) addQParameter(compensator);
     keep("Control0", *compensator);
     analyseClosedLoop(*compensator, " Model with the full size controller");
 
@@ -128,19 +188,13 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     keep("ExtendedSystemFeedback", *feedback, (p + "ExtendedSystemFeedback.dyn").c_str());
     std::cout << "poles of the extended system in closed loop = " << feedback->poles() << std::endl;
 
-    std::cout
-        << "do you want to perform perturbation analysis?\ninsert uncertainty parameters and press \"OK\"\n"
-           "else press \"Cancel\" "
-        << std::endl;
-    ParamRequest perturbation("insert uncertainty matrices", 0);
-    askParameters(owner, perturbation);
+    perturbationAnalysis(*compensator);
 
-    double experimental = peak(*feedback);
-    std::cout << "theoretical H-infinite norm of the output feedback w-z operator =" << peak(*theoretical)
-              << "\n"
-              << "reduced H-infinite norm of the output feedback w-z operator =" << peak(*reduced) << "\n"
-              << "experimental H-infinite norm of the output feedback w-z operator =" << experimental << "\n"
-              << "\nTheoretical: the only detectable-stabilizable part resulting from a weak separation;\n"
+    printNorm("theoretical H-infinite norm of the output feedback w-z operator =", *theoretical);
+    printNorm("reduced H-infinite norm of the output feedback w-z operator =", *reduced);
+    double experimental =
+        printNorm("experimental H-infinite norm of the output feedback w-z operator =", *feedback);
+    std::cout << "\nTheoretical: the only detectable-stabilizable part resulting from a weak separation;\n"
                  "Reduced: eliminating weakly observable-controllable modes;\n"
                  "Experimental: closing explicitly the loop.\n(Unreliable "
               << std::endl;

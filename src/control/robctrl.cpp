@@ -237,6 +237,28 @@ DynOp RobustControl::compensatorOfInput() const {
     return DynOp(p.A - p.B2 * H - K * p.C2 + K * p.D22 * H, -K, -H, Matrix(0, 0), 0, 0, 0, false);
 }
 
+// The compensator as a system from y to u closed with v = Q r, turned into the sign convention
+// of closedLoop at the end. With Q = 0 it is the compensator above.
+DynOp RobustControl::compensatorOfInput(const DynOp& Q) const {
+    Parts p(input);
+    Matrix H = feedbackGain(), K = observerGain();
+    unsigned nu = H.rowNumber(), ny = K.columnNumber();
+    Matrix Iu = Matrix::diagonal(nu, 1.0), Iy = Matrix::diagonal(ny, 1.0);
+    Matrix A = p.A - p.B2 * H - K * p.C2 + K * p.D22 * H;
+    Matrix B = dynop::sideBySide(K, p.B2 - K * p.D22);
+    Matrix C = dynop::stack(-H, p.D22 * H - p.C2);
+    Matrix D = dynop::stack(dynop::sideBySide(Matrix(nu, ny), Iu), dynop::sideBySide(Iy, -p.D22));
+    DynOp J(A, B, C, D, nu, ny, 0, false);
+    DynOp positive(Q.stateA(), -Q.stateB(), Q.stateC(), -Q.getD(), 0, 0, 0, false);
+    DynOp yu = J.closedLoop(positive);
+    return DynOp(yu.stateA(), -yu.stateB(), yu.stateC(), -yu.getD(), 0, 0, 0, false);
+}
+
+RobustControl::System RobustControl::compensator(const DynOp& Q) const {
+    DynOp ofInput = compensatorOfInput(observerFirst ? Q.transpose() : Q);
+    return timed(observerFirst ? ofInput.transpose() : ofInput);
+}
+
 RobustControl::System RobustControl::compensator() const {
     DynOp ofInput = compensatorOfInput();
     return timed(observerFirst ? ofInput.transpose() : ofInput);

@@ -70,6 +70,9 @@ public:
     // The compensator of the plant as given: closedLoop of the plant with it has the poles of
     // A - B2 H and of A - K C2 together.
     System compensator() const;
+    // The same with the free parameter Q (measures' innovation to controls, v = Q r) added:
+    // u = -H x^ + v, r = y - C2 x^ - D22 u.
+    System compensator(const DynOp& Q) const;
     // The plant closed by the compensator: as assembled, and in the state coordinates (x, x - x^)
     // of the separation, where it is block triangular.
     System closedLoopExperimental() const;
@@ -91,6 +94,7 @@ private:
     void storeEstimationSystem(const char* prefix);
     // The compensator of input, in the continuous form of its matrices.
     DynOp compensatorOfInput() const;
+    DynOp compensatorOfInput(const DynOp& Q) const;
 
     std::int32_t observerFirst;
     double noiseLevel;

@@ -218,3 +218,80 @@ TEST_F(DesignTest, StructuringBalancesTheChannels) {
 }
 
 }  // namespace
+
+namespace {
+
+// The free parameter Q of the observer-based compensator leaves the poles of the loop as they
+// were, adding those of Q: a stable Q keeps the loop stable.
+TEST_P(TwoStepDesign, ParameterQKeepsThePolesOfTheTwoDesigns) {
+    Case c = GetParam();
+    std::unique_ptr<DynOp> plant = twoMassPlant(c.file, 0.1);
+    RobustControl rc(ExtendedSystem(*plant), c.observerFirst, 0.0);
+    consoleOf([&] {
+        rc.firstStepSetup(1e-8, 1, 0);
+        rc.firstStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.secondStepSetup(1e-8, 1, 0);
+        rc.secondStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+    });
+    double pole = plant->isDiscreteTime() ? 0.3 : -5.0;
+    DynOp Q(mat(1, 1, {pole}), mat(1, 1, {1}), mat(1, 1, {0.7}), mat(1, 1, {0.2}));
+    std::vector<Cx> without = sortedPoles(*rc.closedLoopExperimental());
+    without.push_back(Cx(pole, 0));
+    std::sort(without.begin(), without.end(),
+              [](Cx a, Cx b) { return a.real() != b.real() ? a.real() < b.real() : a.imag() < b.imag(); });
+    std::vector<Cx> with = sortedPoles(*rc.timed(rc.getModel()->closedLoop(*rc.compensator(Q))));
+    ASSERT_EQ(with.size(), without.size());
+    for (size_t i = 0; i < with.size(); ++i) EXPECT_NEAR(std::abs(with[i] - without[i]), 0.0, 1e-6) << i;
+}
+
+// Answers the dialogues of the final results by their titles.
+void answerDialogue(Cback& cb) {
+    ParamRequest& r = *static_cast<ParamRequest*>(cb.callData->asObject());
+    std::string title = r.title();
+    if (title == "insert Q matrices") {
+        r.setValue(0, "[-5]");
+        r.setValue(1, "[1]");
+        r.setValue(2, "[0.7]");
+        r.setValue(3, "[0.2]");
+        r.answer = 1;
+    } else if (title == "insert uncertainty matrices") {
+        r.setValue(0, "[0 0 0 0;0 0 0 0;-0.1 0 0 0;0 0 0 0]");
+        r.answer = 1;
+    }
+}
+
+TEST_F(DesignTest, FinalResultsTakeTheParameterAndThePerturbationFromTheDialogues) {
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
+    RobustControl rc(ExtendedSystem(*plant), false, 0.0);
+    consoleOf([&] {
+        rc.firstStepSetup(1e-8, 1, 0);
+        rc.firstStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.secondStepSetup(1e-8, 1, 0);
+        rc.secondStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+    });
+    ASSERT_TRUE(Algebra().storeToFile(rc, "RobustControl.rc"));
+    Integer owner;
+    owner.addCback(AskParameters, answerDialogue);
+    RobustControlDesign design;
+    design.setOwner(&owner);
+    std::string console = consoleOf([&] { design.finalResults(1e-8, false); });
+    owner.removeCbacks(AskParameters);
+    EXPECT_NE(console.find("the number of input of Q are = 1"), std::string::npos);
+    EXPECT_NE(console.find("closed loop poles of the Perturbed"), std::string::npos);
+    Object* control = Workspace::readModelFile("Control.dyn");
+    ASSERT_NE(control, nil);
+    EXPECT_EQ(static_cast<DynOp*>(control)->order(), plant->order() + 1);  // the state of Q added
+    delete control;
+
+    DynOp s;
+    EXPECT_EQ(consoleOf([&] { RobustControlDesign::systemFromTexts("[1 2]", "[1]", "[1]", "[0]", s); }),
+              " A matrix not square\n");
+    EXPECT_EQ(consoleOf([&] { RobustControlDesign::systemFromTexts("[1]", "[1]", "[1 2]", "[0]", s); }),
+              " The C matrix has not the same number of columns of the A matrix\n");
+    EXPECT_EQ(
+        consoleOf([&] { RobustControlDesign::systemFromTexts("[1]", "[1 1]", "[1]", "[0]", s); }),
+        " The D matrix has not the same number of rows and columns of the B or C matrices, respectively\n");
+    EXPECT_TRUE(RobustControlDesign::systemFromTexts("[-1]", "[1 1]", "[1]", "[0 0]", s));
+}
+
+}  // namespace
