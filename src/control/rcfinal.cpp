@@ -8,16 +8,6 @@
 #include "control/robctrl.h"
 #include "control/workspc.h"
 
-namespace {
-
-void keep(const char* name, const DynOp& s, const char* file = 0) {
-    globalWorkspace().store(name, s);
-    Workspace::writeMatlab(s, name);
-    if (file) Algebra().storeToFile(s, file);
-}
-
-}  // namespace
-
 // "norm = ", the value, ", at omega = " and the frequency, after the label.
 double RobustControlDesign::printNorm(const char* label, const DynOp& s) {
     double w = wMin;
@@ -86,7 +76,7 @@ void RobustControlDesign::perturbationAnalysis(const DynOp& compensator) {
     }
     DynOp perturbed(model->getA() + delta, model->getB(), model->getC(), model->getD(),
                     model->controlNumber(), model->measureNumber(), 0, false);
-    keep("PerturbedModel", *robustControl->timed(perturbed));
+    keepResult("PerturbedModel", *robustControl->timed(perturbed));
     analyseClosedLoop(compensator, "Perturbed", &perturbed);
 }
 
@@ -104,8 +94,8 @@ void RobustControlDesign::reportErrors() {
                   << "norm of the " << e.word << " error system: H-infinity " << e.error.normHinf() << ", H2 "
                   << e.error.normH2() << std::endl;
     }
-    keep("ExtendedObserverError", *observer);
-    keep("ControlledSystem", *control);
+    keepResult("ExtendedObserverError", *observer);
+    keepResult("ControlledSystem", *control);
 }
 
 // The compensator reduced to its controllable and observable part while the user asks for it.
@@ -150,23 +140,23 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     reportErrors();
 
     RobustControl::System theoretical = rc.closedLoopTheoretical();
-    keep("ExtendedSystemFeedbackTheoretical", *theoretical,
-         (p + "ExtendedSystemFeedbackTheoretical.dyn").c_str());
+    keepResult("ExtendedSystemFeedbackTheoretical", *theoretical,
+               (p + "ExtendedSystemFeedbackTheoretical.dyn").c_str());
     std::cout << "output feedback final poles" << theoretical->poles() << std::endl;
     Matrix T;
     RobustControl::System reduced =
         rc.timed(theoretical->contrSubSystem(0, T, tolerance).obsSubSystem(0, T, tolerance));
-    keep("ExtendedSystemFeedbackReduced", *reduced, (p + "ExtendedSystemFeedbackReduced.dyn").c_str());
+    keepResult("ExtendedSystemFeedbackReduced", *reduced, (p + "ExtendedSystemFeedbackReduced.dyn").c_str());
     std::cout << "output feedback final poles reduced" << reduced->poles() << std::endl;
 
     RobustControl::System compensator = rc.compensator();
-    keep("ExtendedControl", *compensator);
+    keepResult("ExtendedControl", *compensator);
     if (!inOneStep) addQParameter(compensator);
-    keep("Control0", *compensator);
+    keepResult("Control0", *compensator);
     analyseClosedLoop(*compensator, " Model with the full size controller");
 
     compensator = rc.timed(reduceCompensator(*compensator, tolerance));
-    keep("Control1", *compensator);
+    keepResult("Control1", *compensator);
     analyseClosedLoop(*compensator, " Model with reduced order controller");
 
     std::cout << "Controller poles =" << compensator->poles() << "\n"
@@ -181,11 +171,11 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
               << std::endl;
     if (askToleranceAndOrder(tolerance, order) && order < compensator->order())
         compensator = rc.timed(compensator->reduceOrder(order));
-    keep("Control", *compensator, (p + "Control.dyn").c_str());
+    keepResult("Control", *compensator, (p + "Control.dyn").c_str());
     analyseClosedLoop(*compensator, " Model with reduced order and cleaned controller");
 
     RobustControl::System feedback = rc.timed(rc.getModel()->closedLoop(*compensator));
-    keep("ExtendedSystemFeedback", *feedback, (p + "ExtendedSystemFeedback.dyn").c_str());
+    keepResult("ExtendedSystemFeedback", *feedback, (p + "ExtendedSystemFeedback.dyn").c_str());
     std::cout << "poles of the extended system in closed loop = " << feedback->poles() << std::endl;
 
     perturbationAnalysis(*compensator);

@@ -161,23 +161,32 @@ double RobustControl::step(OptimumGramian& design, double gamma, unsigned maxIte
 
 // The gain of the step in the workspace and the Matlab script, then the norm of its error
 // operator over frequency.
+void RobustControl::keep(const char* name, const Object& object, const char* prefix, const char* file) {
+    keepResult(name, object, file ? (std::string(prefix) + file).c_str() : 0);
+}
+
+// The gain of the step with its gramian, the systems that go with it, then the norm of the step's
+// error operator over frequency.
 void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) {
     bool isObserver = design.kind() == "Observer";
     bool first = &design == control;
-    Workspace& w = globalWorkspace();
-    Matrix gain = design.getH(), Q = design.gramian();
-    const char* gainName = isObserver ? "K" : "H";
-    Matrix stored = isObserver ? gain.transpose() : gain;
-    w.store(gainName, stored);
-    w.store(isObserver ? "QO" : "QC", Q);
-    Workspace::writeMatlab(stored, gainName);
-    Workspace::writeMatlab(Q, isObserver ? "QO" : "QC");
-    std::cout << (isObserver ? "K = " : "H = ") << stored << std::endl;
+    Matrix gain = isObserver ? design.getH().transpose() : design.getH();
+    std::cout << (isObserver ? "K = " : "H = ") << gain << std::endl;
+    keep(isObserver ? "K" : "H", gain, prefix);
+    keep(isObserver ? "gainK" : "gainH", *timed(DynOp(gain)), prefix, isObserver ? 0 : "H.dyn");
+    keep(isObserver ? "QO" : "QC", design.gramian(), prefix);
+    if (isObserver) {
+        keep("L", design.getL(), prefix);
+        keep("BlackBoxModel", *getModel(), prefix, "BlackBoxModel.dyn");
+        if (!first) keep("Observer", *observerSystem(), prefix, "Observer.dyn");
+    } else if (first) {
+        keep("FullControlError", *timed(input.stateFeedback(feedbackGain(), &controlIndices)), prefix);
+    }
 
     System error = first ? controlError() : observerError();
     const char* word = isObserver ? "Observer" : "Control";
-    std::string name = std::string(prefix) + (isObserver ? "ObserverError.dyn" : "ControlError.dyn");
-    storeToFile(*error, name.c_str());
+    keep(isObserver ? "ObserverError" : "ControlError", *error, prefix,
+         isObserver ? "ObserverError.dyn" : "ControlError.dyn");
     double w0 = wMin;
     double norm = error->normHinfInFrequency(w0);
     std::cout << word << " subsystem"
@@ -187,12 +196,17 @@ void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) 
     if (first) storeEstimationSystem(prefix);
 }
 
+// The observer of input: x^' = (A - K C2) x^ + (B2 - K D22) u + K y, the estimate as output.
+RobustControl::System RobustControl::observerSystem() const {
+    Parts p(input);
+    Matrix K = observerGain();
+    return timed(DynOp(p.A - K * p.C2, dynop::sideBySide(p.B2 - K * p.D22, K),
+                       Matrix::diagonal(input.order(), 1.0), Matrix(0, 0), 0, 0, 0, false));
+}
+
 // The system the second step starts from, in the workspace, the Matlab script and its file.
 void RobustControl::storeEstimationSystem(const char* prefix) {
-    System next = timed(estimationSystem());
-    globalWorkspace().store("ExtendedSystemWithObserver", *next);
-    Workspace::writeMatlab(*next, "ExtendedSystemWithObserver");
-    storeToFile(*next, (std::string(prefix) + "ExtendedSystemWithObserver.dyn").c_str());
+    keep("ExtendedSystemWithObserver", *timed(estimationSystem()), prefix, "ExtendedSystemWithObserver.dyn");
 }
 
 // The designs' gains on input

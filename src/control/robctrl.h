@@ -65,6 +65,8 @@ public:
     // observer's error dynamics from w to the control error H (x - x^).
     System controlError() const;
     System observerError() const;
+    // The observer of input: from [u; y] to the estimate of the state.
+    System observerSystem() const;
     // The estimation system on which the second design works.
     DynOp estimationSystem() const;
     // The compensator of the plant as given: closedLoop of the plant with it has the poles of
@@ -92,6 +94,8 @@ private:
                 double minFreq);
     void storeStep(const OptimumGramian& design, const char* prefix);
     void storeEstimationSystem(const char* prefix);
+    // object under name in the workspace and the Matlab script, and in prefix + file when given.
+    void keep(const char* name, const Object& object, const char* prefix, const char* file = 0);
     // The compensator of input, in the continuous form of its matrices.
     DynOp compensatorOfInput() const;
     DynOp compensatorOfInput(const DynOp& Q) const;

@@ -155,6 +155,13 @@ void initWorkspace(Class* c) { c->setTerminator(terminateWorkspace); }
 
 }  // namespace
 
+void keepResult(const char* name, const Object& object, const char* fileName) {
+    globalWorkspace().store(name, object);
+    Workspace::writeMatlab(object, name);
+    if (fileName && !Algebra().storeToFile(object, fileName))
+        std::cout << "cannot write the file " << fileName << std::endl;
+}
+
 Workspace& globalWorkspace() {
     static Workspace* workspace = new Workspace;
     return *workspace;

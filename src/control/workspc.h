@@ -49,4 +49,8 @@ private:
 // The workspace of the design code.
 Workspace& globalWorkspace();
 
+// A result of the design: stored under name in the global workspace, written to the Matlab
+// script, and to fileName as a model file when one is given.
+void keepResult(const char* name, const Object& object, const char* fileName = 0);
+
 #endif
