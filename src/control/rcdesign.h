@@ -76,7 +76,10 @@ private:
     // The stages of the final results (rcfinal.cpp).
     void reportErrors();
     DynOp reduceCompensator(DynOp compensator, double& tolerance);
-    void analyseClosedLoop(const DynOp& compensator, const char* title, const DynOp* model = 0);
+    // The closed loop of the model (or of a perturbed one) with a compensator: its poles, and the
+    // loop kept under name.
+    void analyseClosedLoop(const DynOp& compensator, const char* title, const char* name,
+                           const DynOp* model = 0);
     double printNorm(const char* label, const DynOp& s);
     // The optional stages of the final results: the Q parameter and the perturbation analysis.
     void addQParameter(RobustControl::System& compensator);

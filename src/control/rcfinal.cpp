@@ -77,7 +77,7 @@ void RobustControlDesign::perturbationAnalysis(const DynOp& compensator) {
     DynOp perturbed(model->getA() + delta, model->getB(), model->getC(), model->getD(),
                     model->controlNumber(), model->measureNumber(), 0, false);
     keepResult("PerturbedModel", *robustControl->timed(perturbed));
-    analyseClosedLoop(compensator, "Perturbed", &perturbed);
+    analyseClosedLoop(compensator, "Perturbed", "PerturbedFeedback", &perturbed);
 }
 
 // The poles and norms of the two designs' errors.
@@ -114,14 +114,15 @@ DynOp RobustControlDesign::reduceCompensator(DynOp compensator, double& toleranc
     }
 }
 
-// The closed loop of the model (or of a perturbed one) with a compensator, and its poles.
-void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char* title, const DynOp* model) {
-    std::cout << (compensator.inputNumber() > robustControl->getModel()->measureNumber()
-                      ? "is two degree of freedom"
-                      : "is one degree of freedom")
+void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char* title, const char* name,
+                                            const DynOp* model) {
+    RobustControl::System plant = robustControl->getModel();
+    std::cout << (compensator.inputNumber() > plant->measureNumber() ? "is two degree of freedom"
+                                                                     : "is one degree of freedom")
               << std::endl;
-    DynOp closed = (model ? *model : *robustControl->getModel()).closedLoop(compensator);
-    std::cout << "closed loop poles of the " << title << robustControl->timed(closed)->poles() << std::endl;
+    RobustControl::System closed = robustControl->timed((model ? *model : *plant).closedLoop(compensator));
+    keepResult(name, *closed);
+    std::cout << "closed loop poles of the " << title << closed->poles() << std::endl;
 }
 
 double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
@@ -153,11 +154,11 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     keepResult("ExtendedControl", *compensator);
     if (!inOneStep) addQParameter(compensator);
     keepResult("Control0", *compensator);
-    analyseClosedLoop(*compensator, " Model with the full size controller");
+    analyseClosedLoop(*compensator, " Model with the full size controller", "ModelFeedback0");
 
     compensator = rc.timed(reduceCompensator(*compensator, tolerance));
     keepResult("Control1", *compensator);
-    analyseClosedLoop(*compensator, " Model with reduced order controller");
+    analyseClosedLoop(*compensator, " Model with reduced order controller", "ModelFeedback1");
 
     std::cout << "Controller poles =" << compensator->poles() << "\n"
               << (compensator->isDiscreteTime()
@@ -172,7 +173,7 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     if (askToleranceAndOrder(tolerance, order) && order < compensator->order())
         compensator = rc.timed(compensator->reduceOrder(order));
     keepResult("Control", *compensator, (p + "Control.dyn").c_str());
-    analyseClosedLoop(*compensator, " Model with reduced order and cleaned controller");
+    analyseClosedLoop(*compensator, " Model with reduced order and cleaned controller", "ModelFeedback");
 
     RobustControl::System feedback = rc.timed(rc.getModel()->closedLoop(*compensator));
     keepResult("ExtendedSystemFeedback", *feedback, (p + "ExtendedSystemFeedback.dyn").c_str());
