@@ -153,6 +153,14 @@ TEST_F(DesignTest, ThreePhasesGiveAStabilisingCompensator) {
     EXPECT_FALSE(design.isObserverFirst());
     EXPECT_EQ(access("RobustControl.rc", R_OK), 0);
 
+    // A continuing phase goes on from the design file and never reads the model.
+    std::rename("plant.dyn", "moved.dyn");
+    delete d.atKey(String("StartCont"), *new String("continue"));
+    consoleOf([&] { norm = design.design(d); });
+    EXPECT_GT(norm, 0.0);
+    std::rename("moved.dyn", "plant.dyn");
+    delete d.atKey(String("StartCont"), *new String("start"));
+
     delete d.atKey(String("ChoiceButton"), *new String("Step 2"));
     delete d.atKey(String("ConObs"), *new String("Observer"));
     consoleOf([&] { norm = design.design(d); });
