@@ -47,15 +47,17 @@ Vector polyAdd(const Vector& a, const Vector& b, double sign) {
     return r;
 }
 
-// A coefficient c printed as the tail of " + c", its sign joining the operator.
-std::string signedTerm(double c) {
+std::string plainNumber(double x) {
     char text[48];
-    snprintf(text, sizeof text, c < 0 ? " - %g" : " + %g", std::fabs(c));
+    snprintf(text, sizeof text, "%g", x);
     return text;
 }
 
+// A coefficient c printed as the tail of " + c", its sign joining the operator.
+std::string signedTerm(double c, NumberText number) { return (c < 0 ? " - " : " + ") + number(std::fabs(c)); }
+
 // "(s + a)" and "(s^2 + b s + c)" factors of a root table, joined by a blank.
-std::string factors(const Matrix& roots, char var, unsigned* count) {
+std::string factors(const Matrix& roots, char var, unsigned* count, NumberText number) {
     std::string text;
     *count = 0;
     if (!hasRoots(roots)) return text;
@@ -64,10 +66,11 @@ std::string factors(const Matrix& roots, char var, unsigned* count) {
         std::string factor = "(";
         if (im == 0.0) {
             factor += var;
-            if (re != 0.0) factor += signedTerm(-re);
+            if (re != 0.0) factor += signedTerm(-re, number);
         } else {
             factor += var;
-            factor += "^2" + signedTerm(-2.0 * re) + " " + var + signedTerm(re * re + im * im);
+            factor +=
+                "^2" + signedTerm(-2.0 * re, number) + " " + var + signedTerm(re * re + im * im, number);
             if (i + 1 < roots.rowNumber() && roots(i + 1, 0) == re && roots(i + 1, 1) == -im) ++i;
         }
         text += (*count ? " " : "") + factor + ")";
@@ -352,13 +355,12 @@ String RationalFunction::tfText() const {
     return String(text.c_str());
 }
 
-String RationalFunction::zpkText() const {
-    char number[48];
-    snprintf(number, sizeof number, "%g", gain);
+String RationalFunction::zpkText(NumberText number) const {
+    if (!number) number = plainNumber;
     unsigned zeroCount = 0, poleCount = 0;
-    std::string top = factors(zeros_, variableName(), &zeroCount);
-    std::string bottom = factors(poles_, variableName(), &poleCount);
-    std::string text = number;
+    std::string top = factors(zeros_, variableName(), &zeroCount, number);
+    std::string bottom = factors(poles_, variableName(), &poleCount, number);
+    std::string text = number(gain);
     if (zeroCount) text += " " + top;
     if (poleCount) text += " / " + (poleCount > 1 ? "(" + bottom + ")" : bottom);
     return String(text.c_str());

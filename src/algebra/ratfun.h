@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <string>
 
 #include "algebra/algebra.h"
 #include "algebra/complex.h"
@@ -13,6 +14,9 @@
 #include "quill/quillstr.h"
 
 extern Class class_RationalFunction;
+
+// How the factored text writes a number.
+typedef std::string (*NumberText)(double x);
 
 // Coefficients stand highest power first. A sampling time of 0 is continuous; any other value is
 // discrete, a value that is not positive counting as 1 at the frequency points.
@@ -75,8 +79,9 @@ public:
 
     // "tf( [n] , [d] );" with the coefficients as row vectors.
     String tfText() const;
-    // gain, then the factors of the zeros over those of the poles: "2 (s + 1) / (s^2 + 0.2 s + 1)".
-    String zpkText() const;
+    // gain, then the factors of the zeros over those of the poles: "2 (s + 1) / (s^2 + 0.2 s + 1)",
+    // the numbers by "%g" or by the writer given.
+    String zpkText(NumberText number = 0) const;
     // The factored form when it is valid, otherwise the tf form.
     void printOn(std::ostream& os) const override;
     bool isEqual(const Object& ob) const override;

@@ -7,6 +7,7 @@
 #include "interpreter/codeelem.h"
 #include "interpreter/executer.h"
 #include "interpreter/funcdecl.h"
+#include "interpreter/scalar.h"
 #include "interpreter/statemnt.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
@@ -153,6 +154,7 @@ Variable* Executer::execIf(IfStatement* test, Variable* returnType) {
 
 // A value of the declared type goes back as it stands, a reference as a copy
 // of what it refers to, which dies with the frame; another type is converted.
+// A scalar is always copied: it may alias an element of a matrix of the frame.
 Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType) {
     notify(statement);
     Variable* voidType = Variable::voidType();
@@ -167,7 +169,7 @@ Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType)
     Variable* value = owned.get();
     if (!value) return 0;
     if (returnType == voidType) runtimeError(String("Expected void, was") + value->getType(), statement);
-    if (value->getType().isEqual(returnType->getType())) {
+    if (value->getType().isEqual(returnType->getType()) && !value->isKindOf(class_ScalarVar)) {
         if (!value->isKindOf(class_VarReference)) return owned.release();
         return Variable::dereference(value)->clone();
     }

@@ -4,6 +4,7 @@
 #define TESTS_CONTROL_CTLTEST_H
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -141,5 +142,23 @@ inline std::unique_ptr<DynOp> twoMassPlant(const char* file, double rho, double 
     delete read;
     return plant;
 }
+
+// Runs each test in a fresh directory of its own, made and removed around it: designs write their
+// files and "lmi.txt" in the working directory, and the tests run in parallel.
+class ScratchTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/tarnctlXXXXXX";
+        directory = mkdtemp(pattern);
+        char here[4096];
+        previous = getcwd(here, sizeof here);
+        ASSERT_EQ(chdir(directory.c_str()), 0);
+    }
+    void TearDown() override {
+        ASSERT_EQ(chdir(previous.c_str()), 0);
+        std::system(("rm -rf " + directory).c_str());
+    }
+    std::string directory, previous;
+};
 
 #endif

@@ -11,6 +11,8 @@
 
 namespace {
 
+class LMITest : public ScratchTest {};
+
 // A plant with disturbances w, controls u and objectives z, no measures.
 struct Plant {
     Matrix A, B1, B2, C1, D12;
@@ -106,7 +108,7 @@ void refused(const std::function<int()>& solve) {
         << console;
 }
 
-TEST(LMITest, HinfMinimumOfAScalarPlant) {
+TEST_F(LMITest, HinfMinimumOfAScalarPlant) {
     // x' = -x + w + u, z = [x; u]: u = -x gives sqrt(1 + h^2) / (1 + h) = 1/sqrt(2), the optimum.
     Plant p = scalar(-1.0);
     LMI lmi = p.lmi();
@@ -119,7 +121,7 @@ TEST(LMITest, HinfMinimumOfAScalarPlant) {
     EXPECT_NEAR(p.peak(lmi.getH()), std::sqrt(0.5), 1e-4);
 }
 
-TEST(LMITest, HinfBoundGivesTheCentralFeedback) {
+TEST_F(LMITest, HinfBoundGivesTheCentralFeedback) {
     // At gamma 1 the Riccati equation -2q + 1 + q^2 - q^2 = 0 gives q = 1/2, H = B2'Q = 1/2.
     Plant p = scalar(-1.0);
     LMI lmi = p.lmi();
@@ -150,7 +152,7 @@ TEST(LMITest, HinfBoundGivesTheCentralFeedback) {
     }
 }
 
-TEST(LMITest, HinfMinimumOfASampledScalarPlant) {
+TEST_F(LMITest, HinfMinimumOfASampledScalarPlant) {
     // x+ = 0.5 x + w + u, z = [x; u] under u = -h x: sqrt(1 + h^2) / (1 - |0.5 - h|).
     double best = 1e9;
     for (double h = -0.4; h < 1.4; h += 1e-5)
@@ -162,7 +164,7 @@ TEST(LMITest, HinfMinimumOfASampledScalarPlant) {
     EXPECT_NEAR(p.peak(lmi.getH()), best, 1e-4);
 }
 
-TEST(LMITest, H2MinimumIsTheRiccatiOptimum) {
+TEST_F(LMITest, H2MinimumIsTheRiccatiOptimum) {
     // x' = a x + w + u, z = [x; u]: P = a + sqrt(a^2 + 1), H = P, norm sqrt(P).
     for (double a : {-1.0, 1.0}) {
         LMI lmi = scalar(a).lmi();
@@ -196,7 +198,7 @@ TEST(LMITest, H2MinimumIsTheRiccatiOptimum) {
     }
 }
 
-TEST(LMITest, StatesTheObjectivesDoNotSeeGetNoFeedback) {
+TEST_F(LMITest, StatesTheObjectivesDoNotSeeGetNoFeedback) {
     // x2 follows x1 and nothing reads it: the feedback leaves it alone while it is stable.
     for (double hidden : {-2.0, 0.5}) {
         SCOPED_TRACE(hidden);
@@ -215,7 +217,7 @@ TEST(LMITest, StatesTheObjectivesDoNotSeeGetNoFeedback) {
     }
 }
 
-TEST(LMITest, ProblemFileAndRefusals) {
+TEST_F(LMITest, ProblemFileAndRefusals) {
     // Continuous H2 minimum of a first-order plant: X (1), Z (3), Y (1); two blocks of 2 and 3.
     LMI lmi = scalar(-1.0).lmi();
     solved([&] { return lmi.solveMinimum(true); });

@@ -104,11 +104,10 @@ void onCheckStop(Cback&) {
     if (++stopChecks == stopAfter) requestStop();
 }
 
-class OptimumGramianTest : public ::testing::Test {
+class OptimumGramianTest : public ScratchTest {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/optgramXXXXXX";
-        directory = mkdtemp(pattern);
+        ScratchTest::SetUp();
         Workspace::setMatlabDirectory(directory.c_str());
         answer = nullptr;
         titles.clear();
@@ -122,7 +121,7 @@ protected:
         delete owner;
         Workspace::closeMatlab();
         Workspace::setMatlabDirectory("");
-        std::system(("rm -rf " + directory).c_str());
+        ScratchTest::TearDown();
     }
     std::string prefix() const { return directory + "/"; }
 
@@ -135,7 +134,6 @@ protected:
         return g;
     }
 
-    std::string directory;
     Object* owner = nullptr;  // a String, whose destructor may throw: made and deleted by hand
 };
 

@@ -14,23 +14,13 @@
 
 namespace {
 
-// Runs in a directory of its own: the design writes its files in the working directory.
-class DesignTest : public ::testing::Test {
+class DesignTest : public ScratchTest {
 protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/designXXXXXX";
-        directory = mkdtemp(pattern);
-        char here[4096];
-        previous = getcwd(here, sizeof here);
-        ASSERT_EQ(chdir(directory.c_str()), 0);
-    }
     void TearDown() override {
         globalWorkspace().clear();
         Workspace::closeMatlab();
-        ASSERT_EQ(chdir(previous.c_str()), 0);
-        std::system(("rm -rf " + directory).c_str());
+        ScratchTest::TearDown();
     }
-    std::string directory, previous;
 };
 
 std::vector<Cx> sortedPoles(const DynOp& s) {

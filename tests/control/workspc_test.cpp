@@ -12,20 +12,14 @@
 
 namespace {
 
-// A scratch directory of its own for each test.
-class WorkspaceTest : public ::testing::Test {
+class WorkspaceTest : public ScratchTest {
 protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/workspcXXXXXX";
-        directory = mkdtemp(pattern);
-    }
     void TearDown() override {
         Workspace::closeMatlab();
         Workspace::setMatlabDirectory("");
-        std::system(("rm -rf " + directory).c_str());
+        ScratchTest::TearDown();
     }
     std::string path(const char* name) const { return directory + "/" + name; }
-    std::string directory;
 };
 
 // One disturbance, one control, one objective, one measure, with D12 and D21 not zero.

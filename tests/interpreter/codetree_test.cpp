@@ -79,7 +79,7 @@ TEST(CodeTreeTest, postfixOrderAndStaticType) {
 
 // A selector chain and an assignment keep the reference: they stay left values.
 TEST(CodeTreeTest, membersElementsAndStructAssignmentAreLeftValues) {
-    Parsed p("struct P { int v; }; P s; P t; int m[3];\nvoid main() { s.v; m[1]; s = t; m; }");
+    Parsed p("struct P { int v; }; P u; P t; int m[3];\nvoid main() { u.v; m[1]; u = t; m; }");
     ASSERT_EQ(p.message, "");
     for (int i = 0; i < 4; ++i) {
         SCOPED_TRACE(i);

@@ -279,8 +279,9 @@ TEST(ValuesTest, outputStreamsWriteFilesAndClose) {
     out->execConstructor(1, arguments, errorFlag);
     IntVar number(42);
     FloatVar real(0.25);
-    Variable* endl = static_cast<Variable*>(Variable::predefinedVariables().at(1));
-    ASSERT_STREQ(endl->getName().asCharPointer(), "endl");
+    Object* found = Variable::predefinedVariables().find(String("endl"));
+    ASSERT_NE(found, nil);
+    Variable* endl = static_cast<Variable*>(found);
     EXPECT_EQ(out->doOperation(&number, OP_SHL, 0), out.get());
     out->doOperation(&real, OP_SHL, 0);
     out->doOperation(endl, OP_SHL, 0);
