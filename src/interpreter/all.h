@@ -31,6 +31,7 @@
 #include "interpreter/variable.h"
 #include "interpreter/varref.h"
 #include "interpreter/vectvar.h"
+#include "interpreter/winvar.h"
 #include "interpreter/zpkout.h"
 
 #endif

@@ -17,41 +17,23 @@ void registerSubMatrix(Class*) { Variable::registerType(new SubMatrixVar); }
 
 }  // namespace
 
-DEFINE_CLASS(SubMatrixVar, Variable, 1, registerSubMatrix)
+DEFINE_CLASS(SubMatrixVar, WindowVar, 1, registerSubMatrix)
 
-SubMatrixVar::SubMatrixVar() : source(new MatrixVar), ownsSource(1), row(0), column(0), rows(0), columns(0) {}
+SubMatrixVar::SubMatrixVar() : WindowVar(new MatrixVar, true), row(0), column(0), rows(0), columns(0) {}
 
 SubMatrixVar::SubMatrixVar(MatrixVar* matrixVar, unsigned row, unsigned column, unsigned rows,
                            unsigned columns)
-    : source(matrixVar), ownsSource(0), row(row), column(column), rows(rows), columns(columns) {
-    if (!matrixVar->isTemporary()) return;
-    source = static_cast<MatrixVar*>(matrixVar->clone());
-    ownsSource = 1;
-}
-
-SubMatrixVar::~SubMatrixVar() noexcept(false) { release(); }
-
-void SubMatrixVar::release() {
-    if (ownsSource) delete source;
-    ownsSource = 0;
-}
-
-void SubMatrixVar::deepenShallowCopy() {
-    Variable::deepenShallowCopy();
-    if (ownsSource) source = static_cast<MatrixVar*>(source->clone());
-}
+    : WindowVar(matrixVar, false), row(row), column(column), rows(rows), columns(columns) {}
 
 const String& SubMatrixVar::getType() const {
     static const String type("SubMatrix");
     return type;
 }
 
-// The matrix of a window whose variable is gone may not be reached.
 Matrix& SubMatrixVar::matrix() const {
-    bool live =
-        ownsSource || (liveVariables().indexOfSame(*source) >= 0 && source->isA() == &class_MatrixVar);
-    if (!live) typeError("Run time error, the window has lost its matrix");
-    return source->getValue();
+    return static_cast<MatrixVar&>(
+               liveSource(class_MatrixVar, "Run time error, the window has lost its matrix"))
+        .getValue();
 }
 
 Matrix SubMatrixVar::block() const {
@@ -59,6 +41,8 @@ Matrix SubMatrixVar::block() const {
 }
 
 String SubMatrixVar::getValueString() const { return String(block().asCharPointer()); }
+
+Variable* SubMatrixVar::valueCopy() const { return new MatrixVar(block()); }
 
 // --- Operators ---
 
@@ -90,57 +74,20 @@ void SubMatrixVar::write(const Variable* other, int op) {
     matrix().view(row, column, int(rows), int(columns)) = value;
 }
 
-Variable* SubMatrixVar::getOperationType(Variable* other, int op, int swapped) {
-    if (!swapped && writes(other, op)) return this;
-    if (Operator::isAssign(op)) operationError(other, op, swapped);
-    return findType("Matrix")->getOperationType(other, op, swapped);
-}
-
-Variable* SubMatrixVar::doOperation(Variable* other, int op, int swapped) {
-    if (!swapped && writes(other, op)) {
-        try {
-            write(other, op);
-        } catch (TarnException* e) {
-            AlgebraVar::numericFault(e);
-        }
-        return this;
-    }
-    if (Operator::isAssign(op)) operationError(other, op, swapped);
-    std::unique_ptr<MatrixVar> value(new MatrixVar(block()));
-    return value->doOperation(other, op, swapped);
-}
-
-Variable* SubMatrixVar::getUnaryOperationType(int op) {
-    return findType("Matrix")->getUnaryOperationType(op);
-}
-
-Variable* SubMatrixVar::doUnaryOperation(int op) {
-    std::unique_ptr<MatrixVar> value(new MatrixVar(block()));
-    return value->doUnaryOperation(op);
-}
-
 // --- Constructors ---
-
-int SubMatrixVar::constructorIndex(const OrderedCltn& types) const {
-    if (types.size() == 0) return 0;
-    return types.size() == 1 && dereference(argumentAt(types, 0))->isA() == &class_SubMatrixVar ? 1 : -1;
-}
 
 void SubMatrixVar::execConstructor(int index, const OrderedCltn& arguments, std::int32_t& errorFlag) {
     if (index != 0 && index != 1) {
         Variable::execConstructor(index, arguments, errorFlag);
         return;
     }
-    release();
     if (index == 0) {
-        source = new MatrixVar;
-        ownsSource = 1;
+        ownSource(new MatrixVar);
         row = column = rows = columns = 0;
         return;
     }
     const SubMatrixVar* other = static_cast<const SubMatrixVar*>(dereference(argumentAt(arguments, 0)));
-    source = other->ownsSource ? static_cast<MatrixVar*>(other->source->clone()) : other->source;
-    ownsSource = other->ownsSource;
+    takeSource(*other);
     row = other->row;
     column = other->column;
     rows = other->rows;

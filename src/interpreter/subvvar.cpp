@@ -15,40 +15,22 @@ void registerSubVector(Class*) { Variable::registerType(new SubVectorVar); }
 
 }  // namespace
 
-DEFINE_CLASS(SubVectorVar, Variable, 1, registerSubVector)
+DEFINE_CLASS(SubVectorVar, WindowVar, 1, registerSubVector)
 
-SubVectorVar::SubVectorVar() : source(new VectorVar), ownsSource(1), start(0), length(0) {}
+SubVectorVar::SubVectorVar() : WindowVar(new VectorVar, true), start(0), length(0) {}
 
 SubVectorVar::SubVectorVar(VectorVar* vectorVar, unsigned start, unsigned length)
-    : source(vectorVar), ownsSource(0), start(start), length(length) {
-    if (!vectorVar->isTemporary()) return;
-    source = static_cast<VectorVar*>(vectorVar->clone());
-    ownsSource = 1;
-}
-
-SubVectorVar::~SubVectorVar() noexcept(false) { release(); }
-
-void SubVectorVar::release() {
-    if (ownsSource) delete source;
-    ownsSource = 0;
-}
-
-void SubVectorVar::deepenShallowCopy() {
-    Variable::deepenShallowCopy();
-    if (ownsSource) source = static_cast<VectorVar*>(source->clone());
-}
+    : WindowVar(vectorVar, false), start(start), length(length) {}
 
 const String& SubVectorVar::getType() const {
     static const String type("SubVector");
     return type;
 }
 
-// The vector of a window whose variable is gone may not be reached.
 Vector& SubVectorVar::vector() const {
-    bool live =
-        ownsSource || (liveVariables().indexOfSame(*source) >= 0 && source->isA() == &class_VectorVar);
-    if (!live) typeError("Run time error, the window has lost its vector");
-    return source->getValue();
+    return static_cast<VectorVar&>(
+               liveSource(class_VectorVar, "Run time error, the window has lost its vector"))
+        .getValue();
 }
 
 Vector SubVectorVar::part() const {
@@ -58,6 +40,8 @@ Vector SubVectorVar::part() const {
 }
 
 String SubVectorVar::getValueString() const { return String(part().asCharPointer()); }
+
+Variable* SubVectorVar::valueCopy() const { return new VectorVar(part()); }
 
 // --- Operators ---
 
@@ -84,57 +68,20 @@ void SubVectorVar::write(const Variable* other, int op) {
     vector().setSubVector(written, int(start), int(length));
 }
 
-Variable* SubVectorVar::getOperationType(Variable* other, int op, int swapped) {
-    if (!swapped && writes(other, op)) return this;
-    if (Operator::isAssign(op)) operationError(other, op, swapped);
-    return findType("Vector")->getOperationType(other, op, swapped);
-}
-
-Variable* SubVectorVar::doOperation(Variable* other, int op, int swapped) {
-    if (!swapped && writes(other, op)) {
-        try {
-            write(other, op);
-        } catch (TarnException* e) {
-            AlgebraVar::numericFault(e);
-        }
-        return this;
-    }
-    if (Operator::isAssign(op)) operationError(other, op, swapped);
-    std::unique_ptr<VectorVar> value(new VectorVar(part()));
-    return value->doOperation(other, op, swapped);
-}
-
-Variable* SubVectorVar::getUnaryOperationType(int op) {
-    return findType("Vector")->getUnaryOperationType(op);
-}
-
-Variable* SubVectorVar::doUnaryOperation(int op) {
-    std::unique_ptr<VectorVar> value(new VectorVar(part()));
-    return value->doUnaryOperation(op);
-}
-
 // --- Constructors ---
-
-int SubVectorVar::constructorIndex(const OrderedCltn& types) const {
-    if (types.size() == 0) return 0;
-    return types.size() == 1 && dereference(argumentAt(types, 0))->isA() == &class_SubVectorVar ? 1 : -1;
-}
 
 void SubVectorVar::execConstructor(int index, const OrderedCltn& arguments, std::int32_t& errorFlag) {
     if (index != 0 && index != 1) {
         Variable::execConstructor(index, arguments, errorFlag);
         return;
     }
-    release();
     if (index == 0) {
-        source = new VectorVar;
-        ownsSource = 1;
+        ownSource(new VectorVar);
         start = length = 0;
         return;
     }
     const SubVectorVar* other = static_cast<const SubVectorVar*>(dereference(argumentAt(arguments, 0)));
-    source = other->ownsSource ? static_cast<VectorVar*>(other->source->clone()) : other->source;
-    ownsSource = other->ownsSource;
+    takeSource(*other);
     start = other->start;
     length = other->length;
 }
