@@ -184,7 +184,7 @@ const OptionLine optionLines[] = {
     {"-run file.cxx", "run an interpreted program: cout on standard output, errors on standard error"},
     {"-design file.dyn", "run the robust design on a model file; the options below set its parameters"},
     {"  -phase name", "\"Step 1\", \"Step 2\", \"Final Results\" or all (default: all three in turn)"},
-    {"  -first Control|Observer", "the design made first (default Control)"},
+    {"  -first name", "the design made first: Control (default) or Observer"},
     {"  -gramian H2|Hinf", "the norm minimised (default H2); -gamma x the H-infinity bound (1)"},
     {"  -gamma2 x", "the bound of the second step (default: -gamma)"},
     {"  -algorithm name", "refining (default) or approaching; -iter n iterations (20), -alfa x (0.5)"},
