@@ -40,24 +40,10 @@ struct Parts {
 
 // Construction
 
-RobustControl::RobustControl()
-    : observerFirst(0),
-      noiseLevel(0.0),
-      control(0),
-      observer(0),
-      measureIndices(0),
-      controlIndices(0),
-      owner(0) {}
+RobustControl::RobustControl() {}
 
 RobustControl::RobustControl(const ExtendedSystem& system, bool first, double noise)
-    : observerFirst(first),
-      noiseLevel(noise),
-      input(system),
-      control(0),
-      observer(0),
-      measureIndices(0),
-      controlIndices(0),
-      owner(0) {
+    : observerFirst(first), noiseLevel(noise), input(system) {
     if (noiseLevel > 0.0) {
         // Each control gets a noise input of the given level in front of it.
         unsigned m = input.inputNumber(), c = input.controlNumber();
@@ -335,8 +321,7 @@ OptimumGramian* readDesign(std::istream& is) {
 
 }  // namespace
 
-RobustControl::RobustControl(std::istream& is, Object* where)
-    : Algebra(is, where), control(0), observer(0), measureIndices(0), controlIndices(0), owner(0) {
+RobustControl::RobustControl(std::istream& is, Object* where) : Algebra(is, where) {
     readFrom(is, "ExtendedSystem", &input);
     observerFirst = readNumber<std::int32_t>(is);
     noiseLevel = readNumber<double>(is);
@@ -346,12 +331,4 @@ RobustControl::RobustControl(std::istream& is, Object* where)
     observer = readDesign(is);
 }
 
-RobustControl::RobustControl(BinIstream& is, Object* where)
-    : Algebra(is, where),
-      observerFirst(0),
-      noiseLevel(0.0),
-      control(0),
-      observer(0),
-      measureIndices(0),
-      controlIndices(0),
-      owner(0) {}
+RobustControl::RobustControl(BinIstream& is, Object* where) : Algebra(is, where) {}

@@ -100,14 +100,14 @@ private:
     DynOp compensatorOfInput() const;
     DynOp compensatorOfInput(const DynOp& Q) const;
 
-    std::int32_t observerFirst;
-    double noiseLevel;
+    std::int32_t observerFirst = 0;
+    double noiseLevel = 0.0;
     ExtendedSystem input;
-    OptimumGramian* control;   // the first design, owned
-    OptimumGramian* observer;  // the second design, owned
-    IntArray measureIndices;
-    IntArray controlIndices;
-    Object* owner;
+    OptimumGramian* control = 0;   // the first design, owned
+    OptimumGramian* observer = 0;  // the second design, owned
+    IntArray measureIndices{0};
+    IntArray controlIndices{0};
+    Object* owner = 0;
 };
 
 #endif
