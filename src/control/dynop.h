@@ -18,7 +18,7 @@ extern Class class_DynOp;
 
 // The last controlNumber inputs are controls, the earlier ones disturbances; the last
 // measureNumber outputs are measures, the earlier ones objectives. A static system is a pure
-// gain: only D counts and A, B, C are 1x1 stubs. Column lists (IntArray) select inputs; a null
+// gain: only D counts and A, B, C are 1x1 zero matrices. Column lists (IntArray) select inputs; a null
 // list means all of them.
 class DynOp : public Algebra {
     DECLARE_MEMBERS(DynOp)
