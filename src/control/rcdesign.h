@@ -76,10 +76,13 @@ private:
     // The stages of the final results (rcfinal.cpp).
     void reportErrors();
     DynOp reduceCompensator(DynOp compensator, double& tolerance);
-    // The closed loop of the model (or of a perturbed one) with a compensator: its poles, and the
-    // loop kept under name.
+    // The closed loop of the model (or of a perturbed one) with a compensator: its poles, the
+    // steady gain from the reference when the design has two degrees of freedom ("gainDes"), and
+    // the loop kept under name.
     void analyseClosedLoop(const DynOp& compensator, const char* title, const char* name,
                            const DynOp* model = 0);
+    // The inputs of the design problem that carry the reference: none with one degree of freedom.
+    void referenceInputs(unsigned& first, unsigned& count) const;
     double printNorm(const char* label, const DynOp& s);
     // The optional stages of the final results: the Q parameter and the perturbation analysis.
     void addQParameter(RobustControl::System& compensator);

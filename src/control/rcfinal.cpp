@@ -114,13 +114,44 @@ DynOp RobustControlDesign::reduceCompensator(DynOp compensator, double& toleranc
     }
 }
 
+namespace {
+
+// The gain of a system at rest: D - C A^-1 B, or D + C (I - A)^-1 B in discrete time.
+Matrix steadyGain(Algebra& alg, const DynOp& s) {
+    if (s.order() == 0) return s.getD();
+    Matrix A = s.getA();
+    Matrix M = s.isDiscreteTime() ? Matrix::diagonal(s.order(), 1.0) - A : -A;
+    return s.getD() + s.getC() * alg.solve(M, s.getB());
+}
+
+}  // namespace
+
+// The inputs of Wr1, behind those of W11 and W21.
+void RobustControlDesign::referenceInputs(unsigned& first, unsigned& count) const {
+    const ExtendedSystem& in = robustControl->getInput();
+    ExtendedSystem original = robustControl->isObserverFirst() ? in.dual() : in;
+    first = original.getElement("W11").inputNumber() + original.getElement("W21").inputNumber();
+    count = original.getElement("Wr1").inputNumber();
+}
+
 void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char* title, const char* name,
                                             const DynOp* model) {
     RobustControl::System plant = robustControl->getModel();
-    std::cout << (compensator.inputNumber() > plant->measureNumber() ? "is two degree of freedom"
-                                                                     : "is one degree of freedom")
-              << std::endl;
     RobustControl::System closed = robustControl->timed((model ? *model : *plant).closedLoop(compensator));
+    unsigned first = 0, references = 0;
+    referenceInputs(first, references);
+    std::cout << (references ? "is two degree of freedom" : "is one degree of freedom") << std::endl;
+    if (references) {
+        // The steady gain from the reference to the objectives.
+        unsigned objectives = closed->outputNumber() - closed->measureNumber();
+        Matrix G = dynop::block(steadyGain(*this, *closed), 0, first, objectives, references);
+        if (G.rowNumber() == 0 || G.columnNumber() == 0) {
+            std::cout << "g is same as emptyMatrix " << std::endl;
+        } else {
+            std::cout << "G = " << G << std::endl;
+            keepResult("gainDes", G);
+        }
+    }
     keepResult(name, *closed);
     std::cout << "closed loop poles of the " << title << closed->poles() << std::endl;
 }

@@ -143,6 +143,47 @@ inline std::unique_ptr<DynOp> twoMassPlant(const char* file, double rho, double 
     return plant;
 }
 
+// A first-order system with distinct gains on its channels.
+inline DynOp lag(double pole, unsigned outputs, unsigned inputs) {
+    Matrix B(1, inputs), C(outputs, 1);
+    for (unsigned j = 0; j < inputs; ++j) B(0, j) = 1.0 + 0.5 * j;
+    for (unsigned i = 0; i < outputs; ++i) C(i, 0) = 1.0 - 0.3 * i;
+    return DynOp(mat(1, 1, {pole}), B, C, Matrix(0, 0));
+}
+
+inline DynOp gain(unsigned rows, unsigned cols, double value) {
+    Matrix D(rows, cols);
+    for (unsigned i = 0; i < rows; ++i)
+        for (unsigned j = 0; j < cols; ++j) D(i, j) = value + 0.1 * (i + 2 * j);
+    return DynOp(D);
+}
+
+// A lightly damped plant of one input and two outputs with every weight in place: two degrees
+// of freedom. With T the dynamic components are sampled, and so the whole.
+inline ExtendedSystem extendedComponents(double T = 0.0) {
+    auto sampled = [T](const DynOp& s) { return T ? DynOp(DiscDynOp(s, false, T)) : s; };
+    ExtendedSystem e;
+    DynOp model(mat(2, 2, {0, 1, -2, -0.3}), mat(2, 1, {0, 1}), mat(2, 2, {1, 0, 0.5, 1}), Matrix(0, 0));
+    if (T)  // the Model gives the time domain
+        e.setElement("Model", DiscDynOp(model, false, T));
+    else
+        e.setElement("Model", model);
+    e.setElement("Wu1", sampled(lag(-5, 1, 1)));
+    e.setElement("Wu2", gain(1, 1, 0.1));
+    e.setElement("W11", sampled(lag(-0.5, 2, 1)));
+    e.setElement("W21", gain(2, 1, 0.7));
+    e.setElement("Wr1", sampled(lag(-1, 1, 1)));
+    e.setElement("Geqd", sampled(lag(-3, 1, 1)));
+    e.setElement("Wyr", gain(1, 2, 1.0));
+    e.setElement("Wr2", gain(1, 1, 2.0));
+    e.setElement("W12", gain(1, 2, 0.4));
+    e.setElement("W22", sampled(lag(-2, 1, 2)));
+    e.setElement("Wym", gain(2, 2, 1.0));
+    e.setElement("Wd", gain(2, 2, 0.01));
+    e.setElement("Wdr", gain(1, 1, 0.02));
+    return e;
+}
+
 // Runs each test in a fresh directory of its own, made and removed around it: designs write their
 // files and "lmi.txt" in the working directory, and the tests run in parallel.
 class ScratchTest : public ::testing::Test {

@@ -14,47 +14,6 @@
 
 namespace {
 
-// A first-order system with distinct gains on its channels.
-DynOp lag(double pole, unsigned outputs, unsigned inputs) {
-    Matrix B(1, inputs), C(outputs, 1);
-    for (unsigned j = 0; j < inputs; ++j) B(0, j) = 1.0 + 0.5 * j;
-    for (unsigned i = 0; i < outputs; ++i) C(i, 0) = 1.0 - 0.3 * i;
-    return DynOp(mat(1, 1, {pole}), B, C, Matrix(0, 0));
-}
-
-DynOp gain(unsigned rows, unsigned cols, double value) {
-    Matrix D(rows, cols);
-    for (unsigned i = 0; i < rows; ++i)
-        for (unsigned j = 0; j < cols; ++j) D(i, j) = value + 0.1 * (i + 2 * j);
-    return DynOp(D);
-}
-
-// A lightly damped plant of one input and two outputs with every weight in place: two degrees
-// of freedom. With T the dynamic components are sampled, and so the whole.
-ExtendedSystem components(double T = 0.0) {
-    auto sampled = [T](const DynOp& s) { return T ? DynOp(DiscDynOp(s, false, T)) : s; };
-    ExtendedSystem e;
-    DynOp model(mat(2, 2, {0, 1, -2, -0.3}), mat(2, 1, {0, 1}), mat(2, 2, {1, 0, 0.5, 1}), Matrix(0, 0));
-    if (T)  // the Model gives the time domain
-        e.setElement("Model", DiscDynOp(model, false, T));
-    else
-        e.setElement("Model", model);
-    e.setElement("Wu1", sampled(lag(-5, 1, 1)));
-    e.setElement("Wu2", gain(1, 1, 0.1));
-    e.setElement("W11", sampled(lag(-0.5, 2, 1)));
-    e.setElement("W21", gain(2, 1, 0.7));
-    e.setElement("Wr1", sampled(lag(-1, 1, 1)));
-    e.setElement("Geqd", sampled(lag(-3, 1, 1)));
-    e.setElement("Wyr", gain(1, 2, 1.0));
-    e.setElement("Wr2", gain(1, 1, 2.0));
-    e.setElement("W12", gain(1, 2, 0.4));
-    e.setElement("W22", sampled(lag(-2, 1, 2)));
-    e.setElement("Wym", gain(2, 2, 1.0));
-    e.setElement("Wd", gain(2, 2, 0.01));
-    e.setElement("Wdr", gain(1, 1, 0.02));
-    return e;
-}
-
 bool made(ExtendedSystem& e, std::string* console = 0) {
     bool ok = false;
     std::string text = consoleOf([&] { ok = e.make(); });
@@ -108,7 +67,7 @@ CxMatrix composedFromComponents(const ExtendedSystem& e, Cx s) {
 TEST(ExtendedSystemTest, ComposesTheComponentsWithControlsAndMeasuresLast) {
     for (double T : {0.0, 0.1}) {
         SCOPED_TRACE(T);
-        ExtendedSystem e = components(T);
+        ExtendedSystem e = extendedComponents(T);
         std::string console;
         ASSERT_TRUE(made(e, &console)) << console;
         EXPECT_EQ(console, "oneDegreeOfFreedom = NO\n");
@@ -128,7 +87,7 @@ TEST(ExtendedSystemTest, ComposesTheComponentsWithControlsAndMeasuresLast) {
 }
 
 TEST(ExtendedSystemTest, OneDegreeOfFreedomLeavesOutTheReference) {
-    ExtendedSystem e = components();
+    ExtendedSystem e = extendedComponents();
     for (const char* name : {"Wr1", "Geqd", "Wdr", "W22"}) e.setElement(name, DynOp());
     std::string console;
     ASSERT_TRUE(made(e, &console));
@@ -172,7 +131,7 @@ TEST(ExtendedSystemTest, ChecksStopAtTheFirstFailureWithItsText) {
         {{{"W12", DynOp()}, {"Wr2", DynOp()}, {"W11", lag(-1, 3, 1)}},
          "output dimension of W11 different from output dimension of Model"},
     };
-    ExtendedSystem good = components();
+    ExtendedSystem good = extendedComponents();
     ASSERT_TRUE(made(good));
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
@@ -226,7 +185,7 @@ TEST(ExtendedSystemTest, OperationsFollowTheTimeDomain) {
 }
 
 TEST(ExtendedSystemTest, DualAndInputScaling) {
-    ExtendedSystem e = components();
+    ExtendedSystem e = extendedComponents();
     ASSERT_TRUE(made(e));
     ExtendedSystem t = e.dual();
     EXPECT_FALSE(t.isOriginal());
@@ -254,7 +213,7 @@ TEST(ExtendedSystemTest, DualAndInputScaling) {
 }
 
 TEST(ExtendedSystemTest, StreamPrintAndCopies) {
-    ExtendedSystem e = components();
+    ExtendedSystem e = extendedComponents();
     ASSERT_TRUE(made(e));
     // The matrices keep 16 digits: a second store gives the text of the first.
     for (const ExtendedSystem& original : {e, e.dual(), ExtendedSystem()}) {

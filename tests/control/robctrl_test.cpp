@@ -293,3 +293,33 @@ TEST_F(DesignTest, FinalResultsTakeTheParameterAndThePerturbationFromTheDialogue
 }
 
 }  // namespace
+
+namespace {
+
+// A design problem with a reference has two degrees of freedom: the final results give the
+// steady gain from the reference to the objectives.
+TEST_F(DesignTest, TwoDegreesOfFreedomGiveTheSteadyGainOfTheReference) {
+    ExtendedSystem e = extendedComponents();
+    consoleOf([&] { ASSERT_TRUE(e.make()); });
+    ASSERT_TRUE(Algebra().storeToFile(e, "Tot.dyn"));
+    RobustControlDesign design;
+    DesignParameters p;
+    p.tolerance = 1e-8;
+    p.iterations = 30;
+    p.useH2 = true;
+    p.choice = "Step 1";
+    p.conObs = "Control";
+    std::string console = consoleOf([&] {
+        EXPECT_GT(design.design(p), 0.0);
+        p.choice = "Step 2";
+        p.conObs = "Observer";
+        EXPECT_GT(design.design(p), 0.0);
+        p.choice = "Final Results";
+        EXPECT_GT(design.design(p), 0.0);
+    });
+    EXPECT_NE(console.find("is two degree of freedom"), std::string::npos);
+    EXPECT_NE(console.find("G = "), std::string::npos);
+    EXPECT_EQ(console.find("is one degree of freedom"), std::string::npos);
+}
+
+}  // namespace
