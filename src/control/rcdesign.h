@@ -55,6 +55,7 @@ public:
     Object* getOwner() const { return owner; }
     void setModelFileName(const char* name) { modelFileName = name; }
     void setStructuringMatrix(const Matrix& D) { structuringMatrix = D; }
+    const Matrix& getStructuringMatrix() const { return structuringMatrix; }
     bool isObserverFirst() const { return observerFirst != 0; }
 
     // The dialogues, each answering 1 for Ok and 0 for Cancel.
@@ -87,6 +88,7 @@ private:
     // The optional stages of the final results: the Q parameter and the perturbation analysis.
     void addQParameter(RobustControl::System& compensator);
     void perturbationAnalysis(const DynOp& compensator);
+    void applyStructuring(const DynOp& loop, const String& name);
 
     RobustControl* robustControl;
     Matrix structuringMatrix;

@@ -94,7 +94,11 @@ void RobustControlDesign::reportErrors() {
                   << "norm of the " << e.word << " error system: H-infinity " << e.error.normHinf() << ", H2 "
                   << e.error.normH2() << std::endl;
     }
+    double w = wMin;
+    std::cout << "H-infinite norm of the observer error operator in closed loop = "
+              << observer->normHinfInFrequency(w) << std::endl;
     keepResult("ExtendedObserverError", *observer);
+    keepResult("ObserverErrorFeedback", *observer);
     keepResult("ControlledSystem", *control);
 }
 
@@ -154,6 +158,31 @@ void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char
     }
     keepResult(name, *closed);
     std::cout << "closed loop poles of the " << title << closed->poles() << std::endl;
+}
+
+// The output scaling D of the closed loop, its effect on the norm, and, when the user takes it,
+// the structuring matrix of the next design: D itself ("reset") or D times the present one.
+void RobustControlDesign::applyStructuring(const DynOp& loop, const String& name) {
+    Matrix D = structuring(loop, false);
+    if (D.rowNumber() == 0) {
+        std::cout << "\nWarning, The algorithm was unable to compute a matrix\n" << std::endl;
+        return;
+    }
+    double w1 = wMin, w2 = wMin;
+    RobustControl::System scaled = robustControl->timed(D * (loop * inv(D)));
+    std::cout << "\nthe total output structuring matrix D (D*Geq*D^-1) is\n"
+              << D << ", the norm after structuring becomes " << scaled->normHinfInFrequency(w1)
+              << "\nthe original norm was " << loop.normHinfInFrequency(w2) << std::endl;
+    keepResult(name.asCharPointer(), D);
+    ParamRequest r("structuring the extended system", 0);
+    r.add("choice", "multiply");
+    if (!askParameters(owner, r)) return;
+    String how(r.value(0));
+    bool sameSize = structuringMatrix.rowNumber() == D.rowNumber();
+    if (how == "reset" || (how == "multiply" && !sameSize))
+        structuringMatrix = D;
+    else if (how == "multiply")
+        structuringMatrix = D * structuringMatrix;
 }
 
 double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
@@ -224,11 +253,7 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     std::cout << "\nDo you want to structure the closed loop extended system?" << std::endl;
     String name("D"), choice("Theoretical or Experimental");
     if (askStructuring(name, choice)) {
-        Matrix D = structuring(choice == "Theoretical" ? *theoretical : *feedback, false);
-        if (D.rowNumber() == 0)
-            std::cout << "\nWarning, The algorithm was unable to compute a matrix\n" << std::endl;
-        else
-            std::cout << "\nthe total output structuring matrix D (D*Geq*D^-1) is\n" << D << std::endl;
+        applyStructuring(choice == "Theoretical" ? *theoretical : *feedback, name);
     }
     endPhase();
     return experimental;

@@ -160,6 +160,7 @@ void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) 
     std::cout << (isObserver ? "K = " : "H = ") << gain << std::endl;
     keep(isObserver ? "K" : "H", gain, prefix);
     keep(isObserver ? "gainK" : "gainH", *timed(DynOp(gain)), prefix, isObserver ? 0 : "H.dyn");
+    std::cout << (isObserver ? "QO = " : "QC = ") << design.gramian() << std::endl;
     keep(isObserver ? "QO" : "QC", design.gramian(), prefix);
     if (isObserver) {
         keep("L", design.getL(), prefix);
@@ -170,15 +171,14 @@ void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) 
     }
 
     System error = first ? controlError() : observerError();
-    const char* word = isObserver ? "Observer" : "Control";
     keep(isObserver ? "ObserverError" : "ControlError", *error, prefix,
          isObserver ? "ObserverError.dyn" : "ControlError.dyn");
     double w0 = wMin;
     double norm = error->normHinfInFrequency(w0);
-    std::cout << word << " subsystem"
+    std::cout << (isObserver ? "Detectable" : "Stabilizable") << " subsystem"
               << "\n"
-              << "H-infinite norm of the " << word << " operator = " << norm << ",\nat w = " << w0
-              << std::endl;
+              << "H-infinite norm of the " << (isObserver ? "Observer" : "State Feedback")
+              << " operator = " << norm << ",\nat w = " << w0 << std::endl;
     if (first) storeEstimationSystem(prefix);
 }
 
@@ -193,6 +193,12 @@ RobustControl::System RobustControl::observerSystem() const {
 // The system the second step starts from, in the workspace, the Matlab script and its file.
 void RobustControl::storeEstimationSystem(const char* prefix) {
     keep("ExtendedSystemWithObserver", *timed(estimationSystem()), prefix, "ExtendedSystemWithObserver.dyn");
+}
+
+OptimumGramian RobustControl::getObserver() const {
+    if (observer) return *observer;
+    std::cout << "observer has not been built yet" << std::endl;
+    return OptimumGramian();
 }
 
 // The designs' gains on input

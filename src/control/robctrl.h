@@ -44,6 +44,8 @@ public:
                       bool continueFlag, const char* fileNamePrefix, bool stepByStep, int lmiMode,
                       double minFreq);
 
+    // A copy of the second design; an empty one, after "observer has not been built yet", before it.
+    OptimumGramian getObserver() const;
     bool hasControl() const { return control != 0; }
     bool hasObserver() const { return observer != 0; }
     bool isNoisy() const { return noiseLevel != 0.0; }

@@ -252,6 +252,8 @@ void answerDialogue(Cback& cb) {
         r.setValue(2, "[0.7]");
         r.setValue(3, "[0.2]");
         r.answer = 1;
+    } else if (title == "structuring the extended system") {
+        r.answer = 1;
     } else if (title == "insert uncertainty matrices") {
         r.setValue(0, "[0 0 0 0;0 0 0 0;-0.1 0 0 0;0 0 0 0]");
         r.answer = 1;
@@ -276,6 +278,9 @@ TEST_F(DesignTest, FinalResultsTakeTheParameterAndThePerturbationFromTheDialogue
     owner.removeCbacks(AskParameters);
     EXPECT_NE(console.find("the number of input of Q are = 1"), std::string::npos);
     EXPECT_NE(console.find("closed loop poles of the Perturbed"), std::string::npos);
+    // The loop from the disturbance to two objectives is not square: no structuring.
+    EXPECT_NE(console.find("The closed loop extended system should be square\n"), std::string::npos);
+    EXPECT_NE(console.find("\nWarning, The algorithm was unable to compute a matrix\n"), std::string::npos);
     Object* control = Workspace::readModelFile("Control.dyn");
     ASSERT_NE(control, nil);
     EXPECT_EQ(static_cast<DynOp*>(control)->order(), plant->order() + 1);  // the state of Q added
@@ -320,6 +325,46 @@ TEST_F(DesignTest, TwoDegreesOfFreedomGiveTheSteadyGainOfTheReference) {
     EXPECT_NE(console.find("is two degree of freedom"), std::string::npos);
     EXPECT_NE(console.find("G = "), std::string::npos);
     EXPECT_EQ(console.find("is one degree of freedom"), std::string::npos);
+}
+
+}  // namespace
+
+namespace {
+
+// Structuring a square loop: the scaling, the norms before and after, and "reset" making it the
+// structuring matrix of the next design.
+void takeStructuring(Cback& cb) {
+    ParamRequest& r = *static_cast<ParamRequest*>(cb.callData->asObject());
+    if (std::string(r.title()) != "structuring the extended system") return;
+    r.setValue(r.fieldCount() - 1, r.fieldCount() == 2 ? "Experimental" : "reset");
+    r.answer = 1;
+}
+
+TEST_F(DesignTest, StructuringASquareLoopSetsTheNextStructuringMatrix) {
+    std::ofstream("plant.dyn") << fileText(std::string(TARN_EXAMPLES) + "/twomassx.dyn");
+    Integer owner;
+    owner.addCback(AskParameters, takeStructuring);
+    RobustControlDesign design;
+    design.setOwner(&owner);
+    design.setModelFileName("plant.dyn");
+    DesignParameters p;
+    p.tolerance = 1e-8;
+    p.iterations = 30;
+    p.useH2 = true;
+    std::string console = consoleOf([&] {
+        for (const char* phase : {"Step 1", "Step 2", "Final Results"}) {
+            p.choice = phase;
+            p.conObs = std::string(phase) == "Step 2" ? "Observer" : "Control";
+            EXPECT_GT(design.design(p), 0.0) << phase;
+        }
+    });
+    owner.removeCbacks(AskParameters);
+    EXPECT_NE(console.find(", the norm after structuring becomes "), std::string::npos);
+    EXPECT_NE(console.find("\nthe original norm was "), std::string::npos);
+    const Matrix& D = design.getStructuringMatrix();
+    ASSERT_EQ(D.rowNumber(), 2u);
+    EXPECT_EQ(D(1, 1), 1.0);  // the last channel is the reference of the scaling
+    EXPECT_GT(D(0, 0), 0.0);
 }
 
 }  // namespace
