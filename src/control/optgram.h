@@ -10,8 +10,8 @@
 #include "algebra/algebra.h"
 #include "algebra/matrix.h"
 #include "control/dynop.h"
-#include "quill/intarray.h"
 #include "quill/quillstr.h"
+#include "quill/unsarray.h"
 
 extern Class class_OptimumGramian;
 
@@ -21,7 +21,6 @@ extern Class class_OptimumGramian;
 // u = -H x~ - Hw w; L is the worst-case disturbance gain, w = T11 L x~ at the optimum.
 // The kind "Control" designs a state feedback; "Observer" the same on the dual system, and only
 // the words of the messages and the transposition of what is stored differ.
-// The index arrays are IntArrays: the object library has no unsigned array.
 class OptimumGramian : public Algebra {
     DECLARE_MEMBERS(OptimumGramian)
 public:
@@ -197,10 +196,10 @@ private:
     Matrix Hw;              // nc x nd
     DynOp* fullSystem = 0;  // owned: the normalised system in T coordinates
     double gamma = 1.0;
-    IntArray controlIndices;
+    UnsArray controlIndices;
     DynOp* subSystem = 0;  // owned
     Matrix R, Rprev;       // factors of the gramian
-    IntArray disturbanceIndices;
+    UnsArray disturbanceIndices;
     DynOp* conSubSystem = 0;  // owned: the controllable subsystem
     Matrix Qfactor;
     Matrix Hcon;  // nc x conn

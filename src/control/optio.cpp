@@ -67,8 +67,8 @@ OptimumGramian::OptimumGramian(std::istream& is, Object* where) : Algebra(is, wh
     fullSystem = readSystem(is);
     subSystem = readSystem(is);
     conSubSystem = readSystem(is);
-    readFrom(is, "IntArray", &controlIndices);
-    readFrom(is, "IntArray", &disturbanceIndices);
+    readFrom(is, "UnsArray", &controlIndices);
+    readFrom(is, "UnsArray", &disturbanceIndices);
     for (Matrix* m : {&transform, &H, &D12factor, &T11, &L, &Hw, &R, &Rprev, &Qfactor, &Hcon, &inputTransform,
                       &outputTransform})
         readFrom(is, "Matrix", m);

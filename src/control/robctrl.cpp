@@ -331,8 +331,8 @@ RobustControl::RobustControl(std::istream& is, Object* where) : Algebra(is, wher
     readFrom(is, "ExtendedSystem", &input);
     observerFirst = readNumber<std::int32_t>(is);
     noiseLevel = readNumber<double>(is);
-    readFrom(is, "IntArray", &controlIndices);
-    readFrom(is, "IntArray", &measureIndices);
+    readFrom(is, "UnsArray", &controlIndices);
+    readFrom(is, "UnsArray", &measureIndices);
     control = readDesign(is);
     observer = readDesign(is);
 }

@@ -9,7 +9,7 @@
 
 #include "algebra/algebra.h"
 #include "control/extsys.h"
-#include "quill/intarray.h"
+#include "quill/unsarray.h"
 
 class OptimumGramian;
 
@@ -107,8 +107,8 @@ private:
     ExtendedSystem input;
     OptimumGramian* control = 0;   // the first design, owned
     OptimumGramian* observer = 0;  // the second design, owned
-    IntArray measureIndices{0};
-    IntArray controlIndices{0};
+    UnsArray measureIndices{0};
+    UnsArray controlIndices{0};
     Object* owner = 0;
 };
 

@@ -18,6 +18,7 @@
 #include "quill/identdct.h"
 #include "quill/identset.h"
 #include "quill/intarray.h"
+#include "quill/unsarray.h"
 #include "quill/integer.h"
 #include "quill/language.h"
 #include "quill/lookupky.h"

@@ -96,6 +96,7 @@ TEST_F(DesignTest, NoiseWidensTheInputsAndTheDesignFileKeepsTheDesign) {
     });
     Algebra files;
     ASSERT_TRUE(files.storeToFile(rc, "RobustControl.rc"));
+    EXPECT_NE(fileText("RobustControl.rc").find(":UnsArray"), std::string::npos);
     Object* read = 0;
     ASSERT_TRUE(files.readFromFile(read, "RobustControl", "RobustControl.rc"));
     RobustControl& back = *static_cast<RobustControl*>(read);
