@@ -53,7 +53,7 @@ TextEditor::TextEditor(const char* name, CppWidget* parent, bool readOnly)
 }
 
 // Three fields under the menu bar, each after the button that uses it:
-// "Search", "Go to line", "Replace". Return in a field does the same.
+// "Search", "GoToLine", "Replace". Return in a field does the same.
 void TextEditor::buildFields() {
     CppForm& f = form();
     struct Field {
@@ -64,7 +64,7 @@ void TextEditor::buildFields() {
     };
     const Field fields[] = {
         {"Search", "SearchText", &searchText, cbackMethod<&TextEditor::searchAsked>},
-        {"Go to line", "GotoText", &gotoText, cbackMethod<&TextEditor::gotoAsked>},
+        {"GoToLine", "GotoText", &gotoText, cbackMethod<&TextEditor::gotoAsked>},
         {"Replace", "ReplaceText", &replaceText, cbackMethod<&TextEditor::replaceAsked>},
     };
     for (int i = 0; i < 3; ++i) {
