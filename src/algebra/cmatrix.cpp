@@ -5,10 +5,11 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
-#include <utility>
 #include <ostream>
+#include <utility>
 
 #include "quill/binstrm.h"
+#include "quill/objalloc.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
@@ -20,7 +21,7 @@ typedef std::complex<double> Cx;
 
 CMatrix::CMatrix() : data(1), rows(1), cols(1) {}
 
-CMatrix::CMatrix(unsigned r, unsigned c) : data(size_t(r) * c), rows(r), cols(c) {}
+CMatrix::CMatrix(unsigned r, unsigned c) : data(checkedElements(r, c, sizeof(Cx))), rows(r), cols(c) {}
 
 CMatrix::CMatrix(const Matrix& re) : CMatrix(re.rowNumber(), re.columnNumber()) {
     const double* x = re.elements();

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "quill/binstrm.h"
+#include "quill/objalloc.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
@@ -16,7 +17,10 @@ DEFINE_CLASS(PMatrix, Algebra, 1, 0)
 PMatrix::PMatrix() : data(1), rows(1), cols(1), sampling(0.0) {}
 
 PMatrix::PMatrix(unsigned r, unsigned c, double samplingTime)
-    : data(size_t(r) * c, Polynomial(0.0, samplingTime)), rows(r), cols(c), sampling(samplingTime) {}
+    : data(checkedElements(r, c, sizeof(Polynomial)), Polynomial(0.0, samplingTime)),
+      rows(r),
+      cols(c),
+      sampling(samplingTime) {}
 
 PMatrix::PMatrix(const Matrix& m, double samplingTime)
     : PMatrix(m.rowNumber(), m.columnNumber(), samplingTime) {

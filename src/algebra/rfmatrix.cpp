@@ -8,6 +8,7 @@
 
 #include "algebra/freqsrch.h"
 #include "quill/collectn.h"
+#include "quill/objalloc.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
 
@@ -39,8 +40,9 @@ const unsigned MAX_READ_ELEMENTS = 1u << 16;
 void RFMatrix::allocate(unsigned r, unsigned c) {
     rows = r;
     columns = c;
-    elements = new RationalFunction[size_t(r) * c > 0 ? size_t(r) * c : 1];
-    for (size_t k = 0, n = size_t(r) * c; k < n; ++k) elements[k] = RationalFunction(0.0, samplingTime);
+    size_t n = checkedElements(r, c, sizeof(RationalFunction));
+    elements = new RationalFunction[n > 0 ? n : 1];
+    for (size_t k = 0; k < n; ++k) elements[k] = RationalFunction(0.0, samplingTime);
 }
 
 void RFMatrix::copyFrom(const RFMatrix& m) {

@@ -92,6 +92,10 @@ int ArrayVar::constructorIndex(const OrderedCltn& types) const {
     return elementType->constructorIndex(element) == 1 ? 1 : -1;
 }
 
+double ArrayVar::storageEstimate() const {
+    return Variable::storageEstimate() + double(size) * (elementType->storageEstimate() + sizeof(Object*));
+}
+
 void ArrayVar::execConstructor(int index, const OrderedCltn& arguments, std::int32_t& errorFlag) {
     if (index != 0 && index != 1) {
         Variable::execConstructor(index, arguments, errorFlag);

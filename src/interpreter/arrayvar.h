@@ -31,6 +31,7 @@ public:
     Variable* execMethodCall(FuncDeclare* method, OrderedCltn& arguments, std::int32_t& errorFlag) override;
     String getValueString() const override;
     void printOn(std::ostream& os) const override;
+    double storageEstimate() const override;
     void deepenShallowCopy() override;
 
 private:

@@ -13,6 +13,7 @@
 #include "interpreter/varref.h"
 #include "quill/assoc.h"
 #include "quill/quillerr.h"
+#include "quill/stackgrd.h"
 
 DEFINE_CLASS(CodeParser, BaseParser, 1, 0)
 
@@ -270,4 +271,10 @@ int CodeParser::evalConstInt(Expression* expression, int silent) {
         return 0;
     }
     return Variable::intValue(value.get());
+}
+
+// The executer needs room for the same nesting, so parsing stops well before
+// the stack runs out.
+void CodeParser::checkNesting() {
+    if (stackRemaining() < 2 * STACK_RESERVE) error("Nesting too deep");
 }

@@ -65,6 +65,9 @@ public:
     [[noreturn]] void error(const String& message);
     // The value of a constant expression, converted by int's constructor; 0 without a value when silent.
     int evalConstInt(Expression* expression, int silent);
+    // A parse error when the nesting of statements or expressions leaves too
+    // little stack to parse and run the program.
+    void checkNesting();
 
 private:
     // --- Lexical level and tables (codepars.cpp) ---

@@ -8,6 +8,7 @@
 #include "interpreter/operator.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/varref.h"
+#include "quill/stackgrd.h"
 
 // The registers of the evaluation, the stack of lefts put aside, and the
 // member or method waiting for its '.' or '()'. What they hold at the end goes.
@@ -158,6 +159,10 @@ Variable* Executer::callFunction(FuncCall* call) {
     FuncDeclare* function = call->getFunction();
     if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) return callBuiltin(call);
     notify(call);
+    if (stackNearlyFull())
+        runtimeError(formatText("Recursion too deep: %s called at depth %u, the stack is exhausted",
+                                function->getName().asCharPointer(), frames.size()),
+                     call);
     OrderedCltn values;
     ContentsGuard guard(values);
     if (!bindArguments(function, call, values)) return 0;

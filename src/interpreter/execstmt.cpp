@@ -14,6 +14,7 @@
 #include "interpreter/varref.h"
 #include "quill/cback.h"
 #include "quill/quillerr.h"
+#include "quill/stackgrd.h"
 
 namespace {
 
@@ -114,8 +115,11 @@ Variable* Executer::execList(ListOfElement* list) {
     return 0;
 }
 
+// The guard leaves a recursion to the call's own check, which names the function.
 Variable* Executer::execBlock(BlockOfCode* block, Variable* returnType) {
     notify(block);
+    if (stackRemaining() < STACK_RESERVE / 2)
+        runtimeError("Blocks nested too deep, the stack is exhausted", block);
     pushScope();
     Variable* result = 0;
     const OrderedCltn& code = block->getCode();

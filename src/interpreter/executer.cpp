@@ -27,11 +27,14 @@ Executer::~Executer() noexcept(false) {
 
 // --- Entries ---
 
+// The frames go first, so that an error of another code leaves the executer
+// ready for the next run as well.
 String Executer::caughtMessage(TarnException* e) {
+    destroyFrames();
+    errorLocated = 0;
     if (e->code() != GENERICERR) throw e;
     String message = e->message();
     delete e;
-    errorLocated = 0;
     return message;
 }
 
@@ -51,7 +54,6 @@ String Executer::run(String& message, int& stoppedResult) {
             if (!stopped) ValueGuard::destroy(callFunction(&call));
         } catch (TarnException* e) {
             message = caughtMessage(e);
-            destroyFrames();
         }
     }
     if (errorFlag) stopped = 0;
@@ -84,7 +86,6 @@ Variable* Executer::callFunction(FuncDeclare* function, OrderedCltn& arguments, 
         result = runFunction(function, scope, false);
     } catch (TarnException* e) {
         message = caughtMessage(e);
-        destroyFrames();
     }
     if (errorFlag) stopped = 0;
     stoppedResult = stopped;
@@ -109,9 +110,7 @@ String Executer::evaluate(const String& source, const String& text) {
         ValueGuard::destroy(runFunction(parser->getMainFunction(), scope, true));
         keepResidentVariables(scope);
     } catch (TarnException* e) {
-        String message = caughtMessage(e);
-        destroyFrames();
-        return message;
+        return caughtMessage(e);
     }
     return String();
 }

@@ -136,7 +136,8 @@ private:
     void destroyGlobals();
     void makeGlobals();
     void registerBuiltins();
-    // The message of an error of code 18, the error deleted; any other code goes on.
+    // Destroys the frames and answers the message of an error of code 18, the
+    // error deleted; an error of any other code goes on.
     String caughtMessage(class TarnException* e);
 
     std::int32_t stopped;

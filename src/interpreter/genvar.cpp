@@ -75,6 +75,13 @@ void GenericVar::copyValues(const GenericVar& from, std::int32_t& errorFlag) {
     }
 }
 
+double GenericVar::storageEstimate() const {
+    double bytes = Variable::storageEstimate();
+    for (unsigned i = 0; fields && i < fields->size(); ++i)
+        bytes += static_cast<VarDeclare*>(fields->at(int(i)))->getType()->storageEstimate() + sizeof(Object*);
+    return bytes;
+}
+
 int GenericVar::constructorIndex(const OrderedCltn& types) const {
     if (types.size() == 0) return 0;
     return types.size() == 1 && sameType(dereference(argumentAt(types, 0))) ? 1 : -1;

@@ -26,6 +26,7 @@ public:
     Variable* doOperation(Variable* other, int op, int swapped) override;
     // 0 builds each field by its declaration; 1 copies a value of this type.
     int constructorIndex(const OrderedCltn& types) const override;
+    double storageEstimate() const override;
     void execConstructor(int index, const OrderedCltn& arguments, std::int32_t& errorFlag) override;
     VarDeclare* getMember(const String& memberName) const override;
     Variable* getMemberVar(const VarDeclare* member) override;

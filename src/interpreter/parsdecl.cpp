@@ -9,6 +9,7 @@
 #include "interpreter/genvar.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/varref.h"
+#include "quill/objalloc.h"
 
 // item -> typedeclaration | type declarators
 void CodeParser::parseTopLevel() {
@@ -79,7 +80,12 @@ Variable* CodeParser::parseDimensions(Variable* type) {
         String name = type->getType() + formatText("[%d]", n);
         Variable* array = lookupType(name, 1);
         if (!array) {
-            array = new ArrayVar(type, n);
+            std::unique_ptr<ArrayVar> made(new ArrayVar(type, n));
+            double bytes = made->storageEstimate();
+            if (bytes > double(allocationLimit()))
+                error(formatText("Array %s too big: about %.3g bytes, more than the limit of %lu",
+                                 name.asCharPointer(), bytes, (unsigned long)allocationLimit()));
+            array = made.release();
             types.atPut(new String(name), array);
         }
         type = array;

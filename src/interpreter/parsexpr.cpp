@@ -50,6 +50,7 @@ Expression* CodeParser::parseTypedExpression(OrderedCltn* types) {
 // primary -> prefixoperator primary | '++' leftvalue | '--' leftvalue | '(' expression ')'
 //          | identifier | literal
 void CodeParser::parsePrimary(Expression* expression) {
+    checkNesting();
     if (tokenKind == ScanIdentifier) {
         parseIdentifier(expression);
         return;

@@ -23,6 +23,7 @@ void CodeParser::parseStatements(Variable* returnType, bool& returned, bool inFo
 // break and continue are statements only inside a for. The statement leaves
 // its last token, a ';' or a '}', current.
 Statement* CodeParser::parseStatement(Variable* returnType, bool& returned, bool inFor) {
+    checkNesting();
     int statementLine = line;
     if (tokenKind == ScanIdentifier) {
         if (is("return")) return parseReturn(returnType, returned);

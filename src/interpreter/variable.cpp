@@ -73,6 +73,9 @@ Variable::~Variable() noexcept(false) {
     std::cerr.flush();
 }
 
+// A value, its name and its place in the list of live variables.
+double Variable::storageEstimate() const { return double(isA()->size()) + 64.0; }
+
 Variable* Variable::clone() const { return static_cast<Variable*>(deepCopy()); }
 
 void Variable::deepenShallowCopy() {

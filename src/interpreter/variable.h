@@ -68,6 +68,9 @@ public:
     virtual String getTemplateName(const OrderedCltn& values) const;
     virtual Variable* makeTemplate(const OrderedCltn& values) const;
     virtual String getValueString() const;  // the value for display
+    // Bytes a value of this type takes when constructed, roughly: what a
+    // declaration checks against the allocation limit before it builds one.
+    virtual double storageEstimate() const;
 
     Variable* clone() const;
     // Against a String, the name; otherwise identity.

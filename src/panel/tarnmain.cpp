@@ -205,6 +205,7 @@ const OptionLine optionLines[] = {
     {"-IDE_PATH dir", "root of the shared IDE"},
     {"-printClasses", "list the linked classes, their initors and terminators"},
     {"-deleteGlobals", "free the global tables at exit"},
+    {"-memoryLimit MiB", "refuse any single object above this size (default: a quarter of the memory)"},
     {"-traceOn", "trace every traced function"},
     {"-traceOff", "no trace output (wins over -traceOn)"},
     {"-traceFile file", "write the trace into an existing file"},

@@ -36,6 +36,7 @@
 #include "quill/set.h"
 #include "quill/sortedcl.h"
 #include "quill/stack.h"
+#include "quill/stackgrd.h"
 #include "quill/startup.h"
 #include "quill/substrng.h"
 #include "quill/symbol.h"

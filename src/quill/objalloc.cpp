@@ -3,11 +3,15 @@
 // overrun or foreign block is recognised when it is freed again.
 #include "quill/objalloc.h"
 
+#include <unistd.h>
+
+#include <climits>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <new>
 
 #include "quill/quillerr.h"
 
@@ -23,6 +27,8 @@ const size_t OVERHEAD = HEADER + TRAILER;
 const uint32_t GUARD_XOR = 0x55555555u;
 const uint32_t FREED = 0xAAAAAAAAu;
 const int MAX_TRACKED = 20000;
+// The guard words hold the block's size in 32 bits.
+const size_t MAX_BLOCK = size_t(UINT32_MAX) - OVERHEAD;
 
 unsigned long inUse = 0;
 bool trackPointers = false;
@@ -98,6 +104,15 @@ void forgetBlock(void* p, size_t n) {
     unlock();
 }
 
+// The default limit of one block: a quarter of the physical memory.
+size_t defaultLimit() {
+    long pages = sysconf(_SC_PHYS_PAGES), pageSize = sysconf(_SC_PAGESIZE);
+    if (pages <= 0 || pageSize <= 0) return size_t(1) << 30;
+    return size_t(pages) / 4 * size_t(pageSize);
+}
+
+size_t blockLimit = 0;  // 0 until set or first asked
+
 [[noreturn]] void outOfMemory(size_t n) {
     char available[100], request[100];
     snprintf(available, sizeof available, "out of memory: available %lu bytes\n", inUse);
@@ -109,7 +124,39 @@ void forgetBlock(void* p, size_t n) {
 
 AllocLockHook allocLock = 0, allocUnlock = 0;
 
+namespace {
+
+void newFailed() { setError(BADPTR, SEV_ERROR, "operator new", "out of memory", ""); }
+
+}  // namespace
+
+void installNewHandler() { std::set_new_handler(newFailed); }
+
+void removeNewHandler() { std::set_new_handler(nullptr); }
+
+size_t allocationLimit() {
+    if (!blockLimit) blockLimit = defaultLimit();
+    return blockLimit;
+}
+
+void setAllocationLimit(size_t bytes) { blockLimit = bytes; }
+
+void checkAllocation(size_t count, size_t size) {
+    size_t bytes = 0;
+    if (__builtin_mul_overflow(count, size, &bytes)) bytes = SIZE_MAX;
+    if (bytes > allocationLimit() || bytes > MAX_BLOCK)
+        setError(ALLOCFAIL, SEV_ERROR, (long)(bytes > LONG_MAX ? LONG_MAX : bytes));
+}
+
+size_t checkedElements(size_t rows, size_t cols, size_t elementSize) {
+    size_t count = 0;
+    if (__builtin_mul_overflow(rows, cols, &count)) count = SIZE_MAX;
+    checkAllocation(count, elementSize);
+    return count;
+}
+
 void* objectAlloc(size_t n) {
+    checkAllocation(n, 1);
     void* block = malloc(n + OVERHEAD);
     if (!block) outOfMemory(n);
     void* p = static_cast<char*>(block) + HEADER;
@@ -119,6 +166,7 @@ void* objectAlloc(size_t n) {
 }
 
 void* objectCalloc(size_t count, size_t size) {
+    checkAllocation(count, size);
     void* p = objectAlloc(count * size);
     memset(p, 0, count * size);
     return p;
@@ -148,10 +196,15 @@ void objectFree(void* p) {
 
 void* objectRealloc(void* p, size_t n) {
     checkPointer(p, "myrealloc", 0);
-    forgetBlock(p, sizeOf(p));
+    checkAllocation(n, 1);
+    size_t old = sizeOf(p);
     setHeadWord(p, FREED);
     void* block = realloc(blockOf(p), n + OVERHEAD);
-    if (!block) setError(BADPTR, SEV_ERROR, "realloc", "", "");
+    if (!block) {  // the old block stays the caller's, as it was
+        writeGuards(p, old);
+        setError(BADPTR, SEV_ERROR, "realloc", "", "");
+    }
+    forgetBlock(p, old);
     void* q = static_cast<char*>(block) + HEADER;
     writeGuards(q, n);
     recordBlock(q, n);

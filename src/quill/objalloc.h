@@ -4,6 +4,18 @@
 
 #include <cstddef>
 
+// The largest object: a quarter of the physical memory unless set. A block
+// is also refused above 4 GiB, which its guard words cannot hold. Larger
+// requests, and counts whose product overflows, raise ALLOCFAIL before
+// anything is allocated.
+size_t allocationLimit();
+// 0 restores the default.
+void setAllocationLimit(size_t bytes);
+// Raises ALLOCFAIL when count elements of size bytes exceed the limit.
+void checkAllocation(size_t count, size_t size);
+// rows * cols, after the check of that many elements of elementSize bytes.
+size_t checkedElements(size_t rows, size_t cols, size_t elementSize);
+
 void* objectAlloc(size_t n);
 void* objectCalloc(size_t count, size_t size);
 void* objectRealloc(void* p, size_t n);
@@ -18,6 +30,11 @@ void setTrackPointers(bool on);
 bool pointerOverflow();
 // Prints at most 300 records "Object <n> <text>" of the tracked pointers.
 void listTrackedPointers();
+
+// Makes a failed operator new raise the allocator's own error, so that
+// containers running out of memory unwind like everything else.
+void installNewHandler();
+void removeNewHandler();
 
 typedef void (*AllocLockHook)();
 extern AllocLockHook allocLock, allocUnlock;

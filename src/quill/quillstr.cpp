@@ -3,6 +3,7 @@
 
 #include <cctype>
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -30,6 +31,13 @@ const unsigned HASH_MODULUS = 51751;
 const unsigned STREAM_STRING_LIMIT = 1u << 26;
 
 char* newBuffer(unsigned n) { return static_cast<char*>(objectAlloc(n)); }
+
+// len + 1 + extra, refused when it does not fit the 32-bit sizes of a String.
+unsigned bufferSize(size_t len, size_t extra) {
+    size_t n = len + 1 + extra;
+    checkAllocation(n, 1);
+    return unsigned(n);
+}
 
 unsigned textLength(const char* t) { return t ? static_cast<unsigned>(std::strlen(t)) : 0; }
 
@@ -64,7 +72,7 @@ String::String() : p(newBuffer(1)), len(0), alloc(1) { p[0] = 0; }
 String::String(const char* text) : String(text, 0u) {}
 
 String::String(const char* text, unsigned extra) : len(textLength(text)) {
-    alloc = len + 1 + extra;
+    alloc = bufferSize(len, extra);
     p = newBuffer(alloc);
     if (len) std::memcpy(p, text, len);
     p[len] = 0;
@@ -73,7 +81,7 @@ String::String(const char* text, unsigned extra) : len(textLength(text)) {
 String::String(const String& s) : String(s, 0u) {}
 
 String::String(const String& s, unsigned extra) : Object(s), len(s.len) {
-    alloc = len + 1 + extra;
+    alloc = bufferSize(len, extra);
     p = newBuffer(alloc);
     std::memcpy(p, s.p, len + 1);
 }
@@ -81,7 +89,7 @@ String::String(const String& s, unsigned extra) : Object(s), len(s.len) {
 String::String(const SubString& s) : String(s, 0u) {}
 
 String::String(const SubString& s, unsigned extra) : len(s.length()) {
-    alloc = len + 1 + extra;
+    alloc = bufferSize(len, extra);
     p = newBuffer(alloc);
     if (len) std::memcpy(p, s.text(), len);
     p[len] = 0;
@@ -96,7 +104,7 @@ String::String(const Float& f) : String(formatText("%1.16g", f.value())) {}
 String::String(int count, char fill, size_t extra) : p(0), len(0), alloc(0) {
     QASSERT_TEXT(count >= 0, "String::String(int,char,size_t) must be called with 'int' >= 0");
     len = static_cast<unsigned>(count);
-    alloc = static_cast<unsigned>(len + 1 + extra);
+    alloc = bufferSize(len, extra);
     p = newBuffer(alloc);
     std::memset(p, fill, len);
     p[len] = 0;
@@ -222,8 +230,8 @@ String operator+(const char* text, const String& s) {
 
 void String::append(const char* t, unsigned n) {
     if (n == 0) return;
-    if (alloc <= len + n) {
-        unsigned newAlloc = alloc + n;
+    if (size_t(alloc) <= size_t(len) + n) {
+        unsigned newAlloc = bufferSize(alloc, n) - 1;  // alloc + n, checked
         if (t >= p && t < p + alloc) {
             char* q = newBuffer(newAlloc);
             std::memcpy(q, p, len);

@@ -3,9 +3,11 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <iostream>
 #include <string>
 #include <vector>
 
+#include "quill/objalloc.h"
 #include "quill/qclass.h"
 #include "quill/quillerr.h"
 #include "quill/quillsig.h"
@@ -98,13 +100,32 @@ bool findOption(const char* name, String& value) {
 
 // Start and stop
 
+namespace {
+
+// -memoryLimit MiB: the largest single object; a bad value keeps the default.
+void readMemoryLimit() {
+    String value;
+    if (!findOption("-memoryLimit", value)) return;
+    char* end = 0;
+    double mib = std::strtod(value.asCharPointer(), &end);
+    if (end == value.asCharPointer() || *end || !(mib >= 1))
+        std::cerr << "tarn: -memoryLimit wants a number of MiB, not \"" << value.asCharPointer() << "\""
+                  << std::endl;
+    else
+        setAllocationLimit(mib >= 1e12 ? SIZE_MAX : size_t(mib * 1024 * 1024));
+}
+
+}  // namespace
+
 int quillStart(int argc, char** argv, int installSignals) {
     if (classesInitialized) return -1;
     signalsInstalled = installSignals != 0;
     if (signalsInstalled) installSignalHandlers();
+    installNewHandler();
     setArgs(argc, argv);
     createErrorTable();
     deleteGlobalsAtExit = findFlag("-deleteGlobals");
+    readMemoryLimit();
     chooseHeadlessPlatform();
     if (toolkitInitHook) toolkitInitHook();
     readTraceOptions();
@@ -118,6 +139,7 @@ int quillStop(int code) {
     Class::terminate();
     if (toolkitTermHook) toolkitTermHook();
     disableTrace();
+    removeNewHandler();
     if (signalsInstalled) {
         signalsInstalled = false;
         removeSignalHandlers();

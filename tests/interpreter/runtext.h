@@ -9,6 +9,7 @@
 #include "interpreter/codepars.h"
 #include "interpreter/executer.h"
 #include "interpreter/runner.h"
+#include "quill/quillerr.h"
 
 struct ProgramRun {
     std::string out;      // what cout wrote
@@ -39,14 +40,20 @@ inline ProgramRun runFile(const std::string& path) {
     return ProgramRun{streams.out.str(), streams.err.str(), "", status};
 }
 
-// The text parsed and run by a parser and an executer of its own.
+// The text parsed and run by a parser and an executer of its own; an error of
+// the library that is not the language's own ends the run as in the runner.
 inline ProgramRun runText(const std::string& source) {
     CapturedStreams streams;
     CodeParser parser;
     Executer executer(&parser);
     String message = parser.parseText(source.c_str(), 1);
     int stopped = 0;
-    if (message.size() == 0) executer.run(message, stopped);
+    try {
+        if (message.size() == 0) executer.run(message, stopped);
+    } catch (TarnException* e) {
+        message = e->message();
+        delete e;
+    }
     return ProgramRun{streams.out.str(), streams.err.str(), message.asCharPointer(), stopped};
 }
 

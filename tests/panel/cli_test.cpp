@@ -172,9 +172,10 @@ TEST(CommandLineTest, helpListsEveryOptionAndExitsZero) {
         EXPECT_EQ(r.status, 0);
         EXPECT_EQ(r.err, "");
         for (const char* option :
-             {"-blockDiagram", "-interpreter", "-run", "-design", "-robustControlDesign", "-text", "-env",
-              "-JV_PATH", "-CC_PATH", "-DS_PATH", "-IDE_PATH", "-printClasses", "-deleteGlobals", "-traceOn",
-              "-traceOff", "-traceFile", "-traceLevel", "-dumpTrace", "-help"}) {
+             {"-blockDiagram", "-interpreter",  "-run",           "-design",      "-robustControlDesign",
+              "-text",         "-env",          "-JV_PATH",       "-CC_PATH",     "-DS_PATH",
+              "-IDE_PATH",     "-printClasses", "-deleteGlobals", "-memoryLimit", "-traceOn",
+              "-traceOff",     "-traceFile",    "-traceLevel",    "-dumpTrace",   "-help"}) {
             EXPECT_NE(r.out.find(std::string("\n  ") + option + " "), std::string::npos) << option << "\n"
                                                                                          << r.out;
         }
@@ -216,6 +217,19 @@ TEST(CommandLineTest, runModeRunsAProgramAndReportsItsErrors) {
         EXPECT_EQ(r.status, row.status);
         EXPECT_EQ(r.out, row.out);
         EXPECT_EQ(r.err, row.err);
+    }
+    // These two killed the process: a stack overflow, and a heap corrupted.
+    const std::pair<const char*, const char*> limits[] = {
+        {"int f(int n) { return f(n + 1) + 1; }\nint main() { return f(0); }",
+         "[RUN-TIME ERROR] Recursion too deep: f called at depth "},
+        {"int main() { int a[100000][100000]; return 0; }",
+         "[PARSE ERROR] Array int[100000][100000] too big"},
+    };
+    for (const auto& limit : limits) {
+        std::ofstream(path) << limit.first;
+        RunResult r = runTarn({"-run", path});
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.err.rfind(limit.second, 0), 0u) << r.err;
     }
     unlink(path);
     RunResult missing = runTarn({"-run", "/nonexistent/prog.cxx"});

@@ -199,6 +199,32 @@ TEST(AllocatorTest, ReportsBadFrees) {
 #endif
 }
 
+// Sizes that overflowed their arithmetic gave small blocks written far beyond
+// their end; sizes beyond the memory were touched until the system killed us.
+TEST(AllocatorTest, RefusesOverflowsAndSizesBeyondTheLimit) {
+    unsigned long before = bytesInUse();
+    size_t limit = allocationLimit();
+    EXPECT_GT(limit, 0u);
+    EXPECT_EQ(raisedText([] { objectCalloc(SIZE_MAX / 2, 4); }).find("[ALLOCFAIL] Not enough memory"), 0u);
+    EXPECT_EQ(raisedText([] { objectAlloc(size_t(1) << 33); }).find("[ALLOCFAIL]"), 0u);
+    setAllocationLimit(1000);
+    EXPECT_EQ(raisedText([] { objectAlloc(1001); }),
+              "[ALLOCFAIL] Not enough memory -- NEW failed: requested 1001 bytes");
+    void* p = objectAlloc(1000);
+    EXPECT_EQ(raisedText([&] { p = objectRealloc(p, 2000); }).find("[ALLOCFAIL]"), 0u);
+    EXPECT_EQ(raisedText([] { String(2000, 'x'); }).find("[ALLOCFAIL]"), 0u);
+    {
+        String grown("abc");
+        std::string more(1500, 'y');
+        EXPECT_EQ(raisedText([&] { grown += more.c_str(); }).find("[ALLOCFAIL]"), 0u);
+        EXPECT_STREQ(grown.asCharPointer(), "abc");
+    }
+    setAllocationLimit(0);
+    EXPECT_EQ(allocationLimit(), limit);
+    objectFree(p);  // the refused realloc left the block whole
+    EXPECT_EQ(bytesInUse(), before);
+}
+
 TEST(AllocatorTest, PointerTracking) {
     setTrackPointers(true);
     void* a = objectAlloc(8);
