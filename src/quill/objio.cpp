@@ -15,6 +15,7 @@
 #include "quill/qclass.h"
 #include "quill/quillerr.h"
 #include "quill/stack.h"
+#include "quill/stackgrd.h"
 
 namespace {
 
@@ -142,6 +143,8 @@ Class* readClassAt(unsigned number) { return CAST(Class, readClassTable->at(int(
 // object read into place is destroyed first: what it owned would be lost.
 template <class Stream>
 Object* prepareInstance(Stream& is, const Class& c, Object* where) {
+    // Objects nest by recursion: a stream nested beyond the stack is refused.
+    if (stackNearlyFull()) setError(RDFAIL, SEV_ERROR, "objects nested too deeply");
     if (where && validObject(where)) where->~Object();
     void* storage = where ? static_cast<void*>(where) : Object::operator new(c.size());
     return new (storage) Object(is, static_cast<Object*>(storage));

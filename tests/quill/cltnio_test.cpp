@@ -300,6 +300,16 @@ TEST_F(CltnioTest, TruncatedAndAbstractCollections) {
     EXPECT_NE(error.find("reader constructor"), std::string::npos) << error;
 }
 
+// Collections nested a million deep overflowed the stack of the reader.
+TEST_F(CltnioTest, NestingBeyondTheStackIsARefusedRead) {
+    std::string level = "#1{16 1 ";
+    std::string text = ":OrderedCltn." + sig(class_OrderedCltn) + "{16 1 ";
+    for (int i = 0; i < 1000000; ++i) text += level;
+    std::string error;
+    EXPECT_EQ(readMayFail([&] { return readText(text, &error); }), nullptr);
+    EXPECT_EQ(error, "[RDFAIL] Input stream read failed ... objects nested too deeply ...");
+}
+
 // A damaged count must end in an error at the end of the stream, and a
 // damaged capacity in a bounded allocation.
 TEST_F(CltnioTest, DamagedCountsAndCapacities) {
