@@ -141,9 +141,9 @@ public:
     Matrix parseMatrix(const char* text);
     void printNamed(const Matrix& m, const char* label);
     void printNamed(double x, const char* label);
-    // One object to or from a file as an object stream. storeToFile returns false when the
-    // file cannot be written; readFromFile gives nil in object and false when the file cannot
-    // be read or holds no className.
+    // One object to or from a file as an object stream. storeToFile replaces the file whole
+    // or not at all, and returns false, the reason on the console, when it cannot be written; readFromFile
+    // gives nil in object and false when the file cannot be read or holds no className.
     bool storeToFile(const Object& object, const char* fileName);
     bool readFromFile(Object*& object, const char* className, const char* fileName);
 

@@ -7,6 +7,7 @@
 
 #include "algebra/algebra.h"
 #include "quill/objio.h"
+#include "quill/safefile.h"
 
 WorkspaceLookup workspaceMatrixLookup = 0;
 
@@ -86,12 +87,11 @@ void Algebra::printNamed(double x, const char* label) {
     std::cout << label << " " << x << "\n" << std::flush;
 }
 
+// The file is replaced whole or not at all; why it could not be is shown on the console.
 bool Algebra::storeToFile(const Object& object, const char* fileName) {
-    std::ofstream os(fileName);
-    if (!os) return false;
-    bool stored = storeObject(os, object);
-    os.close();
-    return stored && !os.fail();
+    String failure = writeSafely(fileName, [&object](std::ostream& os) { storeObject(os, object); });
+    if (failure.size() > 0) std::cout << failure.asCharPointer() << std::endl;
+    return failure.size() == 0;
 }
 
 // A read error (another class in the file, a damaged file) is shown on the console.

@@ -30,6 +30,7 @@
 #include <iostream>
 
 #include "control/dynop.h"
+#include "quill/safefile.h"
 
 DEFINE_CLASS(LMI, Algebra, 1, 0)
 
@@ -216,8 +217,12 @@ std::vector<double> LMI::objective() const {
 // Each constraint matrix of the solver is the change of the blocks for one variable at 1; the
 // constant matrix keeps the blocks off the boundary by the margin.
 bool LMI::writeProblem(const char* fileName) const {
-    std::ofstream os(fileName);
-    if (!os) return false;
+    String failure = writeSafely(fileName, [this](std::ostream& os) { writeProblemOn(os); });
+    if (failure.size() > 0) std::cout << failure.asCharPointer() << std::endl;
+    return failure.size() == 0;
+}
+
+void LMI::writeProblemOn(std::ostream& os) const {
     os.precision(17);
     unsigned m = variableCount();
     std::vector<double> y(m, 0.0);
@@ -238,7 +243,6 @@ bool LMI::writeProblem(const char* fileName) const {
         for (unsigned k = 0; k < blocks.size(); ++k) blocks[k] -= base[k];
         writeEntries(os, i + 1, blocks);
     }
-    return bool(os);
 }
 
 // Reading back

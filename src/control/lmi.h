@@ -50,6 +50,7 @@ private:
     bool isStable(const Matrix& closedLoopA);
     int solve();
     bool writeProblem(const char* fileName) const;
+    void writeProblemOn(std::ostream& os) const;
     bool readBack(const std::vector<double>& y, double gap);
     int fail(int code) const;
 

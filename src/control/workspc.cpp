@@ -13,6 +13,7 @@
 #include "quill/lookupky.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
+#include "quill/safefile.h"
 
 namespace {
 void initWorkspace(Class* c);
@@ -71,8 +72,9 @@ String& directory() {
     return text;
 }
 
-std::ofstream*& script() {
-    static std::ofstream* file = 0;
+// The script is written beside its old version and replaces it when closed.
+SafeFile*& script() {
+    static SafeFile* file = 0;
     return file;
 }
 
@@ -109,9 +111,13 @@ void Workspace::writeMatlab(const Object& object, const char* name, double sampl
             return;
         }
         std::string path = std::string(matlabDirectory()) + "/TarnOut.m";
-        script() = new std::ofstream(path.c_str());
+        String failure = errorTextOf([&path] { script() = new SafeFile(path.c_str()); });
+        if (failure.size() > 0) {
+            std::cout << failure.asCharPointer() << std::endl;
+            return;
+        }
     }
-    std::ostream& os = *script();
+    std::ostream& os = script()->stream();
     if (object.isKindOf(class_DynOp))
         writeSystem(os, static_cast<const DynOp&>(object), name, samplingTime);
     else if (object.isKindOf(class_Matrix))
@@ -122,6 +128,9 @@ void Workspace::writeMatlab(const Object& object, const char* name, double sampl
 }
 
 void Workspace::closeMatlab() {
+    if (!script()) return;
+    String failure = script()->commitOrMessage();
+    if (failure.size() > 0) std::cout << failure.asCharPointer() << std::endl;
     delete script();
     script() = 0;
 }

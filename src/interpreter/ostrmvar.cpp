@@ -1,10 +1,6 @@
 // OstreamVar: writing values, endl, file streams and their closing; the globals cout and endl.
 #include "interpreter/ostrmvar.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <fstream>
 #include <iostream>
 
 #include "interpreter/funcdecl.h"
@@ -12,6 +8,8 @@
 #include "interpreter/intvar.h"
 #include "interpreter/operator.h"
 #include "interpreter/stringvr.h"
+#include "quill/quillerr.h"
+#include "quill/safefile.h"
 
 namespace {
 
@@ -40,23 +38,31 @@ bool isEndl(const Variable* v) {
 
 DEFINE_CLASS(OstreamVar, Variable, 1, registerOstream)
 
-OstreamVar::OstreamVar() : stream(0), ownsStream(0) {}
+OstreamVar::OstreamVar() : stream(0), ownsStream(0), file(0) {}
 
 OstreamVar::OstreamVar(const String& name, std::ostream* stream)
-    : Variable(name), stream(stream), ownsStream(0) {}
+    : Variable(name), stream(stream), ownsStream(0), file(0) {}
 
-OstreamVar::~OstreamVar() noexcept(false) { closeStream(); }
+// A file that cannot be put in place says so, since no statement is left to fail.
+OstreamVar::~OstreamVar() noexcept(false) {
+    String failure = closeStream();
+    if (failure.size() > 0) std::cerr << failure.asCharPointer() << std::endl;
+}
 
 void OstreamVar::deepenShallowCopy() {
     Variable::deepenShallowCopy();
     ownsStream = 0;
+    file = 0;
 }
 
-void OstreamVar::closeStream() {
-    if (!ownsStream) return;
-    delete stream;
+String OstreamVar::closeStream() {
+    if (!ownsStream) return String();
+    String failure = file->commitOrMessage();
+    delete file;
+    file = 0;
     stream = 0;
     ownsStream = 0;
+    return failure;
 }
 
 const String& OstreamVar::getType() const {
@@ -91,15 +97,11 @@ void OstreamVar::execConstructor(int index, const OrderedCltn& arguments, std::i
         return;
     }
     const String& fileName = static_cast<StringVar*>(dereference(argumentAt(arguments, 0)))->getValue();
-    closeStream();
-    int fd = ::open(fileName.asCharPointer(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    if (fd >= 0) ::close(fd);
-    std::ofstream* file = new std::ofstream(fileName.asCharPointer(), std::ios::out | std::ios::trunc);
-    if (fd < 0 || !*file) {
-        delete file;
-        typeError(String("Cannot open the file ") + fileName + " for writing");
-    }
-    stream = file;
+    String failure = closeStream();
+    if (failure.size() > 0) typeError(failure);
+    failure = errorTextOf([&] { file = new SafeFile(fileName.asCharPointer(), 0644); });
+    if (failure.size() > 0) typeError(String("Cannot open the file ") + fileName + " for writing");
+    stream = &file->stream();
     ownsStream = 1;
 }
 
@@ -112,6 +114,7 @@ FuncDeclare* OstreamVar::getMethod(const String& methodName, const OrderedCltn& 
 Variable* OstreamVar::execMethodCall(FuncDeclare* method, OrderedCltn& arguments, std::int32_t& errorFlag) {
     if (method != methods().at(0)) return Variable::execMethodCall(method, arguments, errorFlag);
     bool owned = ownsStream != 0;
-    closeStream();
+    String failure = closeStream();
+    if (failure.size() > 0) typeError(failure);
     return new IntVar(owned ? 1 : 0);
 }

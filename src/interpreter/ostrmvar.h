@@ -6,6 +6,8 @@
 
 #include "interpreter/variable.h"
 
+class SafeFile;
+
 extern Class class_OstreamVar;
 
 // << is its one operator: endl writes a new-line and flushes, anything else
@@ -22,7 +24,8 @@ public:
     int getLevel() const override { return 200; }
     Variable* getOperationType(Variable* other, int op, int swapped) override;
     Variable* doOperation(Variable* other, int op, int swapped) override;
-    // 1: a new file of that name, created with mode 644, owned.
+    // 1: a new file of that name, mode 644, owned; it replaces the old file
+    // whole when closed, by close() or at the end of the variable.
     int constructorIndex(const OrderedCltn& types) const override;
     void execConstructor(int index, const OrderedCltn& arguments, std::int32_t& errorFlag) override;
     // close(): an owned stream is closed, 1; 0 otherwise.
@@ -32,10 +35,12 @@ public:
     void deepenShallowCopy() override;
 
 private:
-    void closeStream();
+    // Puts an owned file in place; the message of a failure, empty otherwise.
+    String closeStream();
 
     std::ostream* stream;
     std::int32_t ownsStream;
+    SafeFile* file;  // the owned file, written beside its old version until closed
 };
 
 #endif

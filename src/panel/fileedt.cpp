@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "quill/cback.h"
+#include "quill/safefile.h"
 #include "trellis/ask.h"
 #include "trellis/filemenu.h"
 #include "trellis/menu.h"
@@ -78,12 +79,10 @@ void FileEditor::readFile(Cback& cb) {
 
 void FileEditor::writeFile(Cback& cb) {
     setStatus((String("Saving file ") + fileName()).asCharPointer());
-    std::ofstream out(cb.callData->asCharPointer(), std::ios::binary);
     String content = getText();
-    out.write(content.asCharPointer(), content.size());
-    out.close();
     // A failed write leaves no file, which the menu reports.
-    if (!out) std::remove(cb.callData->asCharPointer());
+    writeSafely(cb.callData->asCharPointer(),
+                [&content](std::ostream& out) { out.write(content.asCharPointer(), content.size()); });
     setStatus("");
     cbackOn(SaveEditor);
 }

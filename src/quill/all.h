@@ -13,12 +13,11 @@
 #include "quill/dictnary.h"
 #include "quill/filename.h"
 #include "quill/filestrm.h"
-#include "quill/indent.h"
 #include "quill/heap.h"
 #include "quill/identdct.h"
 #include "quill/identset.h"
+#include "quill/indent.h"
 #include "quill/intarray.h"
-#include "quill/unsarray.h"
 #include "quill/integer.h"
 #include "quill/language.h"
 #include "quill/lookupky.h"
@@ -32,6 +31,7 @@
 #include "quill/quillsig.h"
 #include "quill/quillstr.h"
 #include "quill/random.h"
+#include "quill/safefile.h"
 #include "quill/seqcltn.h"
 #include "quill/set.h"
 #include "quill/sortedcl.h"
@@ -41,5 +41,6 @@
 #include "quill/substrng.h"
 #include "quill/symbol.h"
 #include "quill/trace.h"
+#include "quill/unsarray.h"
 
 #endif

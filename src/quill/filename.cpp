@@ -3,12 +3,14 @@
 
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstring>
+#include <fstream>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "quill/quillerr.h"
+#include "quill/safefile.h"
 
 namespace {
 
@@ -49,11 +51,6 @@ const char* lastWord(const char* name) {
 const char* extensionDot(const char* word) {
     const char* dot = std::strrchr(word, '.');
     return dot && dot != word ? dot : 0;
-}
-
-void closeBoth(FILE* in, FILE* out) {
-    if (in) std::fclose(in);
-    if (out) std::fclose(out);
 }
 
 [[noreturn]] void cannotOpen(const char* name) {
@@ -99,21 +96,12 @@ String extensionPart(const char* name) {
 void fileCopy(const char* from, const char* to) {
     if (!from) from = "";
     if (!to) to = "";
-    FILE* in = std::fopen(from, "rb");
+    std::ifstream in(from, std::ios::binary);
     if (!in) cannotOpen(from);
-    FILE* out = std::fopen(to, "wb");
-    if (!out) {
-        closeBoth(in, 0);
-        cannotOpen(to);
-    }
+    // The copy replaces the target whole, or leaves it as it was.
+    std::unique_ptr<SafeFile> out;
+    if (errorTextOf([&] { out.reset(new SafeFile(to)); }).size() > 0) cannotOpen(to);
     char buffer[8192];
-    size_t n;
-    bool failed = false;
-    while (!failed && (n = std::fread(buffer, 1, sizeof buffer, in)) > 0)
-        failed = std::fwrite(buffer, 1, n, out) != n;
-    failed = failed || std::ferror(in);
-    std::fclose(in);
-    // Buffered writes may fail only when the file is closed.
-    failed = std::fclose(out) != 0 || failed;
-    if (failed) copyFailed(from, to);
+    while (in.read(buffer, sizeof buffer) || in.gcount() > 0) out->stream().write(buffer, in.gcount());
+    if (in.bad() || errorTextOf([&] { out->commit(); }).size() > 0) copyFailed(from, to);
 }

@@ -81,6 +81,20 @@ private:
     int severity_;
 };
 
+// Runs action; answers the text of the library's error that it raised, the
+// error deleted, or an empty text when it raised none.
+template <class Action>
+String errorTextOf(Action action) {
+    try {
+        action();
+    } catch (TarnException* e) {
+        String message = e->message();
+        delete e;
+        return message;
+    }
+    return String();
+}
+
 // Formats the text of code with the arguments and throws a new TarnException.
 // An unknown code raises BADERRNUM instead.
 [[noreturn]] void setError(int code, int severity, ...);

@@ -11,6 +11,7 @@
 
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
+#include "quill/safefile.h"
 #include "quill/set.h"
 #include "quill/startup.h"
 
@@ -26,10 +27,15 @@ const char* const TRACE_FILE_NAME = "g__trace";
 const int VERSION_MAJOR = 2, VERSION_MINOR = 4, VERSION_PATCH = 0;
 
 Set* names = 0;
-std::ofstream* ownedTraceFile = 0;  // the -traceFile stream, closed when replaced
+// The -traceFile file, written beside the old one and put in its place when
+// the trace ends or goes elsewhere.
+SafeFile* ownedTraceFile = 0;
 
 void useStandardOutput() {
     traceStream = &std::cout;
+    if (!ownedTraceFile) return;
+    String failure = ownedTraceFile->commitOrMessage();
+    if (failure.size() > 0) std::cerr << failure.asCharPointer() << std::endl;
     delete ownedTraceFile;
     ownedTraceFile = 0;
 }
@@ -41,13 +47,8 @@ void clearTraceNames() {
 // -traceFile: only a file that exists already takes the output.
 void openTraceFile(const char* fileName) {
     if (!std::ifstream(fileName)) return;
-    std::ofstream* file = new std::ofstream(fileName);
-    if (!*file) {
-        delete file;
-        return;
-    }
-    ownedTraceFile = file;
-    traceStream = file;
+    if (errorTextOf([fileName] { ownedTraceFile = new SafeFile(fileName); }).size() > 0) return;
+    traceStream = &ownedTraceFile->stream();
 }
 
 // Reads a level from text; answers false when text holds no number.
@@ -160,7 +161,10 @@ void readTraceOptions() {
     dumpTrace = dump;
 }
 
-void disableTrace() { traceLevel = TRACE_DISABLED; }
+void disableTrace() {
+    traceLevel = TRACE_DISABLED;
+    useStandardOutput();
+}
 
 GlobalTracer::GlobalTracer(const char* name, int level) : name_(name), written_(false) {
     if (traceLevel > TRACE_LEVEL_START) return;

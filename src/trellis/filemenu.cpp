@@ -196,9 +196,11 @@ bool FileMenu::save() {
         showMessage((String("Write error on ") + name).asCharPointer(), "Error", MESSAGE_ERROR);
         return false;
     }
+    // The backup is a second name of the old file, so that the file's own name
+    // never goes missing: the rename below replaces it in one step.
     if (exists(path)) {
         std::remove(backup.asCharPointer());
-        if (std::rename(path, backup.asCharPointer()) != 0) {
+        if (link(path, backup.asCharPointer()) != 0 && std::rename(path, backup.asCharPointer()) != 0) {
             showMessage(formatText("Write error on file %s, %s", path, std::strerror(errno)), "Error",
                         MESSAGE_ERROR);
             return false;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "quill/orderedc.h"
+#include "quill/safefile.h"
 #include "trellis/ask.h"
 #include "trellis/cppgc.h"
 #include "trellis/drawicon.h"
@@ -91,11 +92,15 @@ void GifDrawer::paint(const OrderedCltn& icons, bool fillBackground) {
 }
 
 bool GifDrawer::close() {
-    FILE* out = std::fopen(fileName.asCharPointer(), "wb");
-    if (out) {
-        gdImageGif(image, out);
-        if (std::fclose(out) == 0) return true;
-    }
+    int size = 0;
+    void* gif = gdImageGifPtr(image, &size);
+    if (!gif) errno = ENOMEM;
+    String failure =
+        !gif ? String("no image") : writeSafely(fileName.asCharPointer(), [gif, size](std::ostream& out) {
+            out.write(static_cast<const char*>(gif), size);
+        });
+    gdFree(gif);
+    if (failure.size() == 0) return true;
     showMessage(formatText("Write error on file %s, %s", fileName.asCharPointer(), std::strerror(errno)),
                 "Error", MESSAGE_ERROR);
     return false;

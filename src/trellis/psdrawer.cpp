@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "quill/orderedc.h"
+#include "quill/safefile.h"
 #include "quill/set.h"
 #include "trellis/ask.h"
 #include "trellis/cppgc.h"
@@ -223,9 +224,9 @@ bool PostscriptDrawer::close() {
     text += "\nshowpage\n%%Trailer\n";
     String table = colorTable();
     if (colorTableAt >= 0) text.replaceRange(unsigned(colorTableAt), 0, table.asCharPointer(), table.size());
-    std::ofstream out(fileName.asCharPointer(), std::ios::binary);
-    if (out) out.write(text.asCharPointer(), text.size());
-    if (!out) {
+    String failure = writeSafely(fileName.asCharPointer(),
+                                 [this](std::ostream& out) { out.write(text.asCharPointer(), text.size()); });
+    if (failure.size() > 0) {
         showMessage(formatText("Write error on file %s, %s", fileName.asCharPointer(), std::strerror(errno)),
                     "Error", MESSAGE_ERROR);
         return false;

@@ -6,7 +6,7 @@
 
 #include <fstream>
 
-#include "../quill/testutil.h"
+#include "../quill/killwrit.h"
 #include "ctltest.h"
 
 namespace {
@@ -215,6 +215,14 @@ TEST_F(LMITest, StatesTheObjectivesDoNotSeeGetNoFeedback) {
         EXPECT_TRUE(p.stable(lmi.getH()));
         EXPECT_LT(p.peak(lmi.getH()), 2.0);
     }
+}
+
+TEST_F(LMITest, AKilledProblemWriterLeavesTheOldFile) {
+    LMI lmi = scalar(-1.0).lmi();
+    std::string path = directory + "/lmi.txt";
+    EXPECT_EQ(oldFileSurvives(
+                  path, [&] { consoleOf([&] { lmi.solveMinimum(true); }); }, 16),
+              "");
 }
 
 TEST_F(LMITest, ProblemFileAndRefusals) {

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "../quill/testutil.h"
+#include "../quill/killwrit.h"
 #include "ctltest.h"
 #include "quill/all.h"
 
@@ -88,6 +88,24 @@ TEST_F(WorkspaceTest, MatlabScriptLines) {
     Workspace::writeMatlab(mat(1, 1, {7}), "M");
     Workspace::closeMatlab();
     EXPECT_EQ(fileText(path("TarnOut.m")), "M  [\n               7\n];\n");
+}
+
+// Both were written in place: a full disk or a killed process lost the old file.
+TEST_F(WorkspaceTest, KilledWritersOfScriptsAndModelsLeaveTheOldFile) {
+    Matrix big(100, 100);
+    Workspace::setMatlabDirectory(directory.c_str());
+    EXPECT_EQ(oldFileSurvives(path("TarnOut.m"),
+                              [&] {
+                                  Workspace::writeMatlab(big, "M");
+                                  Workspace::closeMatlab();
+                              }),
+              "");
+    EXPECT_EQ(
+        oldFileSurvives(path("plant.dyn"),
+                        [&] { consoleOf([&] { Algebra().storeToFile(big, path("plant.dyn").c_str()); }); }),
+        "");
+    std::string console = consoleOf([&] { Algebra().storeToFile(big, "/dev/full"); });
+    EXPECT_EQ(console, "[CANNOT_WRITE] cannot write file /dev/full: No space left on device\n");
 }
 
 TEST_F(WorkspaceTest, MatlabWithoutDirectoryWarnsEachTime) {

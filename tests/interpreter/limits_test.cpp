@@ -1,9 +1,11 @@
-// Programs that used to kill the process: endless recursion, deep nesting and
-// values too big for the memory end with a message, and the executer lives on.
+// Programs that used to kill the process or lose a file: endless recursion,
+// deep nesting and values too big for the memory end with a message, and the
+// executer lives on; a file stream killed part-way leaves the old file.
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "../quill/killwrit.h"
 #include "quill/objalloc.h"
 #include "runtext.h"
 
@@ -70,6 +72,18 @@ TEST(LimitsTest, valuesBeyondTheMemoryLimitAreRefused) {
         EXPECT_TRUE(contains(run.message, row.message)) << run.message;
     }
     setAllocationLimit(before);
+}
+
+TEST(LimitsTest, aKilledOutputStreamLeavesTheOldFile) {
+    std::string path = "/tmp/tarn_limits_ostream.txt";
+    std::string program = "int main() { ostream out(\"" + path +
+                          "\"); int i; for (i = 0; i < 1000; i++) out << \"a line of the new file\" << endl; "
+                          "out.close(); return 0; }\n";
+    EXPECT_EQ(oldFileSurvives(path, [&] { runText(program); }), "");
+    ProgramRun run = runText(program);
+    EXPECT_EQ(run.message, "");
+    EXPECT_EQ(fileText(path).size(), 23000u);
+    std::remove(path.c_str());
 }
 
 TEST(LimitsTest, theLimitIsSetByTheLibrary) {

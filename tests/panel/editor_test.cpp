@@ -8,7 +8,7 @@
 #include <sstream>
 #include <string>
 
-#include "../quill/testutil.h"
+#include "../quill/killwrit.h"
 #include "../trellis/trltest.h"
 #include "panel/fileedt.h"
 #include "panel/textshow.h"
@@ -148,6 +148,14 @@ TEST_F(EditorTest, dirtyAfterAChangeCleanAfterLoadAndSave) {
     EXPECT_FALSE(e.isModified());
     EXPECT_EQ("new alpha beta\ngamma beta\ndelta\n", str(e.getText()));
     EXPECT_EQ((std::vector<std::string>{"SaveEditor", "LoadEditor"}), journal);
+}
+
+TEST_F(EditorTest, aKilledSaveLeavesTheOldFile) {
+    FileEditor& e = open(file);
+    e.setText(std::string(100000, 'x').c_str());
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(oldFileSurvives(file, [&] { e.save(); }), "");
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Write error on " + file), std::string::npos);
 }
 
 TEST_F(EditorTest, closingAnUnchangedFileAsksNothing) {

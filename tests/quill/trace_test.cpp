@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "killwrit.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
 #include "quill/set.h"
@@ -117,12 +118,22 @@ TEST_F(TraceTest, OptionsAndTraceFileSetLevelNamesAndAllFunctions) {
     };
     const Row rows[] = {
         {"nothing at all: level 0, every name", {}, NO_FILE, 0, true, {}},
-        {"-traceOn traces everything; the file isn't read", {"-traceOn"}, "#tracelevel 3\nf\n", -1, false, {}},
+        {"-traceOn traces everything; the file isn't read",
+         {"-traceOn"},
+         "#tracelevel 3\nf\n",
+         -1,
+         false,
+         {}},
         {"-traceOff wins over -traceOn", {"-traceOn", "-traceOff"}, NO_FILE, 0x7FFFFFFF, false, {}},
         {"-traceOff wins whatever the order", {"-traceOff", "-traceOn"}, "f\n", 0x7FFFFFFF, false, {}},
         {"-traceLevel wins over -traceOn", {"-traceOn", "-traceLevel", "4"}, NO_FILE, 4, true, {}},
         {"negative -traceLevel", {"-traceLevel", "-3"}, NO_FILE, -3, true, {}},
-        {"-traceLevel keeps the file's level out", {"-traceLevel", "5"}, "#tracelevel 3\nf\n", 5, false, {"f"}},
+        {"-traceLevel keeps the file's level out",
+         {"-traceLevel", "5"},
+         "#tracelevel 3\nf\n",
+         5,
+         false,
+         {"f"}},
         {"comment with tracelevel sets the level", {}, "#tracelevel 3\n", 3, false, {}},
         {"directive behind '/' and blanks", {}, "/ level 2\n", 2, false, {}},
         {"first level in the file wins", {}, "#level 4\n#level 7\n", 4, false, {}},
@@ -216,6 +227,17 @@ TEST_F(TraceTest, TraceFileTakesTheOutputOnlyWhenItExists) {
     std::stringstream text;
     text << in.rdbuf();
     EXPECT_EQ(text.str(), "0 TarnTRACE, Begin  f\n0 TarnTRACE, End    f\n");
+}
+
+TEST_F(TraceTest, AKilledTraceLeavesTheOldFile) {
+    std::string path = std::filesystem::absolute("present.txt");
+    EXPECT_EQ(oldFileSurvives(path,
+                              [&] {
+                                  readWith({"-traceFile", path, "-traceLevel", "0"});
+                                  for (int i = 0; i < 1000; ++i) GlobalTracer t("f", 0);
+                                  readWith({});
+                              }),
+              "");
 }
 
 TEST_F(TraceTest, DumpTraceRecordsEveryNameMet) {

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "../quill/killwrit.h"
 #include "quill/orderedc.h"
 #include "trellis/cppgc.h"
 #include "trellis/drawprim.h"
@@ -55,6 +56,24 @@ TEST(GifTest, fileReadsBackWithItsSizeAndColours) {
     EXPECT_EQ((Rgb{255, 255, 0}), (Rgb{gdImageRed(image, 0), gdImageGreen(image, 0), gdImageBlue(image, 0)}));
     gdImageDestroy(image);
     std::remove(name);
+}
+
+// A print written in place was lost with the process that wrote it.
+TEST(GifTest, aKilledPrintLeavesTheOldFile) {
+    OrderedCltn icons;
+    icons.add(*new DrawLine(0, 40, 100, 0, "blue"));
+    for (PrintOptions::Kind kind : {PrintOptions::GIF, PrintOptions::POSTSCRIPT}) {
+        PrintOptions options;
+        options.kind = kind;
+        options.fileName = kind == PrintOptions::GIF ? "/tmp/tarn_gif_killed.gif" : "/tmp/tarn_gif_killed.ps";
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(oldFileSurvives(options.fileName.asCharPointer(),
+                                  [&] { printDrawing(icons, FloatRect(0, 0, 100, 50), options); }),
+                  "");
+        EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+        std::remove(options.fileName.asCharPointer());
+    }
+    icons.deleteContents();
 }
 
 TEST(GifTest, moreThanTheImagesColoursIsReported) {
