@@ -51,6 +51,29 @@ typedef Object* (*ReadFilter)(Object* ob);
 StoreFilter setStoreFilter(StoreFilter f);
 ReadFilter setReadFilter(ReadFilter f);
 
+// Runs the reading of a stream constructor; when it raises, undo frees what
+// the constructor had allocated, as a constructor that fails runs no destructor.
+template <class Read, class Undo>
+void readOrUndo(Read read, Undo undo) {
+    try {
+        read();
+    } catch (...) {
+        undo();
+        throw;
+    }
+}
+
+// A member that may be absent is stored as nil and read back as null.
+template <class Stream>
+void storeOptional(Stream& os, const Object* ob) {
+    (ob ? ob : nil)->storeOn(os);
+}
+template <class Stream>
+Object* readOptional(Stream& is) {
+    Object* read = readFrom(is);
+    return read == nil ? 0 : read;
+}
+
 // Quoted strings of the text form: braces and control characters escaped.
 void writeQuoted(std::ostream& os, const char* text, unsigned length);
 // Reads a quoted string into a buffer of the object allocator that starts at
@@ -70,6 +93,15 @@ Number readNumber(std::istream& is) {
     Number n = 0;
     is >> n;
     checkStream(is);
+    return n;
+}
+
+// A number of the binary form, in the width of its type, so that readers
+// written over either stream read their fields alike.
+template <class Number>
+Number readNumber(BinIstream& is) {
+    Number n = 0;
+    is >> n;
     return n;
 }
 
