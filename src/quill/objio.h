@@ -34,7 +34,8 @@ Object* readFromString(String& errorText, const char* buffer, const char* classN
 Object* readFromString(String& errorText, const char* buffer, const Class& expected, Object* where = nil);
 String lastReadError();
 
-// Nested reads from a stream constructor, and abandoned reads.
+// Nested reads from a stream constructor, and abandoned reads: reset deletes
+// what the abandoned read had made.
 void pushReadEnvironment();
 void popReadEnvironment();
 void resetReadEnvironment();
@@ -42,6 +43,10 @@ void resetReadEnvironment();
 void replaceReadObject(Object* oldOb, Object* newOb);
 // Deletes ob when the top-level read ends.
 void addToReadTrash(Object* ob);
+// ob, read by the read in progress, now belongs to something outside it:
+// should the read fail, ob is not deleted with the rest. Object's destructor
+// releases every object, so that a failed read never deletes one twice.
+void releaseReadObject(const Object* ob);
 bool isBeingRead(const Object* ob);
 
 // A store filter that answers non-zero skips the object; a read filter may

@@ -124,8 +124,7 @@ void readDamaged(const std::string& text, bool binary) {
     unsigned long before = bytesInUse();
     std::istringstream is(text);
     BinIstream bis(is);
-    Object* ob =
-        readMayFail([&] { return binary ? readFromChecked(error, bis) : readFromChecked(error, is); });
+    Object* ob = binary ? readFromChecked(error, bis) : readFromChecked(error, is);
     if (ob) {
         EXPECT_TRUE(validObject(ob));
         if (ob != nil) deepDelete(ob);

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <sstream>
 #include <string>
 
@@ -41,10 +40,5 @@ inline Object* readBinary(const std::string& bytes, std::string* error = 0, cons
     if (error) *error = errorText.asCharPointer();
     return ob;
 }
-
-// Runs a read that may stop part-way. What a failed read had read is left
-// unreachable, as the object streams leave it: tests/lsan.supp names this
-// function, so that the leak checker passes over those objects and no others.
-[[gnu::noinline]] inline Object* readMayFail(const std::function<Object*()>& read) { return read(); }
 
 #endif
