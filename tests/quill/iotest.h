@@ -41,4 +41,15 @@ inline Object* readBinary(const std::string& bytes, std::string* error = 0, cons
     return ob;
 }
 
+// Damages the count of width bytes at offset of a binary stream to a huge
+// value: the read ends short of data, without a huge allocation.
+inline void expectDamagedBinaryCountFails(std::string bytes, size_t offset, size_t width) {
+    bytes.replace(offset, width, width, '\xee');
+    unsigned long before = bytesInUse();
+    std::string error;
+    EXPECT_EQ(readBinary(bytes, &error), nullptr);
+    EXPECT_TRUE(error.rfind("[RDEOF]", 0) == 0 || error.rfind("[READBINUNDFL]", 0) == 0) << error;
+    EXPECT_LT(bytesInUse(), before + 1000000);
+}
+
 #endif
