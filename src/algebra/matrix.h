@@ -34,8 +34,7 @@ public:
     Matrix(const SubMatrix& s);
     // A matrix literal such as "[1 2;3 4]"; see fromText.
     explicit Matrix(const char* text);
-    // Stream form: rows, cols, then the elements in storage order. The
-    // binary form holds no elements and reads as a 0x0 matrix.
+    // Stream form: rows, cols, then the elements in storage order.
     Matrix(std::istream& is, Object* where);
     Matrix(BinIstream& is, Object* where);
     ~Matrix() noexcept(false) override;
@@ -139,7 +138,7 @@ private:
     unsigned wrapIndex(int i, unsigned n, const char* method) const;
     unsigned countFrom(int count, unsigned start, unsigned n, const char* method) const;
     template <class Stream>
-    void readElements(Stream& is, unsigned r, unsigned c);
+    void readFields(Stream& is);
 
     double* data;  // column-major: (r, c) at c * rows + r; owned
     unsigned rows;

@@ -9,10 +9,9 @@
 #include "algebra/matrix.h"
 #include "algebra/numprint.h"
 #include "quill/binstrm.h"
-#include "quill/collectn.h"
-#include "quill/objalloc.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
+#include "quill/readgrow.h"
 #include "quill/substrng.h"
 
 namespace {
@@ -143,38 +142,25 @@ void Matrix::storer(std::ostream& os) const {
     }
 }
 
-// The elements are not part of the binary form.
-void Matrix::storer(BinOstream& os) const { Object::storer(os); }
+void Matrix::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << rows << cols;
+    for (size_t k = 0, n = size_t(rows) * cols; k < n; ++k) os << data[k];
+}
 
-// The storage grows as the values arrive, so that a damaged count ends at
-// the end of the stream rather than in a huge allocation.
 template <class Stream>
-void Matrix::readElements(Stream& is, unsigned r, unsigned c) {
-    size_t n = size_t(r) * c;
-    size_t room = n < size_t(Collection::READ_RESERVE) ? n : size_t(Collection::READ_RESERVE);
-    data = static_cast<double*>(objectCalloc(room > 0 ? room : 1, sizeof(double)));
-    for (size_t k = 0; k < n; ++k) {
-        if (k == room) {
-            room = n / 2 > k ? 2 * k : n;
-            data = static_cast<double*>(objectRealloc(data, room * sizeof(double)));
-        }
-        data[k] = readNumber<double>(is);
-    }
+void Matrix::readFields(Stream& is) {
+    unsigned r = readNumber<unsigned>(is);
+    unsigned c = readNumber<unsigned>(is);
+    data = readGrowing<double>(is, size_t(r) * c);
     rows = r;
     cols = c;
 }
 
 Matrix::Matrix(std::istream& is, Object* where) : Object(is, where), data(0), rows(0), cols(0) {
-    unsigned r = readNumber<unsigned>(is);
-    unsigned c = readNumber<unsigned>(is);
-    try {
-        readElements(is, r, c);
-    } catch (...) {  // a constructor that fails runs no destructor
-        if (data) objectFree(data);
-        throw;
-    }
+    readFields(is);
 }
 
 Matrix::Matrix(BinIstream& is, Object* where) : Object(is, where), data(0), rows(0), cols(0) {
-    allocate(0, 0);
+    readFields(is);
 }

@@ -10,10 +10,10 @@
 #include "algebra/matrix.h"
 #include "algebra/numprint.h"
 #include "quill/binstrm.h"
-#include "quill/collectn.h"
 #include "quill/objalloc.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
+#include "quill/readgrow.h"
 #include "quill/substrng.h"
 
 int DIFFVECTSIZE = 0;
@@ -339,8 +339,7 @@ String Vector::toString(unsigned n) const {
     return String(os.str().c_str());
 }
 
-// Stream forms: the text form prints the elements as the stream prints
-// doubles; the binary form holds no elements.
+// Stream forms: the size, the elements, the orientation flag.
 
 void Vector::storer(std::ostream& os) const {
     Object::storer(os);
@@ -352,38 +351,27 @@ void Vector::storer(std::ostream& os) const {
     os << " " << isCol << " ";
 }
 
-void Vector::storer(BinOstream& os) const { Object::storer(os); }
+void Vector::storer(BinOstream& os) const {
+    Object::storer(os);
+    os << sz;
+    for (unsigned i = 0; i < sz; ++i) os << data[i];
+    os << isCol;
+}
 
-// The storage grows as the values arrive, so that a damaged size ends at the
-// end of the stream rather than in a huge allocation.
 template <class Stream>
-void Vector::readElements(Stream& is, unsigned n) {
-    allocate(n < Collection::READ_RESERVE ? n : unsigned(Collection::READ_RESERVE));
-    unsigned room = sz;
-    sz = 0;
-    for (unsigned i = 0; i < n; ++i) {
-        if (i == room) {
-            room = n / 2 > i ? 2 * i : n;
-            data = static_cast<double*>(objectRealloc(data, size_t(room) * sizeof(double)));
-        }
-        data[i] = readNumber<double>(is);
-        sz = i + 1;
-    }
+void Vector::readFields(Stream& is) {
+    unsigned n = readNumber<unsigned>(is);
+    data = readGrowing<double>(is, n);
+    sz = n;
+    readOrUndo([&] { isCol = readNumber<int>(is); }, [this] { objectFree(data); });
 }
 
 Vector::Vector(std::istream& is, Object* where) : Object(is, where), isCol(1), data(0), sz(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    unsigned n = readNumber<unsigned>(is);
-    try {
-        readElements(is, n);
-        isCol = readNumber<int>(is);
-    } catch (...) {  // a constructor that fails runs no destructor
-        if (data) objectFree(data);
-        throw;
-    }
+    readFields(is);
 }
 
 Vector::Vector(BinIstream& is, Object* where) : Object(is, where), isCol(1), data(0), sz(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    allocate(0);
+    readFields(is);
 }

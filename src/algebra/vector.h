@@ -24,7 +24,7 @@ public:
     Vector(const double* source, unsigned size);         // copies; column
     Vector(double a, double b, double c);
     // Stream form: size, the elements as the stream prints doubles, the
-    // flag. The binary form holds no elements and reads as size 0.
+    // orientation flag.
     Vector(std::istream& is, Object* where);
     Vector(BinIstream& is, Object* where);
     ~Vector() noexcept(false) override;
@@ -104,7 +104,7 @@ private:
     void checkIndex(unsigned i) const;
     unsigned checkedRange(int& start, int length) const;
     template <class Stream>
-    void readElements(Stream& is, unsigned n);
+    void readFields(Stream& is);
 
     int isCol;     // 1 column, 0 row
     double* data;  // max(1, sz) doubles, owned

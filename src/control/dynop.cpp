@@ -237,7 +237,12 @@ void DynOp::printOn(std::ostream& os) const {
     os << "D = " << D.precision(16) << ";\n";
 }
 
-DynOp::DynOp(std::istream& is, Object* where) : Algebra(is, where) {
+DynOp::DynOp(std::istream& is, Object* where) : Algebra(is, where) { readFields(is); }
+
+DynOp::DynOp(BinIstream& is, Object* where) : Algebra(is, where) { readFields(is); }
+
+template <class Stream>
+void DynOp::readFields(Stream& is) {
     readFrom(is, "Matrix", &A);
     readFrom(is, "Matrix", &B);
     readFrom(is, "Matrix", &C);
@@ -248,7 +253,8 @@ DynOp::DynOp(std::istream& is, Object* where) : Algebra(is, where) {
     readFlags(is);
 }
 
-void DynOp::readFlags(std::istream& is) {
+template <class Stream>
+void DynOp::readFlags(Stream& is) {
     isSchur = readNumber<std::int32_t>(is);
     isStatic = readNumber<std::int32_t>(is);
     isZeroGain = readNumber<std::int32_t>(is);
@@ -262,8 +268,6 @@ void DynOp::readFlags(std::istream& is) {
     }
 }
 
-DynOp::DynOp(BinIstream& is, Object* where) : Algebra(is, where) {}
-
 void DynOp::storer(std::ostream& os) const {
     Algebra::storer(os);
     A.storeOn(os);
@@ -274,7 +278,14 @@ void DynOp::storer(std::ostream& os) const {
     os << controlNumber_ << ' ' << measureNumber_ << ' ' << feedForwardNumber_ << ' ';
 }
 
-void DynOp::storer(BinOstream& os) const { Algebra::storer(os); }
+void DynOp::storer(BinOstream& os) const {
+    Algebra::storer(os);
+    A.storeOn(os);
+    B.storeOn(os);
+    C.storeOn(os);
+    D.storeOn(os);
+    os << isSchur << isStatic << isZeroGain << controlNumber_ << measureNumber_ << feedForwardNumber_;
+}
 
 // A bytewise copy shares the matrices' storage until each takes its own.
 void DynOp::clearCopiedState() {

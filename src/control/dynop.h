@@ -38,7 +38,7 @@ public:
     DynOp(const DynOp& s);
     DynOp(const DynOp& s, unsigned controls, unsigned measures, unsigned feedForward);
     // Stream form: A, B, C, D as nested Matrix objects, the three flags, then controls, measures
-    // and feed-forward. The binary form holds the base only.
+    // and feed-forward.
     DynOp(std::istream& is, Object* where);
     DynOp(BinIstream& is, Object* where);
     DynOp& operator=(const DynOp& s);
@@ -190,7 +190,10 @@ private:
     static int selectUnstable(const double* re, const double* im);
     void setShape(bool simplify);
     void makeStatic();
-    void readFlags(std::istream& is);
+    template <class Stream>
+    void readFields(Stream& is);
+    template <class Stream>
+    void readFlags(Stream& is);
 };
 
 // The helpers shared by the compositions: blocks that may be empty, and stacking.

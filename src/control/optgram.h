@@ -104,6 +104,13 @@ public:
     void clearCopiedState() override;
 
 private:
+    template <class Stream>
+    void readFields(Stream& is);
+    // The fields from the four systems on, alike in both stream forms.
+    template <class Stream>
+    void readMembers(Stream& is);
+    template <class Stream>
+    void storeMembers(Stream& os) const;
     // The arguments of one optimize call and its working systems.
     struct Run {
         Run(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa, bool stepByStep,

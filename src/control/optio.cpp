@@ -9,12 +9,11 @@ namespace {
 DynOp* copyOf(const DynOp* s) { return s ? static_cast<DynOp*>(s->deepCopy()) : 0; }
 
 // A nested system of the stream, or null for nil.
-DynOp* readSystem(std::istream& is) {
-    Object* read = readFrom(is);
-    return read == nil ? 0 : CAST(DynOp, read);
+template <class Stream>
+DynOp* readSystem(Stream& is) {
+    Object* read = readOptional(is);
+    return read ? CAST(DynOp, read) : 0;
 }
-
-void storeSystem(std::ostream& os, const DynOp* s) { (s ? static_cast<const Object*>(s) : nil)->storeOn(os); }
 
 }  // namespace
 
@@ -58,15 +57,22 @@ void OptimumGramian::clearCopiedState() {
     conSubSystem = copyOf(conSubSystem);
 }
 
-OptimumGramian::OptimumGramian(std::istream& is, Object* where) : Algebra(is, where) {
+OptimumGramian::OptimumGramian(std::istream& is, Object* where) : Algebra(is, where) { readFields(is); }
+
+OptimumGramian::OptimumGramian(BinIstream& is, Object* where) : Algebra(is, where) { readFields(is); }
+
+template <class Stream>
+void OptimumGramian::readFields(Stream& is) {
     for (std::uint32_t* count : {&n, &fulln, &subn, &conn, &inputs, &outputs, &nc, &nd, &nm, &np})
         *count = readNumber<std::uint32_t>(is);
     tolerance = readNumber<double>(is);
     gamma = readNumber<double>(is);
-    system = readSystem(is);
-    fullSystem = readSystem(is);
-    subSystem = readSystem(is);
-    conSubSystem = readSystem(is);
+    readMembers(is);
+}
+
+template <class Stream>
+void OptimumGramian::readMembers(Stream& is) {
+    for (DynOp** s : {&system, &fullSystem, &subSystem, &conSubSystem}) *s = readSystem(is);
     readFrom(is, "UnsArray", &controlIndices);
     readFrom(is, "UnsArray", &disturbanceIndices);
     for (Matrix* m : {&transform, &H, &D12factor, &T11, &L, &Hw, &R, &Rprev, &Qfactor, &Hcon, &inputTransform,
@@ -75,13 +81,9 @@ OptimumGramian::OptimumGramian(std::istream& is, Object* where) : Algebra(is, wh
     readFrom(is, "String", &kindText);
 }
 
-OptimumGramian::OptimumGramian(BinIstream& is, Object* where) : Algebra(is, where) {}
-
-void OptimumGramian::storer(std::ostream& os) const {
-    Algebra::storer(os);
-    for (std::uint32_t count : {n, fulln, subn, conn, inputs, outputs, nc, nd, nm, np}) os << count << ' ';
-    os << tolerance << ' ' << gamma << ' ';
-    for (const DynOp* s : {system, fullSystem, subSystem, conSubSystem}) storeSystem(os, s);
+template <class Stream>
+void OptimumGramian::storeMembers(Stream& os) const {
+    for (const DynOp* s : {system, fullSystem, subSystem, conSubSystem}) storeOptional(os, s);
     controlIndices.storeOn(os);
     disturbanceIndices.storeOn(os);
     for (const Matrix* m : {&transform, &H, &D12factor, &T11, &L, &Hw, &R, &Rprev, &Qfactor, &Hcon,
@@ -90,7 +92,19 @@ void OptimumGramian::storer(std::ostream& os) const {
     kindText.storeOn(os);
 }
 
-void OptimumGramian::storer(BinOstream& os) const { Algebra::storer(os); }
+void OptimumGramian::storer(std::ostream& os) const {
+    Algebra::storer(os);
+    for (std::uint32_t count : {n, fulln, subn, conn, inputs, outputs, nc, nd, nm, np}) os << count << ' ';
+    os << tolerance << ' ' << gamma << ' ';
+    storeMembers(os);
+}
+
+void OptimumGramian::storer(BinOstream& os) const {
+    Algebra::storer(os);
+    for (std::uint32_t count : {n, fulln, subn, conn, inputs, outputs, nc, nd, nm, np}) os << count;
+    os << tolerance << gamma;
+    storeMembers(os);
+}
 
 void OptimumGramian::printOn(std::ostream& os) const {
     os << "OptimumGramian " << kindText << "; n = " << n << ", full order = " << fulln

@@ -309,25 +309,40 @@ void RobustControl::storer(std::ostream& os) const {
     Algebra::storer(os);
     input.storeOn(os);
     os << observerFirst << ' ' << noiseLevel << ' ';
-    controlIndices.storeOn(os);
-    measureIndices.storeOn(os);
-    (control ? static_cast<const Object&>(*control) : *nil).storeOn(os);
-    (observer ? static_cast<const Object&>(*observer) : *nil).storeOn(os);
+    storeMembers(os);
 }
 
-void RobustControl::storer(BinOstream& os) const { Algebra::storer(os); }
+void RobustControl::storer(BinOstream& os) const {
+    Algebra::storer(os);
+    input.storeOn(os);
+    os << observerFirst << noiseLevel;
+    storeMembers(os);
+}
+
+template <class Stream>
+void RobustControl::storeMembers(Stream& os) const {
+    controlIndices.storeOn(os);
+    measureIndices.storeOn(os);
+    storeOptional(os, control);
+    storeOptional(os, observer);
+}
 
 namespace {
 
-OptimumGramian* readDesign(std::istream& is) {
-    Object* read = readFrom(is);
-    if (read == nil) return 0;
-    return CAST(OptimumGramian, read);
+template <class Stream>
+OptimumGramian* readDesign(Stream& is) {
+    Object* read = readOptional(is);
+    return read ? CAST(OptimumGramian, read) : 0;
 }
 
 }  // namespace
 
-RobustControl::RobustControl(std::istream& is, Object* where) : Algebra(is, where) {
+RobustControl::RobustControl(std::istream& is, Object* where) : Algebra(is, where) { readFields(is); }
+
+RobustControl::RobustControl(BinIstream& is, Object* where) : Algebra(is, where) { readFields(is); }
+
+template <class Stream>
+void RobustControl::readFields(Stream& is) {
     readFrom(is, "ExtendedSystem", &input);
     observerFirst = readNumber<std::int32_t>(is);
     noiseLevel = readNumber<double>(is);
@@ -336,5 +351,3 @@ RobustControl::RobustControl(std::istream& is, Object* where) : Algebra(is, wher
     control = readDesign(is);
     observer = readDesign(is);
 }
-
-RobustControl::RobustControl(BinIstream& is, Object* where) : Algebra(is, where) {}

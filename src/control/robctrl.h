@@ -89,6 +89,11 @@ public:
     void storer(BinOstream& os) const override;
 
 private:
+    template <class Stream>
+    void readFields(Stream& is);
+    // The fields from the index arrays on, alike in both stream forms.
+    template <class Stream>
+    void storeMembers(Stream& os) const;
     // The system a design object is made from: a plain DynOp or DiscDynOp copy of s.
     System designCopy(const DynOp& s) const;
     double step(OptimumGramian& design, double gamma, unsigned maxIterations, bool useH2, bool approaching,

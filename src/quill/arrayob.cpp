@@ -39,10 +39,14 @@ ArrayOb::ArrayOb(const ArrayOb& a) : Collection(a) {
 template <class Stream>
 void ArrayOb::readSlots(Stream& is, unsigned n) {
     allocate(capacityToReserve(n));
-    for (unsigned i = 0; i < n; ++i) {
-        if (i == sz) reSize(n / 2 > i ? 2 * i : n);
-        v[i] = readElement(is);
-    }
+    readOrUndo(
+        [&] {
+            for (unsigned i = 0; i < n; ++i) {
+                if (i == sz) reSize(n / 2 > i ? 2 * i : n);
+                v[i] = readElement(is);
+            }
+        },
+        [this] { objectFree(v); });
 }
 
 ArrayOb::ArrayOb(std::istream& is, Object* where) : Collection(is, where), v(0), sz(0) {

@@ -8,6 +8,7 @@
 
 #include "quill/objalloc.h"
 #include "quill/quillerr.h"
+#include "quill/readgrow.h"
 
 namespace {
 
@@ -177,15 +178,9 @@ BinIstream& BinIstream::operator>>(double& x) {
 }
 
 char* BinIstream::getCString(unsigned* length) {
-    unsigned n;
-    *this >> n;
-    char* text = static_cast<char*>(objectAlloc(size_t(n) + 1));
-    try {
-        getBytes(text, n);
-    } catch (...) {
-        objectFree(text);
-        throw;
-    }
+    unsigned n = readNumber<unsigned>(*this);
+    char* text = readGrowing<char>(*this, n);
+    text = static_cast<char*>(objectRealloc(text, size_t(n) + 1));
     text[n] = 0;
     if (length) *length = n;
     return text;
@@ -193,15 +188,8 @@ char* BinIstream::getCString(unsigned* length) {
 
 template <class T>
 static T* getArray(BinIstream& bs, unsigned* count) {
-    unsigned n;
-    bs >> n;
-    T* values = static_cast<T*>(objectAlloc(sizeof(T) * (n ? n : 1)));
-    try {
-        for (unsigned i = 0; i < n; ++i) bs >> values[i];
-    } catch (...) {
-        objectFree(values);
-        throw;
-    }
+    unsigned n = readNumber<unsigned>(bs);
+    T* values = readGrowing<T>(bs, n);
     if (count) *count = n;
     return values;
 }

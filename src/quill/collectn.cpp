@@ -33,18 +33,10 @@ std::unique_ptr<OrderedCltn> snapshot(const Collection& c) {
     return copy;
 }
 
-unsigned readCount(std::istream& is) { return readNumber<unsigned>(is); }
-
-unsigned readCount(BinIstream& is) {
-    unsigned n;
-    is >> n;
-    return n;
-}
-
 template <class Stream>
 void readElementsFrom(Collection& c, Stream& is) {
-    unsigned capacity = readCount(is);
-    unsigned n = readCount(is);
+    unsigned capacity = readNumber<unsigned>(is);
+    unsigned n = readNumber<unsigned>(is);
     unsigned reserved = Collection::capacityToReserve(capacity);
     c.reSize(reserved);
     for (unsigned i = 0; i < n; ++i) c.add(*Collection::readElement(is));

@@ -25,7 +25,14 @@ void Heap::readContents(Stream& is, unsigned capacity, unsigned n) {
     unsigned reserved = capacityToReserve(capacity);
     contents = new ArrayOb(reserved + 1);
     sequence = new IntArray(reserved + 1);
-    for (unsigned i = 0; i < n; ++i) add(*readElement(is));
+    readOrUndo(
+        [&] {
+            for (unsigned i = 0; i < n; ++i) add(*readElement(is));
+        },
+        [this] {
+            delete contents;
+            delete sequence;
+        });
     if (capacity > reserved) reSize(capacityToKeep(capacity));
 }
 

@@ -5,10 +5,10 @@
 #include <ostream>
 
 #include "quill/binstrm.h"
-#include "quill/collectn.h"
 #include "quill/objalloc.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
+#include "quill/readgrow.h"
 
 DEFINE_CLASS(IntArray, Object, 1, 0)
 
@@ -25,41 +25,23 @@ IntArray::IntArray(const IntArray& a) : Object(a) {
     if (sz) memcpy(v, a.v, sz * sizeof(int));
 }
 
-namespace {
-
-const unsigned READ_CHUNK = Collection::READ_RESERVE;
-
-int readValue(std::istream& is) { return readNumber<int>(is); }
-
-int readValue(BinIstream& is) {
-    int value;
-    is >> value;
-    return value;
-}
-
-}  // namespace
-
-// The array grows as its values are read, so that a damaged count ends at
-// the end of the stream, not in a huge allocation.
+// The values arrive into storage that grows with them: a damaged count
+// ends at the end of the stream, not in a huge allocation.
 template <class Stream>
-void IntArray::readValues(Stream& is, unsigned n) {
-    allocate(n < READ_CHUNK ? n : READ_CHUNK);
-    for (unsigned i = 0; i < n; ++i) {
-        if (i == sz) reSize(n / 2 > i ? 2 * i : n);
-        v[i] = readValue(is);
-    }
+void IntArray::readValues(Stream& is) {
+    unsigned n = readNumber<unsigned>(is);
+    v = readGrowing<int>(is, n);
+    sz = n;
 }
 
 IntArray::IntArray(std::istream& is, Object* where) : Object(is, where), v(0), sz(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    readValues(is, readNumber<unsigned>(is));
+    readValues(is);
 }
 
 IntArray::IntArray(BinIstream& is, Object* where) : Object(is, where), v(0), sz(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    unsigned n;
-    is >> n;
-    readValues(is, n);
+    readValues(is);
 }
 
 IntArray::~IntArray() noexcept(false) { objectFree(v); }

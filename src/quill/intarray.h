@@ -43,7 +43,7 @@ private:
     void allocate(unsigned n);
     void checkIndex(int i) const;
     template <class Stream>
-    void readValues(Stream& is, unsigned n);
+    void readValues(Stream& is);
 
     int* v;       // max(sz, 1) values from the object allocator
     unsigned sz;  // the capacity

@@ -11,6 +11,7 @@
 #include "quill/cback.h"
 #include "quill/identset.h"
 #include "quill/objalloc.h"
+#include "quill/objio.h"
 #include "quill/qclass.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
@@ -113,6 +114,7 @@ Object::~Object() noexcept(false) {
         setError(BADOBJECT, SEV_ERROR, (unsigned long)(uintptr_t)this, "~Object");
     }
     if (this == nil) return;
+    releaseReadObject(this);
     if (cbackData) destroyCbacks(*this);
     // A plain store would be dropped by the optimiser, as the object's
     // lifetime ends here; the cleared word is what makes a stale pointer fail.

@@ -6,6 +6,8 @@
 #include <iostream>
 #include <limits>
 #include <streambuf>
+#include <unordered_set>
+#include <vector>
 
 #include "quill/arrayob.h"
 #include "quill/assocint.h"
@@ -39,6 +41,30 @@ OrderedCltn* readObjTrash = 0;    // deleted when the top-level read ends
 Stack* readFromEnv = 0;           // saved tables of the reads that nested ones interrupted
 ReadFilter readFilter = 0;
 bool checkSignatures = true;
+
+// The objects that a read allocated and whose stream constructors finished,
+// in that order: a failed read deletes them, newest first, so that an owner
+// goes before what it owns. An object deleted meanwhile, by its owner or by a
+// stream constructor, leaves the record, so none is deleted twice; one that
+// something outside the read took over is released from it.
+struct ReadRecord {
+    std::vector<Object*> finished;
+    std::unordered_set<const Object*> held;
+
+    void add(Object* ob) {
+        finished.push_back(ob);
+        held.insert(ob);
+    }
+    void deleteHeld() {
+        while (!finished.empty()) {
+            Object* ob = finished.back();
+            finished.pop_back();
+            if (held.erase(ob)) delete ob;
+        }
+    }
+};
+ReadRecord* readRecord = 0;
+std::vector<ReadRecord*> savedRecords;  // of the reads that nested ones interrupted
 
 String& readErrorText() {
     static String text;
@@ -106,6 +132,7 @@ bool beginRead() {
     readClassTable = new OrderedCltn(TABLE_CAPACITY);
     readClassTable->add(*nil);
     readObjTrash = new OrderedCltn(TABLE_CAPACITY);
+    readRecord = new ReadRecord;
     return true;
 }
 
@@ -114,6 +141,8 @@ void endRead() {
     readObjTable = 0;
     delete readClassTable;
     readClassTable = 0;
+    delete readRecord;
+    readRecord = 0;
     OrderedCltn* trash = readObjTrash;
     readObjTrash = 0;
     trash->deleteContents();
@@ -276,10 +305,20 @@ void runReader(Stream& is, const Class& c, Reader reader, Object* ob, unsigned n
     }
 }
 
-Object* readTextInstance(std::istream& is, Class& c, Object* where) {
+// Runs the class's reader on a new table entry; what the read allocated is
+// recorded once its constructors have finished.
+template <class Stream, class Reader>
+Object* readInstance(Stream& is, const Class& c, Reader reader, Object* where, unsigned* number) {
     Object* ob = prepareInstance(is, c, where);
-    unsigned number = enterReadObject(ob);
-    runReader(is, c, c.textReader, ob, number, where);
+    *number = enterReadObject(ob);
+    runReader(is, c, reader, ob, *number, where);
+    if (!where) readRecord->add(ob);
+    return ob;
+}
+
+Object* readTextInstance(std::istream& is, Class& c, Object* where) {
+    unsigned number;
+    Object* ob = readInstance(is, c, c.textReader, where, &number);
     expectChar(is, '}');
     return readFilter ? filterRead(ob, number, where == 0) : ob;
 }
@@ -347,10 +386,8 @@ Object* readBinaryObject(BinIstream& is, unsigned char tag, const char* expected
         default:
             setError(RDBADTYP, SEV_ERROR, int(tag), -1);
     }
-    Object* ob = prepareInstance(is, *c, where);
-    unsigned number = enterReadObject(ob);
-    runReader(is, *c, c->binaryReader, ob, number, where);
-    return ob;
+    unsigned number;
+    return readInstance(is, *c, c->binaryReader, where, &number);
 }
 
 // Runs body within the outermost read's tables. A raised error leaves them in
@@ -632,7 +669,9 @@ void pushReadEnvironment() {
     OrderedCltn* tables[3] = {readObjTable, readClassTable, readObjTrash};
     for (int i = 0; i < 3; ++i) saved->atIndexPut(i, tables[i] ? *tables[i] : *nil);
     readFromEnv->push(*saved);
+    savedRecords.push_back(readRecord);
     readObjTable = readClassTable = readObjTrash = 0;
+    readRecord = 0;
 }
 
 void popReadEnvironment() {
@@ -645,20 +684,31 @@ void popReadEnvironment() {
         *tables[i] = table == nil ? 0 : CAST(OrderedCltn, table);
     }
     delete saved;
+    readRecord = savedRecords.back();
+    savedRecords.pop_back();
     if (readFromEnv->size() == 0) {
         delete readFromEnv;
         readFromEnv = 0;
     }
 }
 
-// What the abandoned read made stays unreachable; only the tables go.
+// The abandoned read's trash goes first, then the objects it had finished:
+// the caller never got them.
 void resetReadEnvironment() {
     delete readObjTable;
     readObjTable = 0;
     delete readClassTable;
     readClassTable = 0;
+    if (readObjTrash) readObjTrash->deleteContents();
     delete readObjTrash;
     readObjTrash = 0;
+    if (readRecord) readRecord->deleteHeld();
+    delete readRecord;
+    readRecord = 0;
+}
+
+void releaseReadObject(const Object* ob) {
+    if (readRecord) readRecord->held.erase(ob);
 }
 
 void replaceReadObject(Object* oldOb, Object* newOb) {

@@ -34,7 +34,8 @@ Object* readFromString(String& errorText, const char* buffer, const char* classN
 Object* readFromString(String& errorText, const char* buffer, const Class& expected, Object* where = nil);
 String lastReadError();
 
-// Nested reads from a stream constructor, and abandoned reads.
+// Nested reads from a stream constructor, and abandoned reads: reset deletes
+// what the abandoned read had made.
 void pushReadEnvironment();
 void popReadEnvironment();
 void resetReadEnvironment();
@@ -42,6 +43,10 @@ void resetReadEnvironment();
 void replaceReadObject(Object* oldOb, Object* newOb);
 // Deletes ob when the top-level read ends.
 void addToReadTrash(Object* ob);
+// ob, read by the read in progress, now belongs to something outside it:
+// should the read fail, ob is not deleted with the rest. Object's destructor
+// releases every object, so that a failed read never deletes one twice.
+void releaseReadObject(const Object* ob);
 bool isBeingRead(const Object* ob);
 
 // A store filter that answers non-zero skips the object; a read filter may
@@ -50,6 +55,29 @@ typedef int (*StoreFilter)(const Object* ob, std::ostream& os);
 typedef Object* (*ReadFilter)(Object* ob);
 StoreFilter setStoreFilter(StoreFilter f);
 ReadFilter setReadFilter(ReadFilter f);
+
+// Runs the reading of a stream constructor; when it raises, undo frees what
+// the constructor had allocated, as a constructor that fails runs no destructor.
+template <class Read, class Undo>
+void readOrUndo(Read read, Undo undo) {
+    try {
+        read();
+    } catch (...) {
+        undo();
+        throw;
+    }
+}
+
+// A member that may be absent is stored as nil and read back as null.
+template <class Stream>
+void storeOptional(Stream& os, const Object* ob) {
+    (ob ? ob : nil)->storeOn(os);
+}
+template <class Stream>
+Object* readOptional(Stream& is) {
+    Object* read = readFrom(is);
+    return read == nil ? 0 : read;
+}
 
 // Quoted strings of the text form: braces and control characters escaped.
 void writeQuoted(std::ostream& os, const char* text, unsigned length);
@@ -70,6 +98,15 @@ Number readNumber(std::istream& is) {
     Number n = 0;
     is >> n;
     checkStream(is);
+    return n;
+}
+
+// A number of the binary form, in the width of its type, so that readers
+// written over either stream read their fields alike.
+template <class Number>
+Number readNumber(BinIstream& is) {
+    Number n = 0;
+    is >> n;
     return n;
 }
 

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "quill/arrayob.h"
+#include "quill/objio.h"
 #include "quill/quillerr.h"
 
 DEFINE_CLASS(OrderedCltn, SeqCltn, 1, 0)
@@ -25,13 +26,13 @@ OrderedCltn::OrderedCltn(const OrderedCltn& c)
 OrderedCltn::OrderedCltn(std::istream& is, Object* where, bool withElements)
     : SeqCltn(is, where), contents(new ArrayOb(DEFAULT_CAPACITY)), endIndex(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    if (withElements) readElements(is);
+    if (withElements) readOrUndo([&] { readElements(is); }, [this] { delete contents; });
 }
 
 OrderedCltn::OrderedCltn(BinIstream& is, Object* where, bool withElements)
     : SeqCltn(is, where), contents(new ArrayOb(DEFAULT_CAPACITY)), endIndex(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
-    if (withElements) readElements(is);
+    if (withElements) readOrUndo([&] { readElements(is); }, [this] { delete contents; });
 }
 
 OrderedCltn::~OrderedCltn() noexcept(false) { delete contents; }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "quill/arrayob.h"
+#include "quill/objio.h"
 #include "quill/quillerr.h"
 #include "quill/quillstr.h"
 
@@ -35,14 +36,14 @@ Set::Set(std::istream& is, Object* where, bool withElements)
     : Collection(is, where), mask(0), threshold(0), count(0), table(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
     setCapacity(1);
-    if (withElements) readElements(is);
+    if (withElements) readOrUndo([&] { readElements(is); }, [this] { delete table; });
 }
 
 Set::Set(BinIstream& is, Object* where, bool withElements)
     : Collection(is, where), mask(0), threshold(0), count(0), table(0) {
     QASSERT_TEXT(where != 0, "&where!=0");
     setCapacity(1);
-    if (withElements) readElements(is);
+    if (withElements) readOrUndo([&] { readElements(is); }, [this] { delete table; });
 }
 
 Set::~Set() noexcept(false) { delete table; }

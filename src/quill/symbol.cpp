@@ -79,7 +79,9 @@ String* internReadName(Object* read, bool fresh) {
     if (read == nil) setError(RDEOF, SEV_ERROR);
     String* s = CAST(String, read);
     String* interned = addToSymbolTable(s);
-    if (interned != s && fresh) {
+    if (interned == s) {
+        releaseReadObject(s);  // the table's now
+    } else if (fresh) {
         replaceReadObject(s, interned);
         delete s;
     }
