@@ -223,6 +223,14 @@ TEST(AllocatorTest, RefusesOverflowsAndSizesBeyondTheLimit) {
     EXPECT_EQ(allocationLimit(), limit);
     objectFree(p);  // the refused realloc left the block whole
     EXPECT_EQ(bytesInUse(), before);
+#if !defined(__SANITIZE_ADDRESS__)           // the sanitizer stops the process at such a request
+    volatile size_t huge = size_t(1) << 62;  // kept, so that the request is really made
+    EXPECT_EQ(raisedText([&] {
+                  char* volatile block = new char[huge];
+                  delete[] block;
+              }),
+              "[BADPTR] operator new(out of memory): ");
+#endif
 }
 
 TEST(AllocatorTest, PointerTracking) {
