@@ -35,6 +35,7 @@ function(tarn_test name)
   target_compile_options(${name} PRIVATE ${TARN_COMMON_FLAGS})
   tarn_link(${name} ${T_LIBS})
   target_link_libraries(${name} PUBLIC GTest::gtest GTest::gtest_main)
+  # Each test carries its program's name as a label, so that a run can pick suites.
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" LABELS ${name})
 endfunction()

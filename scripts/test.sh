@@ -1,33 +1,59 @@
 #!/usr/bin/env bash
 # Builds Tarn with its tests and runs them all; fails when any test fails.
-#   scripts/test.sh          build-test/, optimised with debug information
-#   scripts/test.sh --asan   build-asan/, with AddressSanitizer and UBSan
+#   scripts/test.sh          build-test/, optimised with debug information, every test;
+#                            then build-asan/, the object core, numerics, systems and
+#                            language suites again under AddressSanitizer and UBSan
+#   scripts/test.sh --plain  the first half only
+#   scripts/test.sh --asan   build-asan/, every test under the sanitizers
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-build=build-test
-options=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARN_BENCH=OFF)
+# The suites that need no window system, which the sanitizer pass repeats.
+core_suites=(quill_tests algebra_tests control_tests reverse_tests interpreter_tests)
+
+mode=all
 for arg in "$@"; do
   case "$arg" in
-    --asan)
-      build=build-asan
-      options=(-DCMAKE_BUILD_TYPE=Debug -DTARN_BENCH=OFF -DTARN_SANITIZE=ON)
-      ;;
+    --plain) mode=plain ;;
+    --asan) mode=asan ;;
     *)
-      echo "usage: scripts/test.sh [--asan]" >&2
+      echo "usage: scripts/test.sh [--plain | --asan]" >&2
       exit 2
       ;;
   esac
 done
 
 bash scripts/install-deps.sh
-cmake -S . -B "$build" "${options[@]}"
-cmake --build "$build" -j2
 export QT_QPA_PLATFORM=offscreen
-if [ "$build" = build-asan ]; then
-  # Leaks stay on; the suppressions name the reads that may fail part-way,
-  # whose frame the allocation stacks must reach even when reads nest deeply.
+
+run_plain() {
+  cmake -S . -B build-test -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARN_BENCH=OFF
+  cmake --build build-test -j2
+  ctest --test-dir build-test --output-on-failure -j2
+}
+
+# With arguments, only those test programs are built and run.
+run_sanitized() {
+  cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DTARN_BENCH=OFF -DTARN_SANITIZE=ON
+  # Leaks stay on; the suppressions name what a library keeps for the life of the process.
   export LSAN_OPTIONS="suppressions=$PWD/tests/lsan.supp:print_suppressions=0:detect_leaks=1"
   export ASAN_OPTIONS="detect_leaks=1:malloc_context_size=128"
-fi
-ctest --test-dir "$build" --output-on-failure -j2
+  if [ $# -eq 0 ]; then
+    cmake --build build-asan -j2
+    ctest --test-dir build-asan --output-on-failure -j2
+  else
+    cmake --build build-asan -j2 --target "$@"
+    local labels
+    labels=$(IFS='|'; echo "^($*)\$")
+    ctest --test-dir build-asan --output-on-failure -j2 -L "$labels"
+  fi
+}
+
+case "$mode" in
+  plain) run_plain ;;
+  asan) run_sanitized ;;
+  all)
+    run_plain
+    run_sanitized "${core_suites[@]}"
+    ;;
+esac
