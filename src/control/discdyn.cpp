@@ -14,15 +14,15 @@
 
 DEFINE_CLASS(DiscDynOp, DynOp, 1, 0)
 
-// The exponential of M = [A B; 0 0] T: shifted by its mean diagonal over n, scaled by a power of
-// two to a sum of absolute values not above 1, a Taylor series of 19 terms, then squared back.
+// The exponential of M = [A B; 0 0] T: scaled by a power of two to a sum of absolute values not
+// above 1, a Taylor series of 19 terms, then squared back. No shift by the mean diagonal: the
+// zero rows of M would take it too, and a stiff plant sampled slowly would square e^(-mu) past
+// the largest double.
 void discretize(const Matrix& A, const Matrix& B, double samplingTime, Matrix& Ad, Matrix& Bd) {
     unsigned n = A.rowNumber(), m = B.columnNumber(), size = n + m;
     Matrix M(size, size);
     M.setSubMatrix(0, 0, A * samplingTime, n, n);
     if (m) M.setSubMatrix(0, n, B * samplingTime, n, m);
-    double mu = M.trace() / n;
-    M -= Matrix::diagonal(size, mu);
     double absSum = 0.0;
     for (unsigned k = 0; k < M.elementCount(); ++k) absSum += std::fabs(M.elements()[k]);
     int s = 0;
@@ -34,7 +34,6 @@ void discretize(const Matrix& A, const Matrix& B, double samplingTime, Matrix& A
         E += term;
     }
     for (int i = 0; i < s; ++i) E = E * E;
-    E *= std::exp(mu);
     Ad = E.subMatrix(0, 0, n, n);
     Bd = m ? E.subMatrix(0, n, n, m) : Matrix(n, 0);
 }

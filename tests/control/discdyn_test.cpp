@@ -52,6 +52,20 @@ TEST(DiscDynOpTest, ZeroOrderHoldMatchesTheMatrixExponential) {
     EXPECT_EQ(lag.getSamplingTime(), 0.2);
 }
 
+// The shift by the mean diagonal reached the zero rows of [A B; 0 0]: e^500 squared overflowed.
+TEST(DiscDynOpTest, AStiffPlantSampledSlowlyStaysFinite) {
+    for (double T : {1.0, 10.0}) {
+        DiscDynOp s(DynOp(mat(1, 1, {-1000}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0)), false, T);
+        EXPECT_EQ(s.getA()(0, 0), 0.0);
+        EXPECT_NEAR(s.getB()(0, 0), 1e-3, 1e-18);
+    }
+    DiscDynOp fast(DynOp(mat(2, 2, {-1000, 0, 0, 2}), mat(2, 1, {1, 1}), mat(1, 2, {1, 1}), Matrix(0, 0)),
+                   false, 1);
+    EXPECT_NEAR(fast.getA()(1, 1), std::exp(2.0), 1e-12 * std::exp(2.0));
+    EXPECT_NEAR(fast.getB()(1, 0), (std::exp(2.0) - 1) / 2, 1e-12 * std::exp(2.0));
+    EXPECT_NEAR(fast.getB()(0, 0), 1e-3, 1e-18);
+}
+
 TEST(DiscDynOpTest, StabilityIsInsideTheUnitCircle) {
     auto pole = [](double p) {
         return DiscDynOp(mat(1, 1, {p}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0), 0.1);
