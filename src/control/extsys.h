@@ -55,6 +55,7 @@ public:
     Matrix poles() const override;
     double normHinf() const override;
     double normHinfInFrequency(double& wStart) const override;
+    HinfNorm certifiedNormHinf() const override;
     void cleanPolesInZero(double tolerance) override;
     double singularValueAt(double w) const override;
     SchurSelect selectFunction() const override;
