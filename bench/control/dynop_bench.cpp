@@ -1,5 +1,6 @@
 // The analysis of systems at orders 10, 50 and 100: H2 and H-infinity norms, pole placement,
-// zero-order-hold discretisation and balanced truncation, time per call.
+// zero-order-hold discretisation and balanced truncation, time per call; the certified
+// H-infinity norm at orders 4, 10, 20 and 50.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -41,6 +42,16 @@ void BM_NormHinfInFrequency(benchmark::State& state) {
     }
 }
 
+void BM_CertifiedNormHinf(benchmark::State& state) {
+    DynOp s = benchSystem(unsigned(state.range(0)));
+    for (auto _ : state) benchmark::DoNotOptimize(s.certifiedNormHinf().norm);
+}
+
+void BM_CertifiedNormHinfDiscrete(benchmark::State& state) {
+    DiscDynOp s(benchSystem(unsigned(state.range(0))), false, 0.01);
+    for (auto _ : state) benchmark::DoNotOptimize(s.certifiedNormHinf().norm);
+}
+
 void BM_Place(benchmark::State& state) {
     unsigned n = unsigned(state.range(0));
     DynOp s = benchSystem(n);
@@ -67,6 +78,8 @@ void BM_BalancedRealization(benchmark::State& state) {
 BENCHMARK(BM_NormH2)->Arg(10)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NormHinf)->Arg(10)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NormHinfInFrequency)->Arg(10)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CertifiedNormHinf)->Arg(4)->Arg(10)->Arg(20)->Arg(50)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CertifiedNormHinfDiscrete)->Arg(4)->Arg(10)->Arg(20)->Arg(50)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Place)->Arg(10)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Discretize)->Arg(10)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_BalancedRealization)->Arg(10)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond);

@@ -42,6 +42,7 @@ public:
     Matrix poles() const override;
     double normHinf() const override;
     double normHinfInFrequency(double& wStart) const override;
+    HinfNorm certifiedNormHinf() const override;
     // Diagonal elements within tolerance of magnitude 1 become exactly +-1.
     void cleanPolesInZero(double tolerance) override;
     double singularValueAt(double w) const override;

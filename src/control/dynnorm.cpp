@@ -84,16 +84,11 @@ double DynOp::bisectionNormHinf() const {
         if (l > largest) largest = l;
     }
     double lo = std::max(d, std::sqrt(largest)), hi = 2.0 * s + d, gamma = lo;
-    unsigned n = order_, m = inputNumber_, p = outputNumber_;
-    Matrix Dt = D.transpose();
+    unsigned n = order_;
     for (int iteration = 0; iteration < 50; ++iteration) {
         gamma = (lo + hi) / 2.0;
         if (hi - lo < 1.0) return gamma;
-        Matrix Rinv = alg.inv(Matrix::diagonal(m, gamma * gamma) - Dt * D);
-        Matrix topLeft = A + B * Rinv * Dt * C;
-        Matrix H = stack(
-            sideBySide(topLeft, -(B * Rinv * B.transpose())),
-            sideBySide(C.transpose() * (Matrix::diagonal(p, 1.0) + D * Rinv * Dt) * C, -topLeft.transpose()));
+        Matrix H = hamiltonianAt(gamma);
         alg.balance(H);
         Matrix values = alg.computeEigenvalues(H);
         bool onAxis = false;
@@ -101,6 +96,15 @@ double DynOp::bisectionNormHinf() const {
         (onAxis ? lo : hi) = gamma;
     }
     return gamma;
+}
+
+Matrix DynOp::hamiltonianAt(double gamma) const {
+    Matrix Dt = D.transpose();
+    Matrix Rinv = numerics().inv(Matrix::diagonal(inputNumber_, gamma * gamma) - Dt * D);
+    Matrix topLeft = A + B * Rinv * Dt * C;
+    return stack(sideBySide(topLeft, -(B * Rinv * B.transpose())),
+                 sideBySide(C.transpose() * (Matrix::diagonal(outputNumber_, 1.0) + D * Rinv * Dt) * C,
+                            -topLeft.transpose()));
 }
 
 double DynOp::gainAt(double re, double im) const {

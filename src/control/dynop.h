@@ -9,6 +9,7 @@
 #include "algebra/algebra.h"
 #include "algebra/matrix.h"
 #include "algebra/vector.h"
+#include "control/hinfnorm.h"
 
 class IntArray;
 class RationalFunction;
@@ -59,6 +60,11 @@ public:
     virtual double normHinf() const;
     // Peak of the largest singular value over frequency from wStart; wStart gets its frequency.
     virtual double normHinfInFrequency(double& wStart) const;
+    // The H-infinity norm to a relative 1e-6 with its peak frequency and bounds (hinfnorm.cpp);
+    // infinite, after a console line, for a system that is not stable.
+    virtual HinfNorm certifiedNormHinf() const;
+    // The same for a continuous system known to be stable, with inputs, outputs and states.
+    HinfNorm hamiltonianNorm() const;
     virtual double normH2() const;
     virtual void cleanPolesInZero(double tolerance);
     // Balances and truncates in place to the states whose Hankel singular value is above
@@ -152,6 +158,11 @@ protected:
     Algebra& numerics() const { return const_cast<DynOp&>(*this); }
     // The Hamiltonian bisection of normHinf on a stable continuous system.
     double bisectionNormHinf() const;
+    // The Hamiltonian of the level gamma, on the imaginary axis of which lie the frequencies
+    // where gamma is a singular value of the transfer; gamma must exceed the norm of D.
+    Matrix hamiltonianAt(double gamma) const;
+    // The norm of D for a static system or one without inputs or outputs: false otherwise.
+    bool feedThroughNorm(HinfNorm& result) const;
     // The factor of the gramian of (A, L): the continuous Lyapunov equation here, the discrete
     // one in discrete time.
     virtual Matrix gramianFactor(const Matrix& L) const;

@@ -78,6 +78,10 @@ void ExtendedSystem::setElement(const char* name, const DynOp& component) {
 }
 
 // A component counts as zero when it is a zero system or a static gain within zeroTolerance.
+bool ExtendedSystem::hasElement(const char* name) const {
+    return present(Component(indexOf(name, "hasElement")));
+}
+
 bool ExtendedSystem::present(Component c) const {
     const DynOp& s = part(c);
     return !s.isZero() && !(s.isStaticGain() && s.getD().allAbsNotAbove(zeroTolerance));

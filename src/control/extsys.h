@@ -33,6 +33,8 @@ public:
     // The component of that name; an unknown name raises OBNOTFOUND.
     const DynOp& getElement(const char* name) const;
     void setElement(const char* name, const DynOp& component);  // keeps a copy
+    // True when the component of that name takes part in the composition.
+    bool hasElement(const char* name) const;
     // Checks the components in their order and composes them (extmake.cpp); a failing check
     // prints its text and leaves the composed system as it was, and so does a size that no check
     // covers, which raises the matrix dimension error. The sampling time is the Model's.
@@ -55,6 +57,7 @@ public:
     Matrix poles() const override;
     double normHinf() const override;
     double normHinfInFrequency(double& wStart) const override;
+    HinfNorm certifiedNormHinf() const override;
     void cleanPolesInZero(double tolerance) override;
     double singularValueAt(double w) const override;
     SchurSelect selectFunction() const override;

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "control/askparam.h"
+#include "control/designck.h"
 #include "control/robctrl.h"
 #include "control/structck.h"
 #include "control/workspc.h"
@@ -91,6 +92,10 @@ String RobustControlDesign::filePrefix() const {
 }
 
 DynOp* RobustControlDesign::readModel() {
+    if (!std::ifstream(modelFileName.asCharPointer())) {
+        std::cout << "Warning, model file " << modelFileName.asCharPointer() << " not found" << std::endl;
+        return 0;
+    }
     Object* read = Workspace::readModelFile(modelFileName.asCharPointer());
     if (read == nil || !read->isKindOf(class_DynOp)) {
         std::cout << "Warning, file name " << modelFileName.asCharPointer()
@@ -148,10 +153,13 @@ double RobustControlDesign::firstPhase(const DesignParameters& p) {
             model->isKindOf(class_ExtendedSystem)
                 ? new ExtendedSystem(*static_cast<ExtendedSystem*>(model.get()))
                 : new ExtendedSystem(*model));
+        // The conditions that no iteration overcomes explain themselves first, once.
+        bool solvable = designProblemCheck(*system);
         if (!structuralCheck(*system)) {
             std::cout << "Warning, this is not an extended system" << std::endl;
             return 0.0;
         }
+        if (!solvable) return 0.0;
         robustControl = new RobustControl(*system, observerFirst != 0, p.noiseLevel);
         if (robustControl->firstStepSetup(p.tolerance, p.initialFeedback, owner) < 0) {
             delete robustControl;

@@ -77,6 +77,14 @@ Variable* schurForm(Variable& v, OrderedCltn& a) {
     return new IntVar(1);
 }
 
+// The certified norm as the vector [norm, omega, lower bound, upper bound].
+Variable* certifiedNorm(Variable& v, OrderedCltn&) {
+    HinfNorm h = sys(v).certifiedNormHinf();
+    Vector r(4);
+    r[0] = h.norm, r[1] = h.omega, r[2] = h.lower, r[3] = h.upper;
+    return new VectorVar(r);
+}
+
 }  // namespace
 
 const MethodTable& DynOpVar::methods() const {
@@ -120,6 +128,7 @@ const MethodTable& DynOpVar::methods() const {
     });
     table->add("normHinf", "float", {},
                [](Variable& v, OrderedCltn&) -> Variable* { return new FloatVar(sys(v).normHinf()); });
+    table->add("certifiedNormHinf", "Vector", {}, certifiedNorm);
     table->add("normH2", "float", {},
                [](Variable& v, OrderedCltn&) -> Variable* { return new FloatVar(sys(v).normH2()); });
     table->add("outputFeedback", "DynOp", {"DynOp"}, outputFeedback);

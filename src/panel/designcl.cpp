@@ -1,8 +1,11 @@
 // The command-line design: options into the parameters of the design's phases.
 #include "panel/designcl.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <iostream>
+#include <sstream>
+#include <string>
 
 #include "control/rcdesign.h"
 #include "control/workspc.h"
@@ -16,26 +19,68 @@ String textOption(const char* name, const char* fallback) {
     return findOption(name, value) ? value : String(fallback);
 }
 
-double numberOption(const char* name, double fallback) {
-    String value;
-    return findOption(name, value) ? std::strtod(value.asCharPointer(), 0) : fallback;
+// The admissible values of a numeric option: above low (or from it, when closed), up to high.
+struct Range {
+    double low;
+    bool closed;
+    double high;
+    bool integer;
+};
+
+const Range positive = {0.0, false, HUGE_VAL, false};
+const Range notNegative = {0.0, true, HUGE_VAL, false};
+const Range unitStep = {0.0, false, 1.0, false};
+const Range count = {1.0, true, 1e6, true};
+
+bool inRange(double x, const Range& r) {
+    return (r.closed ? x >= r.low : x > r.low) && x <= r.high && (!r.integer || x == std::floor(x));
 }
 
-DesignParameters parametersFromOptions() {
-    DesignParameters p;
+std::string rangeText(const Range& r) {
+    std::ostringstream os;
+    os.precision(15);
+    os << (r.integer ? "an integer " : "a number ") << (r.closed ? "from " : "above ") << r.low;
+    if (r.high < HUGE_VAL) os << (r.closed ? " to " : " up to ") << r.high;
+    return os.str();
+}
+
+// The option's value into value when it is given; false after the line that names the option,
+// when it is not a number or lies outside range.
+bool numberOption(const char* name, double& value, const Range& range) {
+    String text;
+    if (!findOption(name, text)) return true;
+    const char* start = text.asCharPointer();
+    char* end = 0;
+    double x = std::strtod(start, &end);
+    if (end == start || *end != '\0' || !std::isfinite(x)) {
+        std::cerr << "tarn: option " << name << ": \"" << start << "\" is not a number" << std::endl;
+        return false;
+    }
+    if (!inRange(x, range)) {
+        std::cerr << "tarn: option " << name << ": " << start << " is out of range, it must be " << rangeText(range)
+                  << std::endl;
+        return false;
+    }
+    value = x;
+    return true;
+}
+
+// The panel's parameters from the options; false when one of them is refused.
+bool parametersFromOptions(DesignParameters& p, double& gamma2) {
     String minimum = textOption("-minimum", "");
     p.lmiMode = minimum == "min H2" ? 1 : minimum == "bound Hinf" ? 2 : minimum == "min Hinf" ? 3 : 0;
-    p.gamma = numberOption("-gamma", p.gamma);
-    p.iterations = unsigned(numberOption("-iter", p.iterations));
+    double iterations = p.iterations;
+    bool ok = numberOption("-gamma", p.gamma, positive) && numberOption("-iter", iterations, count) &&
+              numberOption("-toll", p.tolerance, positive) && numberOption("-minFreq", p.minFreq, positive) &&
+              numberOption("-alfa", p.alfa, unitStep) && numberOption("-noiseL", p.noiseLevel, notNegative);
+    gamma2 = p.gamma;
+    ok = ok && numberOption("-gamma2", gamma2, positive);
+    p.iterations = unsigned(iterations);
     p.start = !findFlag("-continue");
     p.useH2 = textOption("-gramian", "H2") == "H2";
     p.approaching = textOption("-algorithm", "refining") == "approaching";
-    p.tolerance = numberOption("-toll", p.tolerance);
-    p.minFreq = numberOption("-minFreq", p.minFreq);
     p.initialFeedback = textOption("-initialFeedback", "pole placement") == "pole placement" ? 1 : 0;
-    p.alfa = numberOption("-alfa", p.alfa);
-    p.noiseLevel = numberOption("-noiseL", p.noiseLevel);
-    return p;
+    return ok;
 }
 
 bool runPhase(RobustControlDesign& design, DesignParameters p, const char* phase, const char* made) {
@@ -53,8 +98,11 @@ int runDesign(const String& modelFile) {
     String phase = textOption("-phase", "all");
     String first = textOption("-first", "Control");
     Workspace::setMatlabDirectory(textOption("-matlab", ".").asCharPointer());
-    DesignParameters p = parametersFromOptions(), second = p;
-    second.gamma = numberOption("-gamma2", p.gamma);
+    DesignParameters p;
+    double gamma2 = 0.0;
+    if (!parametersFromOptions(p, gamma2)) return 1;
+    DesignParameters second = p;
+    second.gamma = gamma2;
     bool all = phase == "all";
     if (!(all || phase == "Step 1" || phase == "Step 2" || phase == "Final Results")) {
         std::cerr << "tarn: unknown design phase \"" << phase.asCharPointer() << "\"" << std::endl;

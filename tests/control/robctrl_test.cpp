@@ -175,8 +175,12 @@ TEST_F(DesignTest, DriverRefusals) {
     DesignParameters p;
     p.choice = "Step 1";
     design.setModelFileName("absent.dyn");
+    EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }), "Warning, model file absent.dyn not found\n");
+    ASSERT_TRUE(Algebra().storeToFile(mat(1, 1, {1}), "matrix.dyn"));
+    design.setModelFileName("matrix.dyn");
     EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }),
-              "Warning, file name absent.dyn doesn't contain a proper object\n");
+              "[RDWRONGCLASS] Tried to read object of wrong class: expected DynOp, was Matrix\n"
+              "Warning, file name matrix.dyn doesn't contain a proper object\n");
     // A plant without the partition of a design.
     ASSERT_TRUE(Algebra().storeToFile(DynOp(mat(1, 1, {-1}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0)),
                                       "plain.dyn"));

@@ -367,3 +367,18 @@ TEST(SystemsTest, theExampleProgramsRunAndGiveTheClosedForms) {
 }
 
 }  // namespace
+
+TEST(SystemsTest, certifiedNormIsTheLibrarysInEitherTimeDomain) {
+    DynOp g = spring();
+    DiscDynOp d(g, false, 0.1);
+    auto vector = [](const HinfNorm& h) {
+        Vector v(4);
+        v[0] = h.norm, v[1] = h.omega, v[2] = h.lower, v[3] = h.upper;
+        return shown(v);
+    };
+    ProgramRun run = runMain(std::string(SPRING) +
+                             "DiscDynOp d(G, 0.1);\n"
+                             "cout << G.certifiedNormHinf() << d.certifiedNormHinf() << endl;");
+    EXPECT_EQ(run.message, "");
+    EXPECT_EQ(run.out, vector(g.certifiedNormHinf()) + vector(d.certifiedNormHinf()) + "\n");
+}

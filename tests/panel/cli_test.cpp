@@ -291,4 +291,50 @@ TEST(CommandLineTest, designModeTakesAModelToAStabilisingCompensator) {
     std::system(("rm -rf " + directory).c_str());
 }
 
+// The options of -design are checked before any work: each refusal names its option.
+TEST(CommandLineTest, designOptionsOutOfRangeAreRefused) {
+    struct Row {
+        std::vector<std::string> option;
+        const char* err;
+    };
+    const Row rows[] = {
+        {{"-gamma", "abc"}, "tarn: option -gamma: \"abc\" is not a number\n"},
+        {{"-toll", "nan"}, "tarn: option -toll: \"nan\" is not a number\n"},
+        {{"-iter", "-5"}, "tarn: option -iter: -5 is out of range, it must be an integer from 1 to 1000000\n"},
+        {{"-iter", "2.5"}, "tarn: option -iter: 2.5 is out of range, it must be an integer from 1 to 1000000\n"},
+        {{"-gamma2", "0"}, "tarn: option -gamma2: 0 is out of range, it must be a number above 0\n"},
+        {{"-alfa", "1.5"}, "tarn: option -alfa: 1.5 is out of range, it must be a number above 0 up to 1\n"},
+        {{"-noiseL", "-1"}, "tarn: option -noiseL: -1 is out of range, it must be a number from 0\n"},
+    };
+    for (const Row& row : rows) {
+        std::vector<std::string> words = {"-design", std::string(TARN_EXAMPLES) + "/twomassx.dyn"};
+        words.insert(words.end(), row.option.begin(), row.option.end());
+        RunResult r = runTarn(words);
+        EXPECT_EQ(r.status, 1);
+        EXPECT_EQ(r.err, row.err);
+        EXPECT_EQ(r.out, "");
+    }
+}
+
+// A model that is absent, or whose design cannot succeed, ends the design with status 1 and says why.
+TEST(CommandLineTest, designRefusesAbsentAndUnsolvableModels) {
+    char pattern[] = "/tmp/tarn_designXXXXXX";
+    std::string directory = mkdtemp(pattern);
+    char here[4096];
+    std::string previous = getcwd(here, sizeof here);
+    ASSERT_EQ(chdir(directory.c_str()), 0);
+    RunResult absent = runTarn({"-design", "absent.dyn"});
+    EXPECT_EQ(absent.status, 1);
+    EXPECT_NE(absent.out.find("Warning, model file absent.dyn not found"), std::string::npos);
+    // x' = diag(1, -1) x: the measure sees only the stable mode.
+    DynOp undetectable(Matrix("[1 0; 0 -1]"), Matrix("[1 0 1; 1 0 1]"), Matrix("[1 1; 0 0; 0 1]"),
+                       Matrix("[0 0 0; 0 0 1; 0 1 0]"), 1, 1);
+    ASSERT_TRUE(Algebra().storeToFile(undetectable, "undetectable.dyn"));
+    RunResult refused = runTarn({"-design", "undetectable.dyn"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.out.find("(C2, A) is not detectable: the measures do not see the pole 1"), std::string::npos);
+    ASSERT_EQ(chdir(previous.c_str()), 0);
+    std::system(("rm -rf " + directory).c_str());
+}
+
 }  // namespace
