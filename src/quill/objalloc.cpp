@@ -25,6 +25,7 @@ const uint32_t FREED = 0xAAAAAAAAu;
 const int MAX_TRACKED = 20000;
 
 unsigned long inUse = 0;
+unsigned long failureCountdown = 0;  // the allocation-failure mode: 0 when off
 bool trackPointers = false;
 bool bufferOverflowed = false;
 void* pointerBuffer[MAX_TRACKED];
@@ -98,6 +99,14 @@ void forgetBlock(void* p, size_t n) {
     unlock();
 }
 
+// Counts an allocation down in the allocation-failure mode; true for the one that fails.
+bool injectedFailure() {
+    lock();
+    bool fails = failureCountdown > 0 && --failureCountdown == 0;
+    unlock();
+    return fails;
+}
+
 [[noreturn]] void outOfMemory(size_t n) {
     char available[100], request[100];
     snprintf(available, sizeof available, "out of memory: available %lu bytes\n", inUse);
@@ -110,7 +119,7 @@ void forgetBlock(void* p, size_t n) {
 AllocLockHook allocLock = 0, allocUnlock = 0;
 
 void* objectAlloc(size_t n) {
-    void* block = malloc(n + OVERHEAD);
+    void* block = injectedFailure() ? 0 : malloc(n + OVERHEAD);
     if (!block) outOfMemory(n);
     void* p = static_cast<char*>(block) + HEADER;
     writeGuards(p, n);
@@ -148,10 +157,15 @@ void objectFree(void* p) {
 
 void* objectRealloc(void* p, size_t n) {
     checkPointer(p, "myrealloc", 0);
-    forgetBlock(p, sizeOf(p));
+    size_t old = sizeOf(p);
+    forgetBlock(p, old);
     setHeadWord(p, FREED);
-    void* block = realloc(blockOf(p), n + OVERHEAD);
-    if (!block) setError(BADPTR, SEV_ERROR, "realloc", "", "");
+    void* block = injectedFailure() ? 0 : realloc(blockOf(p), n + OVERHEAD);
+    if (!block) {  // the block stays as it was, its owner's to free
+        writeGuards(p, old);
+        recordBlock(p, old);
+        setError(BADPTR, SEV_ERROR, "realloc", "", "");
+    }
     void* q = static_cast<char*>(block) + HEADER;
     writeGuards(q, n);
     recordBlock(q, n);
@@ -164,6 +178,14 @@ size_t objectSize(const void* p) {
 }
 
 unsigned long bytesInUse() { return inUse; }
+
+void setAllocationFailure(unsigned long k) {
+    lock();
+    failureCountdown = k;
+    unlock();
+}
+
+bool allocationFailurePending() { return failureCountdown > 0; }
 
 void setTrackPointers(bool on) {
     trackPointers = on;
