@@ -7,6 +7,7 @@
 #include "control/optgram.h"
 #include "control/workspc.h"
 #include "quill/objio.h"
+#include "quill/quillerr.h"
 
 DEFINE_CLASS(RobustControl, Algebra, 1, 0)
 
@@ -335,6 +336,10 @@ RobustControl::RobustControl(std::istream& is, Object* where) : Algebra(is, wher
     readFrom(is, "UnsArray", &measureIndices);
     control = readDesign(is);
     observer = readDesign(is);
+    if (observer && observer == control) {  // each design is owned apart
+        observer = 0;
+        setError(RDSYNERR, SEV_ERROR, "a design of its own", "a shared one");
+    }
 }
 
 RobustControl::RobustControl(BinIstream& is, Object* where) : Algebra(is, where) {}
