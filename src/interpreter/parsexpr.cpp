@@ -25,7 +25,8 @@ void CodeParser::parseExpression(Expression* expression, const char* terminator)
         if (tokenKind != ScanOperator) error("Expected operator");
         if (terminator && is(terminator)) return;
         int code = Operator::codeOf(token.asCharPointer());
-        if (code == OP_NONE) {
+        // "[]" and "()" name the element and call operators, which only the parser places.
+        if (code == OP_NONE || code == OP_ELEMENT || code == OP_CALL) {
             if (is(";") || is(",")) return;
             error("Unexpected operator");
         }
