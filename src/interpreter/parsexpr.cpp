@@ -25,8 +25,9 @@ void CodeParser::parseExpression(Expression* expression, const char* terminator)
         if (tokenKind != ScanOperator) error("Expected operator");
         if (terminator && is(terminator)) return;
         int code = Operator::codeOf(token.asCharPointer());
-        // "[]" and "()" name the element and call operators, which only the parser places.
-        if (code == OP_NONE || code == OP_ELEMENT || code == OP_CALL) {
+        // ".", "[]" and "()" name the member, element and call operators, which
+        // only the selectors place.
+        if (code == OP_NONE || code == OP_MEMBER || code == OP_ELEMENT || code == OP_CALL) {
             if (is(";") || is(",")) return;
             error("Unexpected operator");
         }
