@@ -53,27 +53,28 @@ PMatrix PMatrix::characteristic(const Matrix& A, double samplingTime) {
 
 // --- Stream forms ---
 
-PMatrix::PMatrix(std::istream& is, Object* where) : Algebra(is, where), rows(0), cols(0), sampling(0.0) {
-    unsigned r = readNumber<unsigned>(is);
-    unsigned c = readNumber<unsigned>(is);
-    sampling = readNumber<double>(is);
+// The storage grows as the elements arrive: a damaged count ends at the end of the stream.
+template <class Stream>
+void PMatrix::readElements(Stream& is, unsigned r, unsigned c) {
     for (size_t k = 0, n = size_t(r) * c; k < n; ++k) {
         data.push_back(Polynomial());
-        readFrom(is, "Polynomial", &data.back());
+        if (readFrom(is, "Polynomial", &data.back()) == nil) setError(RDEOF, SEV_ERROR);
     }
     rows = r;
     cols = c;
 }
 
+PMatrix::PMatrix(std::istream& is, Object* where) : Algebra(is, where), rows(0), cols(0), sampling(0.0) {
+    unsigned r = readNumber<unsigned>(is);
+    unsigned c = readNumber<unsigned>(is);
+    sampling = readNumber<double>(is);
+    readElements(is, r, c);
+}
+
 PMatrix::PMatrix(BinIstream& is, Object* where) : Algebra(is, where), rows(0), cols(0), sampling(0.0) {
     unsigned r = 0, c = 0;
     is >> r >> c >> sampling;
-    for (size_t k = 0, n = size_t(r) * c; k < n; ++k) {
-        data.push_back(Polynomial());
-        readFrom(is, "Polynomial", &data.back());
-    }
-    rows = r;
-    cols = c;
+    readElements(is, r, c);
 }
 
 void PMatrix::storer(std::ostream& os) const {

@@ -59,6 +59,8 @@ public:
     void dimensionError(const char* method, unsigned otherRows, unsigned otherCols) const;
 
 private:
+    template <class Stream>
+    void readElements(Stream& is, unsigned r, unsigned c);
     void checkSameShape(const PMatrix& b, const char* method) const;
 
     std::vector<Polynomial> data;  // column-major

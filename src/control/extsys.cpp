@@ -2,6 +2,7 @@
 // the discrete operations, printing and the stream form.
 #include "control/extsys.h"
 
+#include <algorithm>
 #include <cstring>
 #include <iostream>
 
@@ -46,7 +47,6 @@ void ExtendedSystem::copyComponents(const ExtendedSystem& s) {
     for (unsigned i = 0; i < componentCount; ++i) components[i] = CAST(DynOp, s.components[i]->deepCopy());
 }
 
-// A stream read that fails part way leaves null pointers behind the components read.
 void ExtendedSystem::deleteComponents() {
     for (DynOp*& c : components) {
         if (c) delete c;
@@ -173,26 +173,27 @@ void ExtendedSystem::printOn(std::ostream& os) const {
     os << "is original " << (original ? "YES" : "NO") << "\n";
 }
 
-ExtendedSystem::ExtendedSystem(std::istream& is, Object* where) : DiscDynOp(is, where) {
+// The components are owned: a stream that gives one twice, or the system
+// itself, is refused. A read that fails part-way leaves what it had read.
+template <class Stream>
+void ExtendedSystem::readComponents(Stream& is) {
     for (DynOp*& c : components) c = 0;
-    try {
-        for (DynOp*& c : components) c = CAST(DynOp, readFrom(is, "", nil));
-        original = readNumber<int>(is);
-    } catch (...) {
-        deleteComponents();
-        throw;
+    for (unsigned i = 0; i < componentCount; ++i) {
+        DynOp* c = CAST(DynOp, readFrom(is, "", nil));
+        if (c == this || std::find(components, components + i, c) != components + i)
+            setError(RDSYNERR, SEV_ERROR, "a component of its own", "a shared one");
+        components[i] = c;
     }
 }
 
+ExtendedSystem::ExtendedSystem(std::istream& is, Object* where) : DiscDynOp(is, where) {
+    readComponents(is);
+    original = readNumber<int>(is);
+}
+
 ExtendedSystem::ExtendedSystem(BinIstream& is, Object* where) : DiscDynOp(is, where) {
-    for (DynOp*& c : components) c = 0;
-    try {
-        for (DynOp*& c : components) c = CAST(DynOp, readFrom(is, "", nil));
-        is >> original;
-    } catch (...) {
-        deleteComponents();
-        throw;
-    }
+    readComponents(is);
+    is >> original;
 }
 
 void ExtendedSystem::storer(std::ostream& os) const {

@@ -83,6 +83,8 @@ private:
     unsigned indexOf(const char* name, const char* method) const;
     void copyComponents(const ExtendedSystem& s);
     void deleteComponents();
+    template <class Stream>
+    void readComponents(Stream& is);
 
     DynOp* components[componentCount];
     int original = 1;

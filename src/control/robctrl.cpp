@@ -7,6 +7,7 @@
 #include "control/optgram.h"
 #include "control/workspc.h"
 #include "quill/objio.h"
+#include "quill/quillerr.h"
 
 DEFINE_CLASS(RobustControl, Algebra, 1, 0)
 
@@ -350,4 +351,8 @@ void RobustControl::readFields(Stream& is) {
     readFrom(is, "UnsArray", &measureIndices);
     control = readDesign(is);
     observer = readDesign(is);
+    if (observer && observer == control) {  // each design is owned apart
+        observer = 0;
+        setError(RDSYNERR, SEV_ERROR, "a design of its own", "a shared one");
+    }
 }

@@ -1,4 +1,4 @@
-// ContentsGuard and ValueGuard: what a scope made is deleted when it ends, exceptions included.
+// ContentsGuard, ValueGuard, addOwned and handOver: what a scope made is deleted when it ends, exceptions included.
 #ifndef INTERPRETER_CLEANUP_H
 #define INTERPRETER_CLEANUP_H
 
@@ -16,6 +16,28 @@ public:
 private:
     OrderedCltn& collection;
 };
+
+// Adds ob to list, which owns it from then on; when the list cannot grow, ob
+// goes at once, so that running out of memory leaves nothing behind.
+inline void addOwned(OrderedCltn& list, Object* ob) {
+    try {
+        list.add(*ob);
+    } catch (...) {
+        delete ob;
+        throw;
+    }
+}
+
+// Hands the elements of from one by one to take, which owns each once it
+// returns, and empties from; when take raises, from keeps what was not taken.
+template <class Take>
+void handOver(OrderedCltn& from, Take take) {
+    for (unsigned i = 0; i < from.size(); ++i) {
+        take(from.at(int(i)));
+        from[int(i)] = nil;
+    }
+    from.removeAll();
+}
 
 // Holds a value unless released; the void prototype, which stands for "no value"
 // and belongs to nobody, is never destroyed.

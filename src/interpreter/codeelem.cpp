@@ -5,6 +5,7 @@
 #include <memory>
 #include <ostream>
 
+#include "interpreter/cleanup.h"
 #include "interpreter/expressn.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
@@ -89,6 +90,15 @@ ConstructorCall::~ConstructorCall() noexcept(false) {
 
 void ConstructorCall::addArgument(Variable* type, Expression* expression) {
     arguments.add(*new Assoc(*type, *expression));
+}
+
+void ConstructorCall::takeArguments(OrderedCltn& types, OrderedCltn& expressions) {
+    handOver(expressions, [&](Object* expression) {
+        unsigned i = size();
+        addArgument(Variable::argumentAt(types, int(i)), static_cast<Expression*>(expression));
+        types[int(i)] = nil;
+    });
+    types.removeAll();
 }
 
 Expression* ConstructorCall::getExpression(int i) const {

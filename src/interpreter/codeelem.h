@@ -77,6 +77,9 @@ public:
 
     // Takes both.
     void addArgument(Variable* type, Expression* expression);
+    // Takes the argument types and the expressions of the two lists pair by
+    // pair and empties them; what was not taken when memory ran out stays there.
+    void takeArguments(OrderedCltn& types, OrderedCltn& expressions);
     int getIndex() const { return index; }
     unsigned size() const override { return arguments.size(); }
     Expression* getExpression(int i) const;

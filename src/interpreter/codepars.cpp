@@ -81,9 +81,11 @@ void CodeParser::reset() {
 }
 
 // Typedefs refer to other prototypes and go first, so that each prototype is
-// destroyed after the references to it.
+// destroyed after the references to it. The lists are made to size first, so
+// that running out of memory stops the deletion before it begins.
 void CodeParser::deleteTypes() {
-    OrderedCltn keys, prototypes, aliases;
+    unsigned room = types.size() + 1;
+    OrderedCltn keys(room), prototypes(room), aliases(room);
     types.addKeysTo(keys);
     types.addValuesTo(prototypes);
     types.deleteContents();

@@ -101,13 +101,13 @@ void Expression::applyOperator(Operator* op) {
 }
 
 void Expression::applyUnary(Operator* op) {
-    Variable* right = static_cast<Variable*>(operands.removeLast());
-    Variable* result = Variable::dereference(right)->getUnaryOperationType(op->getCode());
-    if (result == Variable::dereference(right)) {
-        operands.add(*right);
+    std::unique_ptr<Variable> right(static_cast<Variable*>(operands.removeLast()));
+    Variable* result = Variable::dereference(right.get())->getUnaryOperationType(op->getCode());
+    if (result == Variable::dereference(right.get())) {
+        operands.add(*right.release());
         return;
     }
-    delete right;
+    right.reset();
     operands.add(*result);
 }
 

@@ -201,10 +201,9 @@ Statement* CodeParser::parseDeclarators(Variable* type, bool global) {
     }
     if (declared.size() == 0) return 0;
     if (declared.size() == 1) return static_cast<Statement*>(declared.removeLast());
-    ListOfElement* list = new ListOfElement(listLine);
-    for (unsigned i = 0; i < declared.size(); ++i) list->add(static_cast<Statement*>(declared.at(int(i))));
-    declared.removeAll();
-    return list;
+    std::unique_ptr<ListOfElement> list(new ListOfElement(listLine));
+    handOver(declared, [&](Object* declaration) { list->add(static_cast<Statement*>(declaration)); });
+    return list.release();
 }
 
 // Entered on '=', '[', ',' or ';' after the name, or inside the '(' of constructor
@@ -231,16 +230,14 @@ VarDeclare* CodeParser::parseVariable(const String& name, int declarationLine, V
     int index = type->constructorIndex(argumentTypes);
     if (index < 0) constructorError(name, argumentTypes);
     if (!is(",") && !is(";")) error("Expected ',' or ';'");
-    ConstructorCall* call = 0;
+    std::unique_ptr<ConstructorCall> call;
     if (hasCall) {
-        call = new ConstructorCall(index);
-        for (unsigned i = 0; i < expressions.size(); ++i)
-            call->addArgument(Variable::argumentAt(argumentTypes, int(i)),
-                              static_cast<Expression*>(expressions.at(int(i))));
-        expressions.removeAll();
-        argumentTypes.removeAll();
+        call.reset(new ConstructorCall(index));
+        call->takeArguments(argumentTypes, expressions);
     }
-    return new VarDeclare(name, declarationLine, variableType, call);
+    VarDeclare* declaration = new VarDeclare(name, declarationLine, variableType, call.get());
+    call.release();
+    return declaration;
 }
 
 // Entered on "()" or on the first parameter's type inside '('. A prototype
@@ -315,9 +312,7 @@ void CodeParser::parseFunctionBody(FuncDeclare* definition) {
     parseStatements(function->getType(), returned, false, code);
     if (function->getType() != Variable::voidType() && !returned) error("return expected");
     closeBlock();
-    for (unsigned i = 0; i < code.size(); ++i)
-        function->addStatement(static_cast<Statement*>(code.at(int(i))));
-    code.removeAll();
+    handOver(code, [&](Object* statement) { function->addStatement(static_cast<Statement*>(statement)); });
 }
 
 void CodeParser::checkPrototype(FuncDeclare* definition, FuncDeclare* prototype) {

@@ -25,7 +25,9 @@ void CodeParser::parseExpression(Expression* expression, const char* terminator)
         if (tokenKind != ScanOperator) error("Expected operator");
         if (terminator && is(terminator)) return;
         int code = Operator::codeOf(token.asCharPointer());
-        if (code == OP_NONE) {
+        // ".", "[]" and "()" name the member, element and call operators, which
+        // only the selectors place.
+        if (code == OP_NONE || code == OP_MEMBER || code == OP_ELEMENT || code == OP_CALL) {
             if (is(";") || is(",")) return;
             error("Unexpected operator");
         }
@@ -156,13 +158,10 @@ void CodeParser::parseConversion(Expression* expression, Variable* type) {
     parseArgumentsInside(expressions, types);
     int index = type->constructorIndex(types);
     if (index < 0) constructorError(type->getName(), types);
-    ConstructorCall* call = new ConstructorCall(index);
-    for (unsigned i = 0; i < expressions.size(); ++i)
-        call->addArgument(Variable::argumentAt(types, int(i)),
-                          static_cast<Expression*>(expressions.at(int(i))));
-    expressions.removeAll();
-    types.removeAll();
-    expression->addElement(new VarDeclare("", conversionLine, type, call));
+    std::unique_ptr<ConstructorCall> call(new ConstructorCall(index));
+    call->takeArguments(types, expressions);
+    expression->addElement(new VarDeclare("", conversionLine, type, call.get()));
+    call.release();
 }
 
 // arguments -> '()' | '(' expression { ',' expression } ')', as many as the

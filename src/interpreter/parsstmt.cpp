@@ -12,7 +12,7 @@
 // returned, only the '}' may follow.
 void CodeParser::parseStatements(Variable* returnType, bool& returned, bool inFor, OrderedCltn& code) {
     while (!is("}")) {
-        code.add(*parseStatement(returnType, returned, inFor));
+        addOwned(code, parseStatement(returnType, returned, inFor));
         expectEnd();
         next();
         if (returned && !is("}")) error("Statement unreachable");
@@ -129,8 +129,7 @@ Statement* CodeParser::parseBlock(Variable* returnType, bool& returned, bool inF
     next();
     parseStatements(returnType, returned, inFor, code);
     closeBlock();
-    for (unsigned i = 0; i < code.size(); ++i) block->add(static_cast<Statement*>(code.at(int(i))));
-    code.removeAll();
+    handOver(code, [&](Object* statement) { block->add(static_cast<Statement*>(statement)); });
     return block.release();
 }
 
@@ -143,9 +142,13 @@ Statement* CodeParser::parseExpressionStatement() {
     if (findSymbol(token, 1)) {
         String first = token;
         OrderedCltn types;
-        Expression* expression = parseTypedExpression(&types);
-        Variable* type = static_cast<Variable*>(types.removeLast());
-        return new ExprElement(first, statementLine, type, expression);
+        ValueGuard type;  // goes after the expression that may refer to it
+        std::unique_ptr<Expression> expression(parseTypedExpression(&types));
+        type.reset(static_cast<Variable*>(types.removeLast()));
+        Statement* statement = new ExprElement(first, statementLine, type.get(), expression.get());
+        type.release();
+        expression.release();
+        return statement;
     }
     Variable* type = lookupType(token, 1);
     if (!type) error("Unexpected token");

@@ -19,6 +19,8 @@ Statement::Statement() : name("CodeWithoutName"), line(0) { key(name); }
 
 Statement::Statement(const String& name, int line) : name(name), line(line) { key(this->name); }
 
+void Statement::deepDeleteContents() { Object::deepDeleteContents(); }
+
 Statement* Statement::makeEmpty(int line) { return new Statement("Empty", line); }
 Statement* Statement::makeBreak(int line) { return new Statement("Break", line); }
 Statement* Statement::makeContinue(int line) { return new Statement("Continue", line); }

@@ -45,6 +45,8 @@ public:
 
     // Class name, name and line, then what the kind of node adds.
     void printOn(std::ostream& os) const override;
+    // The key is the statement's own name, deleted with it.
+    void deepDeleteContents() override;
 
 protected:
     // Writes each statement on a line of its own, one level further in, then "]".

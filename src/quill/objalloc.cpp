@@ -31,6 +31,7 @@ const int MAX_TRACKED = 20000;
 const size_t MAX_BLOCK = size_t(UINT32_MAX) - OVERHEAD;
 
 unsigned long inUse = 0;
+unsigned long failureCountdown = 0;  // the allocation-failure mode: 0 when off
 bool trackPointers = false;
 bool bufferOverflowed = false;
 void* pointerBuffer[MAX_TRACKED];
@@ -113,6 +114,14 @@ size_t defaultLimit() {
 
 size_t blockLimit = 0;  // 0 until set or first asked
 
+// Counts an allocation down in the allocation-failure mode; true for the one that fails.
+bool injectedFailure() {
+    lock();
+    bool fails = failureCountdown > 0 && --failureCountdown == 0;
+    unlock();
+    return fails;
+}
+
 [[noreturn]] void outOfMemory(size_t n) {
     char available[100], request[100];
     snprintf(available, sizeof available, "out of memory: available %lu bytes\n", inUse);
@@ -157,7 +166,7 @@ size_t checkedElements(size_t rows, size_t cols, size_t elementSize) {
 
 void* objectAlloc(size_t n) {
     checkAllocation(n, 1);
-    void* block = malloc(n + OVERHEAD);
+    void* block = injectedFailure() ? 0 : malloc(n + OVERHEAD);
     if (!block) outOfMemory(n);
     void* p = static_cast<char*>(block) + HEADER;
     writeGuards(p, n);
@@ -199,7 +208,7 @@ void* objectRealloc(void* p, size_t n) {
     checkAllocation(n, 1);
     size_t old = sizeOf(p);
     setHeadWord(p, FREED);
-    void* block = realloc(blockOf(p), n + OVERHEAD);
+    void* block = injectedFailure() ? 0 : realloc(blockOf(p), n + OVERHEAD);
     if (!block) {  // the old block stays the caller's, as it was
         writeGuards(p, old);
         setError(BADPTR, SEV_ERROR, "realloc", "", "");
@@ -217,6 +226,14 @@ size_t objectSize(const void* p) {
 }
 
 unsigned long bytesInUse() { return inUse; }
+
+void setAllocationFailure(unsigned long k) {
+    lock();
+    failureCountdown = k;
+    unlock();
+}
+
+bool allocationFailurePending() { return failureCountdown > 0; }
 
 void setTrackPointers(bool on) {
     trackPointers = on;

@@ -26,6 +26,11 @@ void checkPointer(const void* p, const char* name, size_t n);
 
 // Bytes of all live blocks, overhead included.
 unsigned long bytesInUse();
+// The allocation-failure mode: the k-th objectAlloc or objectRealloc from now
+// fails as if malloc had answered null; 0 turns it off. Pending while that
+// allocation has not come yet.
+void setAllocationFailure(unsigned long k);
+bool allocationFailurePending();
 void setTrackPointers(bool on);
 bool pointerOverflow();
 // Prints at most 300 records "Object <n> <text>" of the tracked pointers.

@@ -12,6 +12,7 @@
 #include "../quill/iotest.h"
 #include "../quill/testutil.h"
 #include "algebra/all.h"
+#include "fuzz/fuzzsupport.h"
 #include "quill/all.h"
 
 namespace {

@@ -52,25 +52,4 @@ inline void expectDamagedBinaryCountFails(std::string bytes, size_t offset, size
     EXPECT_LT(bytesInUse(), before + 1000000);
 }
 
-// A model-like graph: collections of strings and numbers with shared members.
-inline Object* richGraph() {
-    OrderedCltn* root = new OrderedCltn;
-    String* shared = new String("shared {name}\n\"quoted\"");
-    Dictionary* dict = new Dictionary;
-    dict->atPut(new String("gain"), new Float(2.5));
-    dict->atPut(new String("order"), new Integer(4));
-    root->add(*dict);
-    root->add(*shared);
-    SortedCltn* sorted = new SortedCltn;
-    for (int i = 0; i < 5; ++i) sorted->add(*new Integer(7 - i));
-    root->add(*sorted);
-    Set* set = new Set;
-    set->add(*shared);
-    set->add(*new Symbol("DynOp"));
-    root->add(*set);
-    root->add(*root);  // a cycle
-    root->add(*new AssocInt(*new String("count"), 3));
-    return root;
-}
-
 #endif
