@@ -48,13 +48,10 @@ for h in "${harnesses[@]}"; do
   cp tests/fuzz/corpus/$h/* "$work" 2>/dev/null || true
   options=(-max_total_time="$seconds" -timeout=10 -artifact_prefix="$artifacts/")
   if [ $libfuzzer -eq 1 ]; then
-    # Worker processes, so that a finding is kept and the run goes on: a read that
-    # fails part-way leaves what it had read, interpreted recursion and huge
-    # arrays still fault. The readers' leaks are therefore not findings.
+    # Worker processes, so that a finding is kept and the run goes on.
     options+=(-fork=1 -ignore_crashes=1 -ignore_ooms=1 -ignore_timeouts=1)
   fi
   leaks=1
-  case $h in objstream | model) leaks=0 ;; esac
   echo "== $h for $seconds s"
   # Programs that write files write them in the scratch directory.
   (cd "$scratch" && ASAN_OPTIONS=detect_leaks=$leaks "$bin/fuzz_$h" "${options[@]}" -detect_leaks=$leaks "$work") >"$build/fuzz-$h.log" 2>&1 || true

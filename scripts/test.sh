@@ -8,8 +8,9 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-# The suites that need no window system, which the sanitizer pass repeats.
-core_suites=(quill_tests algebra_tests control_tests reverse_tests interpreter_tests)
+# The suites that need no window system, with the replayed fuzz corpus, which the
+# sanitizer pass repeats.
+core_suites=(quill_tests algebra_tests control_tests reverse_tests interpreter_tests fuzz_replay_tests)
 
 mode=all
 for arg in "$@"; do
