@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "algebra/algebra.h"
+#include "control/hinfnorm.h"
 #include "control/robctrl.h"
 #include "quill/quillstr.h"
 
@@ -57,6 +58,9 @@ public:
     void setStructuringMatrix(const Matrix& D) { structuringMatrix = D; }
     const Matrix& getStructuringMatrix() const { return structuringMatrix; }
     bool isObserverFirst() const { return observerFirst != 0; }
+    // The certified H-infinity norm of the last final results' closed loop, w to z: infinite
+    // when the loop is unstable, 0 before any final results.
+    const HinfNorm& closedLoopNorm() const { return loopNorm; }
 
     // The dialogues, each answering 1 for Ok and 0 for Cancel.
     int askTolerance(double& tolerance, int defaultAnswer = 0);
@@ -95,6 +99,7 @@ private:
     String modelFileName;
     std::int32_t observerFirst;
     Object* owner;
+    HinfNorm loopNorm;
 };
 
 #endif

@@ -245,8 +245,8 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     printNorm("reduced H-infinite norm of the output feedback w-z operator =", *reduced);
     double experimental =
         printNorm("experimental H-infinite norm of the output feedback w-z operator =", *feedback);
-    std::cout << "certified H-infinite norm of the output feedback w-z operator = " << feedback->certifiedNormHinf()
-              << std::endl;
+    loopNorm = feedback->certifiedNormHinf();
+    std::cout << "certified H-infinite norm of the output feedback w-z operator = " << loopNorm << std::endl;
     std::cout << "\nTheoretical: the only detectable-stabilizable part resulting from a weak separation;\n"
                  "Reduced: eliminating weakly observable-controllable modes;\n"
                  "Experimental: closing explicitly the loop.\n(Unreliable "

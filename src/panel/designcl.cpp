@@ -57,8 +57,8 @@ bool numberOption(const char* name, double& value, const Range& range) {
         return false;
     }
     if (!inRange(x, range)) {
-        std::cerr << "tarn: option " << name << ": " << start << " is out of range, it must be " << rangeText(range)
-                  << std::endl;
+        std::cerr << "tarn: option " << name << ": " << start << " is out of range, it must be "
+                  << rangeText(range) << std::endl;
         return false;
     }
     value = x;
@@ -83,13 +83,32 @@ bool parametersFromOptions(DesignParameters& p, double& gamma2) {
     return ok;
 }
 
+// An H-infinity phase must reach its bound; a norm above it fails the phase.
 bool runPhase(RobustControlDesign& design, DesignParameters p, const char* phase, const char* made) {
     p.choice = phase;
     p.conObs = made;
     std::cout << "--- " << phase << " ---" << std::endl;
     double norm = design.design(p);
     std::cout << phase << ": " << norm << std::endl;
-    return norm > 0.0;
+    if (norm <= 0.0) return false;
+    if (p.useH2 || *made == '\0' || norm <= p.gamma) return true;
+    std::cerr << "tarn: " << phase << " reached the H-infinite norm " << norm << ", above its bound "
+              << p.gamma << std::endl;
+    return false;
+}
+
+// The closed loop of the final results must be stable and, for an H-infinity design, within
+// the first bound by its certified norm.
+bool closedLoopHolds(const RobustControlDesign& design, const DesignParameters& p) {
+    const HinfNorm& loop = design.closedLoopNorm();
+    if (!std::isfinite(loop.lower)) {
+        std::cerr << "tarn: the closed loop is unstable" << std::endl;
+        return false;
+    }
+    if (p.useH2 || loop.lower <= p.gamma) return true;
+    std::cerr << "tarn: the closed loop's H-infinite norm " << loop.lower << " is above the bound " << p.gamma
+              << std::endl;
+    return false;
 }
 
 }  // namespace
@@ -114,6 +133,7 @@ int runDesign(const String& modelFile) {
     bool ok = true;
     if (all || phase == "Step 1") ok = runPhase(design, p, "Step 1", first.asCharPointer());
     if (ok && (all || phase == "Step 2")) ok = runPhase(design, second, "Step 2", other);
-    if (ok && (all || phase == "Final Results")) ok = runPhase(design, p, "Final Results", "");
+    if (ok && (all || phase == "Final Results"))
+        ok = runPhase(design, p, "Final Results", "") && closedLoopHolds(design, p);
     return ok ? 0 : 1;
 }

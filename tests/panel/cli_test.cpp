@@ -254,7 +254,8 @@ TEST(CommandLineTest, designModeTakesAModelToAStabilisingCompensator) {
         {"twomassx.dyn", {}},
         {"twomassx.dyn", {"-first", "Observer"}},
         {"twomassx.dyn", {"-gramian", "Hinf", "-gamma", "3", "-gamma2", "50"}},
-        {"twomassxd.dyn", {"-first", "Observer", "-gramian", "Hinf", "-gamma", "3", "-gamma2", "50"}}};
+        // The sampled second step reaches about 129, so its bound is 150.
+        {"twomassxd.dyn", {"-first", "Observer", "-gramian", "Hinf", "-gamma", "3", "-gamma2", "150"}}};
     for (const Row& row : rows) {
         // The files of the design go beside the model: a copy of it here.
         std::ofstream(row.file) << fileText(std::string(TARN_EXAMPLES) + "/" + row.file);
@@ -287,6 +288,16 @@ TEST(CommandLineTest, designModeTakesAModelToAStabilisingCompensator) {
     EXPECT_NE(refused.out.find("Warning, this is not an extended system"), std::string::npos);
     EXPECT_EQ(runTarn({"-design", "x.dyn", "-phase", "Step 3"}).err,
               "tarn: unknown design phase \"Step 3\"\n");
+    // Every H-infinity phase used to end with status 0, whatever norm it reached.
+    for (const char* gammas : {"1.5 50", "3 5"}) {
+        std::istringstream pair(gammas);
+        std::string gamma, gamma2;
+        pair >> gamma >> gamma2;
+        RunResult missed =
+            runTarn({"-design", "twomassx.dyn", "-gramian", "Hinf", "-gamma", gamma, "-gamma2", gamma2});
+        EXPECT_EQ(missed.status, 1);
+        EXPECT_NE(missed.err.find("reached the H-infinite norm "), std::string::npos) << missed.err;
+    }
     ASSERT_EQ(chdir(previous.c_str()), 0);
     std::system(("rm -rf " + directory).c_str());
 }
@@ -300,8 +311,10 @@ TEST(CommandLineTest, designOptionsOutOfRangeAreRefused) {
     const Row rows[] = {
         {{"-gamma", "abc"}, "tarn: option -gamma: \"abc\" is not a number\n"},
         {{"-toll", "nan"}, "tarn: option -toll: \"nan\" is not a number\n"},
-        {{"-iter", "-5"}, "tarn: option -iter: -5 is out of range, it must be an integer from 1 to 1000000\n"},
-        {{"-iter", "2.5"}, "tarn: option -iter: 2.5 is out of range, it must be an integer from 1 to 1000000\n"},
+        {{"-iter", "-5"},
+         "tarn: option -iter: -5 is out of range, it must be an integer from 1 to 1000000\n"},
+        {{"-iter", "2.5"},
+         "tarn: option -iter: 2.5 is out of range, it must be an integer from 1 to 1000000\n"},
         {{"-gamma2", "0"}, "tarn: option -gamma2: 0 is out of range, it must be a number above 0\n"},
         {{"-alfa", "1.5"}, "tarn: option -alfa: 1.5 is out of range, it must be a number above 0 up to 1\n"},
         {{"-noiseL", "-1"}, "tarn: option -noiseL: -1 is out of range, it must be a number from 0\n"},
@@ -332,7 +345,8 @@ TEST(CommandLineTest, designRefusesAbsentAndUnsolvableModels) {
     ASSERT_TRUE(Algebra().storeToFile(undetectable, "undetectable.dyn"));
     RunResult refused = runTarn({"-design", "undetectable.dyn"});
     EXPECT_EQ(refused.status, 1);
-    EXPECT_NE(refused.out.find("(C2, A) is not detectable: the measures do not see the pole 1"), std::string::npos);
+    EXPECT_NE(refused.out.find("(C2, A) is not detectable: the measures do not see the pole 1"),
+              std::string::npos);
     ASSERT_EQ(chdir(previous.c_str()), 0);
     std::system(("rm -rf " + directory).c_str());
 }
