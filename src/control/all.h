@@ -6,6 +6,7 @@
 #include "control/discdyn.h"
 #include "control/dynop.h"
 #include "control/extsys.h"
+#include "control/hinfric.h"
 #include "control/lmi.h"
 #include "control/optgram.h"
 #include "control/rcdesign.h"

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "algebra/cmatrix.h"
+#include "control/bilinear.h"
 #include "control/discdyn.h"
 #include "control/extsys.h"
 
@@ -93,19 +94,15 @@ HinfNorm DynOp::hamiltonianNorm() const {
     return {best, peak, best, infinity};
 }
 
-// The map z = (1 + s) / (1 - s) takes the imaginary axis onto the unit circle, s = j tan(theta / 2)
-// to z = exp(j theta), so the continuous image has the same norm, its peak at the matching angle.
-// The only matrix inverted is I + A, whose eigenvalues lie in the disc of radius 1 about 1 for a
-// stable A: rounding grows with its condition, which only a pole close to -1 makes large.
+// The continuous image under the bilinear map has the same norm, its peak at the angle theta of
+// s = j tan(theta / 2). The only matrix inverted is I + A, whose eigenvalues lie in the disc of
+// radius 1 about 1 for a stable A: rounding grows with its condition, which only a pole close to
+// -1 makes large.
 HinfNorm DiscDynOp::certifiedNormHinf() const {
     HinfNorm result;
     if (feedThroughNorm(result)) return result;
     if (!isStable()) return infiniteNorm("discrete");
-    Algebra& alg = numerics();
-    Matrix M = alg.inv(A + Matrix::diagonal(order_, 1.0)), I = Matrix::diagonal(order_, 1.0);
-    double root2 = std::sqrt(2.0);
-    DynOp image(M * (A - I), M * B * root2, C * M * root2, D - C * M * B, 0, 0, 0, false);
-    result = image.hamiltonianNorm();
+    result = continuousImage(DynOp(A, B, C, D, 0, 0, 0, false)).hamiltonianNorm();
     result.omega = 2.0 * std::atan(result.omega) / period();
     return result;
 }

@@ -3,10 +3,14 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <string>
 
+#include "control/hinfric.h"
+#include "control/lmi.h"
 #include "control/rcdesign.h"
 #include "control/workspc.h"
 #include "quill/quillstr.h"
@@ -65,8 +69,18 @@ bool numberOption(const char* name, double& value, const Range& range) {
     return true;
 }
 
-// The panel's parameters from the options; false when one of them is refused.
-bool parametersFromOptions(DesignParameters& p, double& gamma2) {
+// The route of -route: gramian (the design's iteration), lmi or riccati; empty after the line that
+// names the option when the value is none of them.
+std::string routeOption() {
+    std::string route = textOption("-route", "gramian").asCharPointer();
+    if (route == "gramian" || route == "lmi" || route == "riccati") return route;
+    std::cerr << "tarn: option -route: \"" << route << "\" is not gramian, lmi or riccati" << std::endl;
+    return "";
+}
+
+// The panel's parameters from the options; false when one of them is refused. The lmi route takes
+// the LMI minimum of the gramian's norm unless -minimum names the LMI problem.
+bool parametersFromOptions(DesignParameters& p, double& gamma2, const std::string& route) {
     String minimum = textOption("-minimum", "");
     p.lmiMode = minimum == "min H2" ? 1 : minimum == "bound Hinf" ? 2 : minimum == "min Hinf" ? 3 : 0;
     double iterations = p.iterations;
@@ -80,18 +94,24 @@ bool parametersFromOptions(DesignParameters& p, double& gamma2) {
     p.useH2 = textOption("-gramian", "H2") == "H2";
     p.approaching = textOption("-algorithm", "refining") == "approaching";
     p.initialFeedback = textOption("-initialFeedback", "pole placement") == "pole placement" ? 1 : 0;
+    if (route == "lmi" && p.lmiMode == 0) p.lmiMode = p.useH2 ? 1 : 3;
     return ok;
 }
 
-// An H-infinity phase must reach its bound; a norm above it fails the phase.
-bool runPhase(RobustControlDesign& design, DesignParameters p, const char* phase, const char* made) {
+// The phase's norm, printed after its name; success is a positive one.
+double runPhase(RobustControlDesign& design, DesignParameters p, const char* phase, const char* made) {
     p.choice = phase;
     p.conObs = made;
     std::cout << "--- " << phase << " ---" << std::endl;
     double norm = design.design(p);
     std::cout << phase << ": " << norm << std::endl;
+    return norm;
+}
+
+// An H-infinity step must stay within its bound; a norm above it fails the step.
+bool withinBound(const DesignParameters& p, const char* phase, double norm) {
     if (norm <= 0.0) return false;
-    if (p.useH2 || *made == '\0' || norm <= p.gamma) return true;
+    if (p.useH2 || norm <= p.gamma) return true;
     std::cerr << "tarn: " << phase << " reached the H-infinite norm " << norm << ", above its bound "
               << p.gamma << std::endl;
     return false;
@@ -111,6 +131,67 @@ bool closedLoopHolds(const RobustControlDesign& design, const DesignParameters& 
     return false;
 }
 
+// The model file's system, or null after the line that says why.
+std::unique_ptr<DynOp> readPlant(const String& modelFile) {
+    if (!std::ifstream(modelFile.asCharPointer())) {
+        std::cerr << "tarn: model file " << modelFile.asCharPointer() << " not found" << std::endl;
+        return nullptr;
+    }
+    Object* read = Workspace::readModelFile(modelFile.asCharPointer());
+    if (read && read->isKindOf(class_DynOp)) return std::unique_ptr<DynOp>(static_cast<DynOp*>(read));
+    std::cerr << "tarn: model file " << modelFile.asCharPointer() << " holds no system" << std::endl;
+    delete read;
+    return nullptr;
+}
+
+// The Riccati route's design: the optimal level, then the central compensator at gamma and the
+// certified norm of its closed loop. Success when gamma is feasible and the loop meets it.
+bool riccatiDesign(const DynOp& plant, double gamma) {
+    std::cout << "--- Riccati route ---" << std::endl;
+    HinfRiccati route(plant);
+    double optimum = route.optimalGamma();
+    std::cout << "optimal gamma (Riccati) = " << optimum << std::endl;
+    if (!(gamma >= optimum)) {
+        std::cout << "gamma " << gamma << " is below the optimal gamma: no compensator meets it" << std::endl;
+        return false;
+    }
+    DynOp loop = plant.closedLoop(route.compensator(gamma));
+    HinfNorm h = plant.isDiscreteTime() ? DiscDynOp(loop, true, plant.samplingTimeOf()).certifiedNormHinf()
+                                        : loop.certifiedNormHinf();
+    std::cout << "certified H-infinite norm of the output feedback w-z operator = " << h << std::endl;
+    return h.upper <= gamma;
+}
+
+// The level of the LMI route's "min Hinf" on the state-feedback problem of the plant's objectives;
+// infinity when the solver fails.
+double lmiStateFeedbackGamma(const DynOp& plant) {
+    unsigned objectives = plant.outputNumber() - plant.measureNumber();
+    DynOp stateFeedback(plant.subSystem(0, 0, objectives, 0), plant.controlNumber(), 0, 0);
+    LMI lmi = plant.isDiscreteTime() ? LMI(DiscDynOp(stateFeedback, true, plant.samplingTimeOf()))
+                                     : LMI(stateFeedback);
+    return lmi.solveMinimum() == 0 ? lmi.getGamma() : HUGE_VAL;
+}
+
+// The routes side by side: the norm the gramian or LMI design reached (0 when it did not run), the
+// optimal output-feedback level by the Riccati route, and the state-feedback levels of the LMI
+// "min Hinf" and of the Riccati route's first equation, which bound it from below.
+void compareRoutes(const DynOp& plant, double reached) {
+    HinfRiccati route(plant);
+    double lmi = lmiStateFeedbackGamma(plant);
+    std::cout << "gamma by route: design reached " << reached << ", riccati optimal " << route.optimalGamma()
+              << "; state feedback: lmi min Hinf " << lmi << ", riccati " << route.stateFeedbackGamma()
+              << std::endl;
+}
+
+// The design by the Riccati route alone, compared with the others under -compare.
+int riccatiRoute(const String& modelFile, double gamma) {
+    std::unique_ptr<DynOp> plant = readPlant(modelFile);
+    if (!plant) return 1;
+    bool ok = riccatiDesign(*plant, gamma);
+    if (findFlag("-compare")) compareRoutes(*plant, 0.0);
+    return ok ? 0 : 1;
+}
+
 }  // namespace
 
 int runDesign(const String& modelFile) {
@@ -119,7 +200,9 @@ int runDesign(const String& modelFile) {
     Workspace::setMatlabDirectory(textOption("-matlab", ".").asCharPointer());
     DesignParameters p;
     double gamma2 = 0.0;
-    if (!parametersFromOptions(p, gamma2)) return 1;
+    std::string route = routeOption();
+    if (route.empty() || !parametersFromOptions(p, gamma2, route)) return 1;
+    if (route == "riccati") return riccatiRoute(modelFile, p.gamma);
     DesignParameters second = p;
     second.gamma = gamma2;
     bool all = phase == "all";
@@ -131,9 +214,16 @@ int runDesign(const String& modelFile) {
     RobustControlDesign design;
     design.setModelFileName(modelFile.asCharPointer());
     bool ok = true;
-    if (all || phase == "Step 1") ok = runPhase(design, p, "Step 1", first.asCharPointer());
-    if (ok && (all || phase == "Step 2")) ok = runPhase(design, second, "Step 2", other);
+    if (all || phase == "Step 1")
+        ok = withinBound(p, "Step 1", runPhase(design, p, "Step 1", first.asCharPointer()));
+    if (ok && (all || phase == "Step 2"))
+        ok = withinBound(second, "Step 2", runPhase(design, second, "Step 2", other));
+    double reached = 0.0;
     if (ok && (all || phase == "Final Results"))
-        ok = runPhase(design, p, "Final Results", "") && closedLoopHolds(design, p);
+        ok = (reached = runPhase(design, p, "Final Results", "")) > 0.0 && closedLoopHolds(design, p);
+    if (findFlag("-compare") && (all || phase == "Final Results")) {
+        std::unique_ptr<DynOp> plant = readPlant(modelFile);
+        if (plant) compareRoutes(*plant, reached);
+    }
     return ok ? 0 : 1;
 }

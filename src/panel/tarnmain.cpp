@@ -189,6 +189,8 @@ const OptionLine optionLines[] = {
     {"  -gamma2 x", "the bound of the second step (default: -gamma)"},
     {"  -algorithm name", "refining (default) or approaching; -iter n iterations (20), -alfa x (0.5)"},
     {"  -minimum name", "the LMI route: \"min H2\", \"bound Hinf\", \"min Hinf\" (default none)"},
+    {"  -route name", "gramian (default: the two-step iteration), lmi (its LMI minimum) or riccati"},
+    {"  -compare", "after the final results, the optimal gamma of the routes side by side"},
     {"  -toll x, -minFreq x", "tolerance of the structure tests (1e-6), lowest frequency (1e-4)"},
     {"  -initialFeedback name", "\"pole placement\" (default) or zero; -noiseL x noise on the controls (0)"},
     {"  -continue", "continue the design in RobustControl.rc instead of starting anew"},
