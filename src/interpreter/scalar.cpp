@@ -2,6 +2,7 @@
 #include "interpreter/scalar.h"
 
 #include <cmath>
+#include <csignal>
 #include <memory>
 #include <ostream>
 
@@ -9,12 +10,20 @@
 #include "interpreter/floatvar.h"
 #include "interpreter/intvar.h"
 #include "interpreter/operator.h"
+#include "quill/quillerr.h"
+#include "quill/quillsig.h"
 
 DEFINE_ABSTRACT_CLASS(ScalarVar, Variable, 1, 0)
 
 namespace {
 
 std::int32_t wrap(long long x) { return std::int32_t(static_cast<std::uint32_t>(x)); }
+
+// An int divided by zero ends the run as the machine's trap would, with the same
+// message, but without relying on the trap, which the language leaves undefined.
+void checkDivisor(std::int32_t b) {
+    if (b == 0) setError(SYSERR, SEV_FATAL, "System Signal ", signalName(SIGFPE), "");
+}
 
 std::int32_t integerOperation(int op, std::int32_t a, std::int32_t b) {
     switch (op) {
@@ -24,10 +33,12 @@ std::int32_t integerOperation(int op, std::int32_t a, std::int32_t b) {
             return wrap((long long)a - b);
         case OP_MUL:
             return wrap((long long)a * b);
-        case OP_DIV:
-            return a / b;
+        case OP_DIV:  // the quotient of INT_MIN by -1 wraps
+            checkDivisor(b);
+            return wrap((long long)a / b);
         case OP_MOD:
-            return a % b;
+            checkDivisor(b);
+            return std::int32_t((long long)a % b);
         case OP_BIT_OR:
             return a | b;
         case OP_BIT_AND:
