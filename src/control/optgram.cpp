@@ -240,6 +240,13 @@ std::unique_ptr<DynOp> OptimumGramian::givenSystem() const {
 
 Matrix OptimumGramian::getTinv() const { return alg().inv(transform); }
 
+Matrix OptimumGramian::worstCase() const {
+    Matrix F = T11 * L;
+    if (!fullSystem) return F;
+    F.reSize(nd, fulln);
+    return F * transform;
+}
+
 Matrix OptimumGramian::getH() const {
     if (!fullSystem) return H;
     return D12factor * completion(H) * transform;

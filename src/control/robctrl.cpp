@@ -183,11 +183,12 @@ void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) 
     if (first) storeEstimationSystem(prefix);
 }
 
-// The observer of input: x^' = (A - K C2) x^ + (B2 - K D22) u + K y, the estimate as output.
+// The observer of the estimation system: x^' = (Ae - K C2e) x^ + (B2 - K D22) u + K y, the estimate
+// as output.
 RobustControl::System RobustControl::observerSystem() const {
-    Parts p(input);
+    Parts q(estimationSystem());
     Matrix K = observerGain();
-    return timed(DynOp(p.A - K * p.C2, dynop::sideBySide(p.B2 - K * p.D22, K),
+    return timed(DynOp(q.A - K * q.C2, dynop::sideBySide(q.B2 - K * q.D22, K),
                        Matrix::diagonal(input.order(), 1.0), Matrix(0, 0), 0, 0, 0, false));
 }
 
@@ -214,15 +215,30 @@ Matrix RobustControl::observerGain() const {
     return observer->getH().transpose();
 }
 
-// x' = A x + B1 w + B2 u, e = H x + u, y = C2 x + D21 w + D22 u: the error of the control that
-// the observer has to estimate.
+// The estimation system of the second step: input driven by the first design's worst-case
+// disturbance, w = F x + gamma T11 r, with the control error in the first design's normalised
+// controls, e = W (u + G x) + Hw gamma T11 r, as objective (W = D12factor^-1, G the estimated
+// control gain below, Hw the first design's feed-forward):
+//   x' = (A + B1 F) x + B1 gamma T11 r + B2 u,  y = (C2 + D21 F) x + D21 gamma T11 r + D22 u.
+// Along it |z|^2 - gamma^2 |w|^2 of input equals |e|^2 - gamma^2 |r|^2 up to the derivative of the
+// first design's x'Xx, so an observer meeting gamma here makes a compensator meeting gamma on
+// input. For H2, F = 0 and T11 = I.
 DynOp RobustControl::estimationSystem() const {
     Parts p(input);
-    Matrix H = feedbackGain();
-    unsigned nu = input.controlNumber(), ny = input.measureNumber(), nw = input.inputNumber() - nu;
-    Matrix D = dynop::stack(dynop::sideBySide(Matrix(nu, nw), Matrix::diagonal(nu, 1.0)),
-                            dynop::sideBySide(p.D21, p.D22));
-    return DynOp(p.A, input.stateB(), dynop::stack(H, p.C2), D, nu, ny, 0, false);
+    Matrix F = control ? control->worstCase() : Matrix(0, input.order());
+    Matrix R = control ? control->getGamma() * control->getT11() : Matrix(0, 0);
+    Matrix W = control ? Algebra().inv(control->getD12factor()) : Matrix(0, 0);
+    Matrix Hw = control ? control->feedForward() : Matrix(0, 0);
+    Matrix D = dynop::stack(dynop::sideBySide(Hw * R, W), dynop::sideBySide(p.D21 * R, p.D22));
+    Matrix C = dynop::stack(W * estimatedControlGain(), p.C2 + p.D21 * F);
+    Matrix B = dynop::sideBySide(p.B1 * R, p.B2);
+    return DynOp(p.A + p.B1 * F, B, C, D, input.controlNumber(), input.measureNumber(), 0, false);
+}
+
+// G = H + D12factor Hw F: the control of the first design under the worst-case disturbance.
+Matrix RobustControl::estimatedControlGain() const {
+    if (!control) return Matrix(0, 0);
+    return feedbackGain() + control->getD12factor() * control->feedForward() * control->worstCase();
 }
 
 RobustControl::System RobustControl::controlError() const {
@@ -231,30 +247,31 @@ RobustControl::System RobustControl::controlError() const {
 }
 
 RobustControl::System RobustControl::observerError() const {
-    Parts p(input);
+    Parts q(estimationSystem());
     Matrix K = observerGain();
-    return timed(DynOp(p.A - K * p.C2, p.B1 - K * p.D21, feedbackGain(), Matrix(0, 0), 0, 0, 0, false));
+    return timed(DynOp(q.A - K * q.C2, q.B1 - K * q.D21, q.C1, Matrix(0, 0), 0, 0, 0, false));
 }
 
-// The compensator of input: x^' = A x^ + B2 u + K (y - C2 x^ - D22 u), u = -H x^, written for
-// closedLoop, which negates the compensator's B and D: B = -K, C = -H.
+// The compensator of input, the observer of the estimation system with u = -G x^:
+// x^' = Ae x^ + B2 u + K (y - C2e x^ - D22 u), written for closedLoop, which negates the
+// compensator's B and D: B = -K, C = -G.
 DynOp RobustControl::compensatorOfInput() const {
-    Parts p(input);
-    Matrix H = feedbackGain(), K = observerGain();
-    return DynOp(p.A - p.B2 * H - K * p.C2 + K * p.D22 * H, -K, -H, Matrix(0, 0), 0, 0, 0, false);
+    Parts q(estimationSystem());
+    Matrix G = estimatedControlGain(), K = observerGain();
+    return DynOp(q.A - q.B2 * G - K * q.C2 + K * q.D22 * G, -K, -G, Matrix(0, 0), 0, 0, 0, false);
 }
 
 // The compensator as a system from y to u closed with v = Q r, turned into the sign convention
 // of closedLoop at the end. With Q = 0 it is the compensator above.
 DynOp RobustControl::compensatorOfInput(const DynOp& Q) const {
-    Parts p(input);
-    Matrix H = feedbackGain(), K = observerGain();
-    unsigned nu = H.rowNumber(), ny = K.columnNumber();
+    Parts q(estimationSystem());
+    Matrix G = estimatedControlGain(), K = observerGain();
+    unsigned nu = G.rowNumber(), ny = K.columnNumber();
     Matrix Iu = Matrix::diagonal(nu, 1.0), Iy = Matrix::diagonal(ny, 1.0);
-    Matrix A = p.A - p.B2 * H - K * p.C2 + K * p.D22 * H;
-    Matrix B = dynop::sideBySide(K, p.B2 - K * p.D22);
-    Matrix C = dynop::stack(-H, p.D22 * H - p.C2);
-    Matrix D = dynop::stack(dynop::sideBySide(Matrix(nu, ny), Iu), dynop::sideBySide(Iy, -p.D22));
+    Matrix A = q.A - q.B2 * G - K * q.C2 + K * q.D22 * G;
+    Matrix B = dynop::sideBySide(K, q.B2 - K * q.D22);
+    Matrix C = dynop::stack(-G, q.D22 * G - q.C2);
+    Matrix D = dynop::stack(dynop::sideBySide(Matrix(nu, ny), Iu), dynop::sideBySide(Iy, -q.D22));
     DynOp J(A, B, C, D, nu, ny, 0, false);
     DynOp positive(Q.stateA(), -Q.stateB(), Q.stateC(), -Q.getD(), 0, 0, 0, false);
     DynOp yu = J.closedLoop(positive);

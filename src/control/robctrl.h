@@ -106,6 +106,8 @@ private:
     // The compensator of input, in the continuous form of its matrices.
     DynOp compensatorOfInput() const;
     DynOp compensatorOfInput(const DynOp& Q) const;
+    // The control gain the compensator applies to the estimate.
+    Matrix estimatedControlGain() const;
 
     std::int32_t observerFirst = 0;
     double noiseLevel = 0.0;
