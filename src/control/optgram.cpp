@@ -247,6 +247,16 @@ Matrix OptimumGramian::worstCase() const {
     return F * transform;
 }
 
+Matrix OptimumGramian::controlErrorWeight() const {
+    Matrix V = Matrix::diagonal(nc, 1.0);
+    if (!system || !isDiscrete()) return V;
+    Matrix B2 = blocksOf(*system).B2, Q = gramian();
+    if (Q.rowNumber() != B2.rowNumber()) return V;  // an H2 design on the controllable part
+    V = V + B2.transpose() * Q * B2;
+    alg().chol(V);
+    return V;
+}
+
 Matrix OptimumGramian::getH() const {
     if (!fullSystem) return H;
     return D12factor * completion(H) * transform;

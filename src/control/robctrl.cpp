@@ -22,7 +22,7 @@ void fillLast(IntArray& indices, unsigned count, unsigned total) {
 
 // The partition blocks of a system: 1 disturbances / objectives, 2 controls / measures.
 struct Parts {
-    Matrix A, B1, B2, C1, C2, D21, D22;
+    Matrix A, B1, B2, C1, C2, D11, D21, D22;
     explicit Parts(const DynOp& s) {
         unsigned n = s.order(), m = s.inputNumber(), p = s.outputNumber();
         unsigned nu = s.controlNumber(), ny = s.measureNumber();
@@ -32,6 +32,7 @@ struct Parts {
         B2 = block(B, 0, m - nu, n, nu);
         C1 = block(C, 0, 0, p - ny, n);
         C2 = block(C, p - ny, 0, ny, n);
+        D11 = block(D, 0, 0, p - ny, m - nu);
         D21 = block(D, p - ny, 0, ny, m - nu);
         D22 = block(D, p - ny, m - nu, ny, nu);
     }
@@ -216,19 +217,19 @@ Matrix RobustControl::observerGain() const {
 }
 
 // The estimation system of the second step: input driven by the first design's worst-case
-// disturbance, w = F x + gamma T11 r, with the control error in the first design's normalised
-// controls, e = W (u + G x) + Hw gamma T11 r, as objective (W = D12factor^-1, G the estimated
-// control gain below, Hw the first design's feed-forward):
+// disturbance, w = F x + gamma T11 r, with the control error in the first design's weighted,
+// normalised controls, e = W (u + G x) + V Hw gamma T11 r, as objective (G the estimated control
+// gain below, W = V D12factor^-1, V its controlErrorWeight, Hw its feed-forward):
 //   x' = (A + B1 F) x + B1 gamma T11 r + B2 u,  y = (C2 + D21 F) x + D21 gamma T11 r + D22 u.
-// Along it |z|^2 - gamma^2 |w|^2 of input equals |e|^2 - gamma^2 |r|^2 up to the derivative of the
-// first design's x'Xx, so an observer meeting gamma here makes a compensator meeting gamma on
+// Along it |z|^2 - gamma^2 |w|^2 of input equals |e|^2 - gamma^2 |r|^2 up to the difference of
+// the first design's x'Xx, so an observer meeting gamma here makes a compensator meeting gamma on
 // input. For H2, F = 0 and T11 = I.
 DynOp RobustControl::estimationSystem() const {
     Parts p(input);
     Matrix F = control ? control->worstCase() : Matrix(0, input.order());
     Matrix R = control ? control->getGamma() * control->getT11() : Matrix(0, 0);
-    Matrix W = control ? Algebra().inv(control->getD12factor()) : Matrix(0, 0);
-    Matrix Hw = control ? control->feedForward() : Matrix(0, 0);
+    Matrix Hw = control ? control->controlErrorWeight() * control->feedForward() : Matrix(0, 0);
+    Matrix W = errorWeight();
     Matrix D = dynop::stack(dynop::sideBySide(Hw * R, W), dynop::sideBySide(p.D21 * R, p.D22));
     Matrix C = dynop::stack(W * estimatedControlGain(), p.C2 + p.D21 * F);
     Matrix B = dynop::sideBySide(p.B1 * R, p.B2);
@@ -241,37 +242,55 @@ Matrix RobustControl::estimatedControlGain() const {
     return feedbackGain() + control->getD12factor() * control->feedForward() * control->worstCase();
 }
 
+// W = V D12factor^-1, which takes the controls of input to the weighted ones of the control error.
+Matrix RobustControl::errorWeight() const {
+    if (!control) return Matrix(0, 0);
+    return control->controlErrorWeight() * Algebra().inv(control->getD12factor());
+}
+
+// Dk = W^-1 Hwo': the second design's feed-forward (Hwo, from e to the measures' gain of the
+// dual) as the direct correction of the control by the innovation, u = -G x^ - Dk r.
+Matrix RobustControl::innovationGain() const {
+    if (!observer) return Matrix(0, 0);
+    Matrix Hwo = observer->getD12factor() * observer->feedForward();
+    return Algebra().inv(errorWeight()) * Hwo.transpose();
+}
+
 RobustControl::System RobustControl::controlError() const {
     DynOp closed = input.stateFeedback(feedbackGain(), &controlIndices);
     return timed(closed.subSystem(0, 0, input.outputNumber() - input.measureNumber(), 0));
 }
 
+// The error of the control estimate: (Ae - K C2e, Br - K D21r, C1e - W Dk C2e, D11e - W Dk D21r).
 RobustControl::System RobustControl::observerError() const {
     Parts q(estimationSystem());
-    Matrix K = observerGain();
-    return timed(DynOp(q.A - K * q.C2, q.B1 - K * q.D21, q.C1, Matrix(0, 0), 0, 0, 0, false));
+    Matrix K = observerGain(), WDk = errorWeight() * innovationGain();
+    return timed(DynOp(q.A - K * q.C2, q.B1 - K * q.D21, q.C1 - WDk * q.C2, q.D11 - WDk * q.D21, 0, 0, 0,
+                       false));
 }
 
-// The compensator of input, the observer of the estimation system with u = -G x^:
-// x^' = Ae x^ + B2 u + K (y - C2e x^ - D22 u), written for closedLoop, which negates the
-// compensator's B and D: B = -K, C = -G.
+// The compensator of input: the observer of the estimation system,
+// x^' = Ae x^ + B2 u + K r, r = y - C2e x^ - D22 u, u = -G x^ - Dk r.
 DynOp RobustControl::compensatorOfInput() const {
-    Parts q(estimationSystem());
-    Matrix G = estimatedControlGain(), K = observerGain();
-    return DynOp(q.A - q.B2 * G - K * q.C2 + K * q.D22 * G, -K, -G, Matrix(0, 0), 0, 0, 0, false);
+    unsigned nu = input.controlNumber(), ny = input.measureNumber();
+    return compensatorOfInput(DynOp(Matrix(0, 0), Matrix(0, ny), Matrix(nu, 0), Matrix(nu, ny), 0, 0, 0, false));
 }
 
-// The compensator as a system from y to u closed with v = Q r, turned into the sign convention
-// of closedLoop at the end. With Q = 0 it is the compensator above.
+// The same with v = Q r added to u, from y to u, in the sign convention of closedLoop, which
+// negates the compensator's B and D. With M = (I - Dk D22)^-1, Gk = M (G - Dk C2e), Dy = M Dk and
+// Bu = B2 - K D22 the system from [y; v] to [u; r] is
+//   x^' = (Ae - K C2e - Bu Gk) x^ + (K - Bu Dy) y + Bu M v,
+//   u = -Gk x^ - Dy y + M v,  r = (D22 Gk - C2e) x^ + (I + D22 Dy) y - D22 M v.
 DynOp RobustControl::compensatorOfInput(const DynOp& Q) const {
     Parts q(estimationSystem());
-    Matrix G = estimatedControlGain(), K = observerGain();
+    Matrix G = estimatedControlGain(), K = observerGain(), Dk = innovationGain();
     unsigned nu = G.rowNumber(), ny = K.columnNumber();
     Matrix Iu = Matrix::diagonal(nu, 1.0), Iy = Matrix::diagonal(ny, 1.0);
-    Matrix A = q.A - q.B2 * G - K * q.C2 + K * q.D22 * G;
-    Matrix B = dynop::sideBySide(K, q.B2 - K * q.D22);
-    Matrix C = dynop::stack(-G, q.D22 * G - q.C2);
-    Matrix D = dynop::stack(dynop::sideBySide(Matrix(nu, ny), Iu), dynop::sideBySide(Iy, -q.D22));
+    Matrix M = Algebra().inv(Iu - Dk * q.D22), Gk = M * (G - Dk * q.C2), Dy = M * Dk, Bu = q.B2 - K * q.D22;
+    Matrix A = q.A - K * q.C2 - Bu * Gk;
+    Matrix B = dynop::sideBySide(K - Bu * Dy, Bu * M);
+    Matrix C = dynop::stack(-Gk, q.D22 * Gk - q.C2);
+    Matrix D = dynop::stack(dynop::sideBySide(-Dy, M), dynop::sideBySide(Iy + q.D22 * Dy, -q.D22 * M));
     DynOp J(A, B, C, D, nu, ny, 0, false);
     DynOp positive(Q.stateA(), -Q.stateB(), Q.stateC(), -Q.getD(), 0, 0, 0, false);
     DynOp yu = J.closedLoop(positive);
