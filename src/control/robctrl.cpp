@@ -265,15 +265,16 @@ RobustControl::System RobustControl::controlError() const {
 RobustControl::System RobustControl::observerError() const {
     Parts q(estimationSystem());
     Matrix K = observerGain(), WDk = errorWeight() * innovationGain();
-    return timed(DynOp(q.A - K * q.C2, q.B1 - K * q.D21, q.C1 - WDk * q.C2, q.D11 - WDk * q.D21, 0, 0, 0,
-                       false));
+    return timed(
+        DynOp(q.A - K * q.C2, q.B1 - K * q.D21, q.C1 - WDk * q.C2, q.D11 - WDk * q.D21, 0, 0, 0, false));
 }
 
 // The compensator of input: the observer of the estimation system,
 // x^' = Ae x^ + B2 u + K r, r = y - C2e x^ - D22 u, u = -G x^ - Dk r.
 DynOp RobustControl::compensatorOfInput() const {
     unsigned nu = input.controlNumber(), ny = input.measureNumber();
-    return compensatorOfInput(DynOp(Matrix(0, 0), Matrix(0, ny), Matrix(nu, 0), Matrix(nu, ny), 0, 0, 0, false));
+    return compensatorOfInput(
+        DynOp(Matrix(0, 0), Matrix(0, ny), Matrix(nu, 0), Matrix(nu, ny), 0, 0, 0, false));
 }
 
 // The same with v = Q r added to u, from y to u, in the sign convention of closedLoop, which

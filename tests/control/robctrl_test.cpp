@@ -177,7 +177,8 @@ TEST_F(DesignTest, DriverRefusals) {
     DesignParameters p;
     p.choice = "Step 1";
     design.setModelFileName("absent.dyn");
-    EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }), "Warning, model file absent.dyn not found\n");
+    EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }),
+              "Warning, model file absent.dyn not found\n");
     ASSERT_TRUE(Algebra().storeToFile(mat(1, 1, {1}), "matrix.dyn"));
     design.setModelFileName("matrix.dyn");
     EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }),

@@ -290,7 +290,8 @@ TEST(CommandLineTest, designModeTakesAModelToAStabilisingCompensator) {
               "tarn: unknown design phase \"Step 3\"\n");
     // Every H-infinity phase used to end with status 0, whatever norm it reached: at 1.5 the first
     // step's iteration diverges; at 3 the two steps meet their bounds and so does the loop.
-    RunResult missed = runTarn({"-design", "twomassx.dyn", "-gramian", "Hinf", "-gamma", "1.5", "-gamma2", "50"});
+    RunResult missed =
+        runTarn({"-design", "twomassx.dyn", "-gramian", "Hinf", "-gamma", "1.5", "-gamma2", "50"});
     EXPECT_EQ(missed.status, 1);
     EXPECT_NE(missed.err.find("Step 1 reached the H-infinite norm "), std::string::npos) << missed.err;
     RunResult met = runTarn({"-design", "twomassx.dyn", "-gramian", "Hinf", "-gamma", "3", "-gamma2", "5"});
