@@ -141,10 +141,30 @@ double RobustControl::step(OptimumGramian& design, double gamma, unsigned maxIte
                            bool approaching, double alfa, bool continueFlag, const char* prefix,
                            bool stepByStep, int lmiMode, double minFreq) {
     design.setOwner(owner);
+    if (approachesFromAbove(useH2, approaching, continueFlag, stepByStep, lmiMode)) {
+        std::cout << "approaching gamma from above, at";
+        for (double level : levelsAbove) std::cout << ' ' << level * gamma;
+        std::cout << std::endl;
+        for (double level : levelsAbove)
+            design.optimize(level * gamma, maxIterations, false, false, alfa, level != levelsAbove[0], prefix,
+                            false, 0, minFreq);
+        continueFlag = true;
+    }
     double norm = design.optimize(gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix,
                                   stepByStep, lmiMode, minFreq);
     storeStep(design, prefix);
     return norm;
+}
+
+// The gramian iteration of an H-infinity design converges from a start whose loop is well within
+// the level and may diverge from the placed start at a level near the optimum; from a converged
+// design at a higher level it starts close to the solution. So a fresh refining H-infinity step
+// goes down these multiples of gamma, each continuing from the last, before gamma itself.
+const double RobustControl::levelsAbove[5] = {8.0, 4.0, 2.0, 1.4, 1.2};
+
+bool RobustControl::approachesFromAbove(bool useH2, bool approaching, bool continueFlag, bool stepByStep,
+                                        int lmiMode) {
+    return !useH2 && !approaching && !continueFlag && !stepByStep && lmiMode == 0;
 }
 
 // The gain of the step in the workspace and the Matlab script, then the norm of its error

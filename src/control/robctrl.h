@@ -101,6 +101,10 @@ private:
     double step(OptimumGramian& design, double gamma, unsigned maxIterations, bool useH2, bool approaching,
                 double alfa, bool continueFlag, const char* prefix, bool stepByStep, int lmiMode,
                 double minFreq);
+    // Whether a step goes down levelsAbove first (see robctrl.cpp).
+    static bool approachesFromAbove(bool useH2, bool approaching, bool continueFlag, bool stepByStep,
+                                    int lmiMode);
+    static const double levelsAbove[5];
     void storeStep(const OptimumGramian& design, const char* prefix);
     void storeEstimationSystem(const char* prefix);
     // object under name in the workspace and the Matlab script, and in prefix + file when given.

@@ -1,5 +1,5 @@
-// The two-step H-infinity design against its bound: on seeded plants, at 1.5 times the optimal
-// level of the Riccati route, the compensator's closed loop is stable and its certified norm is
+// The two-step H-infinity design against its bound: on seeded plants, at 1.1 and 1.5 times the
+// optimal level of the Riccati route, the compensator's closed loop is stable and its certified norm is
 // at most gamma, control first and observer first.
 #include <gtest/gtest.h>
 
@@ -43,13 +43,16 @@ protected:
 TEST_P(TwoStepHinf, ClosedLoopMeetsGamma) {
     const TwoStepCase& c = GetParam();
     std::unique_ptr<DynOp> plant = plantOf(c.plant, 10 + c.plant.n);
-    double gamma = 1.5 * HinfRiccati(*plant).optimalGamma(), first = 0.0, second = 0.0;
-    RobustControl rc = twoSteps(*plant, c.observerFirst, gamma, first, second);
-    ASSERT_TRUE(rc.hasObserver());
-    HinfNorm h = loopNorm(*plant, *rc.compensator());
-    EXPECT_LE(first, gamma);
-    EXPECT_LE(second, gamma);
-    EXPECT_LE(h.lower, gamma * (1.0 + 1e-6)) << "gamma " << gamma << ", loop " << h;
+    double optimum = HinfRiccati(*plant).optimalGamma();
+    for (double factor : {1.1, 1.5}) {
+        double gamma = factor * optimum, first = 0.0, second = 0.0;
+        RobustControl rc = twoSteps(*plant, c.observerFirst, gamma, first, second);
+        ASSERT_TRUE(rc.hasObserver());
+        HinfNorm h = loopNorm(*plant, *rc.compensator());
+        EXPECT_LE(first, gamma);
+        EXPECT_LE(second, gamma);
+        EXPECT_LE(h.lower, gamma * (1.0 + 1e-6)) << "gamma " << gamma << ", loop " << h;
+    }
 }
 
 // Continuous, D11 = 0: stable, unstable and lightly damped plants of orders 2 to 6, each with the
@@ -67,10 +70,11 @@ std::string caseName(const ::testing::TestParamInfo<TwoStepCase>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Continuous, TwoStepHinf,
-                         ::testing::Values(TwoStepCase{order3, false}, TwoStepCase{order4, false},
-                                           TwoStepCase{order5, false}, TwoStepCase{order6, false},
-                                           TwoStepCase{order4, true}, TwoStepCase{order5, true},
-                                           TwoStepCase{order6, true}),
+                         ::testing::Values(TwoStepCase{order2, false}, TwoStepCase{order3, false},
+                                           TwoStepCase{order4, false}, TwoStepCase{order5, false},
+                                           TwoStepCase{order6, false}, TwoStepCase{order2, true},
+                                           TwoStepCase{order3, true}, TwoStepCase{order4, true},
+                                           TwoStepCase{order5, true}, TwoStepCase{order6, true}),
                          caseName);
 
 // The same plants sampled at 0.1 s.
@@ -81,8 +85,9 @@ Case sampled(Case c) {
 
 INSTANTIATE_TEST_SUITE_P(
     Discrete, TwoStepHinf,
-    ::testing::Values(TwoStepCase{sampled(order3), false}, TwoStepCase{sampled(order4), false},
-                      TwoStepCase{sampled(order5), false}, TwoStepCase{sampled(order6), false},
+    ::testing::Values(TwoStepCase{sampled(order2), false}, TwoStepCase{sampled(order3), false},
+                      TwoStepCase{sampled(order4), false}, TwoStepCase{sampled(order5), false},
+                      TwoStepCase{sampled(order6), false}, TwoStepCase{sampled(order2), true},
                       TwoStepCase{sampled(order3), true}, TwoStepCase{sampled(order4), true},
                       TwoStepCase{sampled(order5), true}, TwoStepCase{sampled(order6), true}),
     caseName);
@@ -96,21 +101,10 @@ INSTANTIATE_TEST_SUITE_P(
     WithD11, TwoStepHinf,
     ::testing::Values(TwoStepCase{d11order3, false}, TwoStepCase{d11order4, false},
                       TwoStepCase{d11order5, false}, TwoStepCase{d11order3, true},
-                      TwoStepCase{d11order5, true}, TwoStepCase{sampled(d11order3), false},
-                      TwoStepCase{sampled(d11order4), false}, TwoStepCase{sampled(d11order5), false},
-                      TwoStepCase{sampled(d11order3), true}, TwoStepCase{sampled(d11order4), true}),
+                      TwoStepCase{d11order4, true}, TwoStepCase{d11order5, true},
+                      TwoStepCase{sampled(d11order3), false}, TwoStepCase{sampled(d11order4), false},
+                      TwoStepCase{sampled(d11order5), false}, TwoStepCase{sampled(d11order3), true},
+                      TwoStepCase{sampled(d11order4), true}, TwoStepCase{sampled(d11order5), true}),
     caseName);
-
-// The gramian iteration of one step diverges ("NO CONVERGENCE REACHED!") at these feasible levels
-// and the step reports a norm above gamma: the first step on order 2 control first, the second
-// step on orders 2 and 3 observer first, continuous; on order 2 sampled, the first step control
-// first and the second observer first; with D11, the first step on order 4 observer first and
-// the second on order 5 sampled observer first. The loop's norm is then near the failing step's.
-INSTANTIATE_TEST_SUITE_P(DISABLED_StepDiverges, TwoStepHinf,
-                         ::testing::Values(TwoStepCase{order2, false}, TwoStepCase{order2, true},
-                                           TwoStepCase{order3, true}, TwoStepCase{sampled(order2), false},
-                                           TwoStepCase{sampled(order2), true}, TwoStepCase{d11order4, true},
-                                           TwoStepCase{sampled(d11order5), true}),
-                         caseName);
 
 }  // namespace
