@@ -240,6 +240,23 @@ std::unique_ptr<DynOp> OptimumGramian::givenSystem() const {
 
 Matrix OptimumGramian::getTinv() const { return alg().inv(transform); }
 
+Matrix OptimumGramian::worstCase() const {
+    Matrix F = T11 * L;
+    if (!fullSystem) return F;
+    F.reSize(nd, fulln);
+    return F * transform;
+}
+
+Matrix OptimumGramian::controlErrorWeight() const {
+    Matrix V = Matrix::diagonal(nc, 1.0);
+    if (!system || !isDiscrete()) return V;
+    Matrix B2 = blocksOf(*system).B2, Q = gramian();
+    if (Q.rowNumber() != B2.rowNumber()) return V;  // an H2 design on the controllable part
+    V = V + B2.transpose() * Q * B2;
+    alg().chol(V);
+    return V;
+}
+
 Matrix OptimumGramian::getH() const {
     if (!fullSystem) return H;
     return D12factor * completion(H) * transform;

@@ -70,6 +70,12 @@ public:
     Matrix getH() const;
     unsigned order() const { return n; }
     Matrix getL() const { return L; }
+    // The worst-case disturbance w = F x of the H-infinity design in the coordinates of the system
+    // given to make: T11 L T, zero on the states dropped as stable and uncontrollable; zero for H2.
+    Matrix worstCase() const;
+    // V with V'V = I + B2'Q B2 in discrete time (B2 normalised), I in continuous time: the weight
+    // the design's game puts on the control error u~ + H x~ + Hw w.
+    Matrix controlErrorWeight() const;
     Matrix getT() const { return transform; }
     Matrix getTinv() const;
 

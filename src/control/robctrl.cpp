@@ -22,7 +22,7 @@ void fillLast(IntArray& indices, unsigned count, unsigned total) {
 
 // The partition blocks of a system: 1 disturbances / objectives, 2 controls / measures.
 struct Parts {
-    Matrix A, B1, B2, C1, C2, D21, D22;
+    Matrix A, B1, B2, C1, C2, D11, D21, D22;
     explicit Parts(const DynOp& s) {
         unsigned n = s.order(), m = s.inputNumber(), p = s.outputNumber();
         unsigned nu = s.controlNumber(), ny = s.measureNumber();
@@ -32,6 +32,7 @@ struct Parts {
         B2 = block(B, 0, m - nu, n, nu);
         C1 = block(C, 0, 0, p - ny, n);
         C2 = block(C, p - ny, 0, ny, n);
+        D11 = block(D, 0, 0, p - ny, m - nu);
         D21 = block(D, p - ny, 0, ny, m - nu);
         D22 = block(D, p - ny, m - nu, ny, nu);
     }
@@ -140,10 +141,30 @@ double RobustControl::step(OptimumGramian& design, double gamma, unsigned maxIte
                            bool approaching, double alfa, bool continueFlag, const char* prefix,
                            bool stepByStep, int lmiMode, double minFreq) {
     design.setOwner(owner);
+    if (approachesFromAbove(useH2, approaching, continueFlag, stepByStep, lmiMode)) {
+        std::cout << "approaching gamma from above, at";
+        for (double level : levelsAbove) std::cout << ' ' << level * gamma;
+        std::cout << std::endl;
+        for (double level : levelsAbove)
+            design.optimize(level * gamma, maxIterations, false, false, alfa, level != levelsAbove[0], prefix,
+                            false, 0, minFreq);
+        continueFlag = true;
+    }
     double norm = design.optimize(gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix,
                                   stepByStep, lmiMode, minFreq);
     storeStep(design, prefix);
     return norm;
+}
+
+// The gramian iteration of an H-infinity design converges from a start whose loop is well within
+// the level and may diverge from the placed start at a level near the optimum; from a converged
+// design at a higher level it starts close to the solution. So a fresh refining H-infinity step
+// goes down these multiples of gamma, each continuing from the last, before gamma itself.
+const double RobustControl::levelsAbove[5] = {8.0, 4.0, 2.0, 1.4, 1.2};
+
+bool RobustControl::approachesFromAbove(bool useH2, bool approaching, bool continueFlag, bool stepByStep,
+                                        int lmiMode) {
+    return !useH2 && !approaching && !continueFlag && !stepByStep && lmiMode == 0;
 }
 
 // The gain of the step in the workspace and the Matlab script, then the norm of its error
@@ -183,11 +204,12 @@ void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) 
     if (first) storeEstimationSystem(prefix);
 }
 
-// The observer of input: x^' = (A - K C2) x^ + (B2 - K D22) u + K y, the estimate as output.
+// The observer of the estimation system: x^' = (Ae - K C2e) x^ + (B2 - K D22) u + K y, the estimate
+// as output.
 RobustControl::System RobustControl::observerSystem() const {
-    Parts p(input);
+    Parts q(estimationSystem());
     Matrix K = observerGain();
-    return timed(DynOp(p.A - K * p.C2, dynop::sideBySide(p.B2 - K * p.D22, K),
+    return timed(DynOp(q.A - K * q.C2, dynop::sideBySide(q.B2 - K * q.D22, K),
                        Matrix::diagonal(input.order(), 1.0), Matrix(0, 0), 0, 0, 0, false));
 }
 
@@ -214,15 +236,44 @@ Matrix RobustControl::observerGain() const {
     return observer->getH().transpose();
 }
 
-// x' = A x + B1 w + B2 u, e = H x + u, y = C2 x + D21 w + D22 u: the error of the control that
-// the observer has to estimate.
+// The estimation system of the second step: input driven by the first design's worst-case
+// disturbance, w = F x + gamma T11 r, with the control error in the first design's weighted,
+// normalised controls, e = W (u + G x) + V Hw gamma T11 r, as objective (G the estimated control
+// gain below, W = V D12factor^-1, V its controlErrorWeight, Hw its feed-forward):
+//   x' = (A + B1 F) x + B1 gamma T11 r + B2 u,  y = (C2 + D21 F) x + D21 gamma T11 r + D22 u.
+// Along it |z|^2 - gamma^2 |w|^2 of input equals |e|^2 - gamma^2 |r|^2 up to the difference of
+// the first design's x'Xx, so an observer meeting gamma here makes a compensator meeting gamma on
+// input. For H2, F = 0 and T11 = I.
 DynOp RobustControl::estimationSystem() const {
     Parts p(input);
-    Matrix H = feedbackGain();
-    unsigned nu = input.controlNumber(), ny = input.measureNumber(), nw = input.inputNumber() - nu;
-    Matrix D = dynop::stack(dynop::sideBySide(Matrix(nu, nw), Matrix::diagonal(nu, 1.0)),
-                            dynop::sideBySide(p.D21, p.D22));
-    return DynOp(p.A, input.stateB(), dynop::stack(H, p.C2), D, nu, ny, 0, false);
+    Matrix F = control ? control->worstCase() : Matrix(0, input.order());
+    Matrix R = control ? control->getGamma() * control->getT11() : Matrix(0, 0);
+    Matrix Hw = control ? control->controlErrorWeight() * control->feedForward() : Matrix(0, 0);
+    Matrix W = errorWeight();
+    Matrix D = dynop::stack(dynop::sideBySide(Hw * R, W), dynop::sideBySide(p.D21 * R, p.D22));
+    Matrix C = dynop::stack(W * estimatedControlGain(), p.C2 + p.D21 * F);
+    Matrix B = dynop::sideBySide(p.B1 * R, p.B2);
+    return DynOp(p.A + p.B1 * F, B, C, D, input.controlNumber(), input.measureNumber(), 0, false);
+}
+
+// G = H + D12factor Hw F: the control of the first design under the worst-case disturbance.
+Matrix RobustControl::estimatedControlGain() const {
+    if (!control) return Matrix(0, 0);
+    return feedbackGain() + control->getD12factor() * control->feedForward() * control->worstCase();
+}
+
+// W = V D12factor^-1, which takes the controls of input to the weighted ones of the control error.
+Matrix RobustControl::errorWeight() const {
+    if (!control) return Matrix(0, 0);
+    return control->controlErrorWeight() * Algebra().inv(control->getD12factor());
+}
+
+// Dk = W^-1 Hwo': the second design's feed-forward (Hwo, from e to the measures' gain of the
+// dual) as the direct correction of the control by the innovation, u = -G x^ - Dk r.
+Matrix RobustControl::innovationGain() const {
+    if (!observer) return Matrix(0, 0);
+    Matrix Hwo = observer->getD12factor() * observer->feedForward();
+    return Algebra().inv(errorWeight()) * Hwo.transpose();
 }
 
 RobustControl::System RobustControl::controlError() const {
@@ -230,31 +281,37 @@ RobustControl::System RobustControl::controlError() const {
     return timed(closed.subSystem(0, 0, input.outputNumber() - input.measureNumber(), 0));
 }
 
+// The error of the control estimate: (Ae - K C2e, Br - K D21r, C1e - W Dk C2e, D11e - W Dk D21r).
 RobustControl::System RobustControl::observerError() const {
-    Parts p(input);
-    Matrix K = observerGain();
-    return timed(DynOp(p.A - K * p.C2, p.B1 - K * p.D21, feedbackGain(), Matrix(0, 0), 0, 0, 0, false));
+    Parts q(estimationSystem());
+    Matrix K = observerGain(), WDk = errorWeight() * innovationGain();
+    return timed(
+        DynOp(q.A - K * q.C2, q.B1 - K * q.D21, q.C1 - WDk * q.C2, q.D11 - WDk * q.D21, 0, 0, 0, false));
 }
 
-// The compensator of input: x^' = A x^ + B2 u + K (y - C2 x^ - D22 u), u = -H x^, written for
-// closedLoop, which negates the compensator's B and D: B = -K, C = -H.
+// The compensator of input: the observer of the estimation system,
+// x^' = Ae x^ + B2 u + K r, r = y - C2e x^ - D22 u, u = -G x^ - Dk r.
 DynOp RobustControl::compensatorOfInput() const {
-    Parts p(input);
-    Matrix H = feedbackGain(), K = observerGain();
-    return DynOp(p.A - p.B2 * H - K * p.C2 + K * p.D22 * H, -K, -H, Matrix(0, 0), 0, 0, 0, false);
+    unsigned nu = input.controlNumber(), ny = input.measureNumber();
+    return compensatorOfInput(
+        DynOp(Matrix(0, 0), Matrix(0, ny), Matrix(nu, 0), Matrix(nu, ny), 0, 0, 0, false));
 }
 
-// The compensator as a system from y to u closed with v = Q r, turned into the sign convention
-// of closedLoop at the end. With Q = 0 it is the compensator above.
+// The same with v = Q r added to u, from y to u, in the sign convention of closedLoop, which
+// negates the compensator's B and D. With M = (I - Dk D22)^-1, Gk = M (G - Dk C2e), Dy = M Dk and
+// Bu = B2 - K D22 the system from [y; v] to [u; r] is
+//   x^' = (Ae - K C2e - Bu Gk) x^ + (K - Bu Dy) y + Bu M v,
+//   u = -Gk x^ - Dy y + M v,  r = (D22 Gk - C2e) x^ + (I + D22 Dy) y - D22 M v.
 DynOp RobustControl::compensatorOfInput(const DynOp& Q) const {
-    Parts p(input);
-    Matrix H = feedbackGain(), K = observerGain();
-    unsigned nu = H.rowNumber(), ny = K.columnNumber();
+    Parts q(estimationSystem());
+    Matrix G = estimatedControlGain(), K = observerGain(), Dk = innovationGain();
+    unsigned nu = G.rowNumber(), ny = K.columnNumber();
     Matrix Iu = Matrix::diagonal(nu, 1.0), Iy = Matrix::diagonal(ny, 1.0);
-    Matrix A = p.A - p.B2 * H - K * p.C2 + K * p.D22 * H;
-    Matrix B = dynop::sideBySide(K, p.B2 - K * p.D22);
-    Matrix C = dynop::stack(-H, p.D22 * H - p.C2);
-    Matrix D = dynop::stack(dynop::sideBySide(Matrix(nu, ny), Iu), dynop::sideBySide(Iy, -p.D22));
+    Matrix M = Algebra().inv(Iu - Dk * q.D22), Gk = M * (G - Dk * q.C2), Dy = M * Dk, Bu = q.B2 - K * q.D22;
+    Matrix A = q.A - K * q.C2 - Bu * Gk;
+    Matrix B = dynop::sideBySide(K - Bu * Dy, Bu * M);
+    Matrix C = dynop::stack(-Gk, q.D22 * Gk - q.C2);
+    Matrix D = dynop::stack(dynop::sideBySide(-Dy, M), dynop::sideBySide(Iy + q.D22 * Dy, -q.D22 * M));
     DynOp J(A, B, C, D, nu, ny, 0, false);
     DynOp positive(Q.stateA(), -Q.stateB(), Q.stateC(), -Q.getD(), 0, 0, 0, false);
     DynOp yu = J.closedLoop(positive);

@@ -18,9 +18,10 @@ extern Class class_RobustControl;
 // The design works on `input`: the plant, widened by a noise input in front of each control when
 // noiseLevel is above 0, and its dual when the observer comes first. The first step designs the
 // state feedback H of `input` (the observer, on the dual, when observerFirst); the second step
-// designs the other gain on the estimation system of the first: the states driven by the
-// disturbances and controls of `input`, with the control error H x + u as objective and the
-// measures as measures. The observer-based compensator then has the poles of both designs.
+// designs the other gain on the estimation system of the first: `input` driven by the first
+// design's worst-case disturbance, with the first design's control error as objective and the
+// measures as measures. An H-infinity compensator so made meets the level both steps met; an H2
+// one has the poles of both designs.
 class RobustControl : public Algebra {
     DECLARE_MEMBERS(RobustControl)
 public:
@@ -64,18 +65,19 @@ public:
     Matrix feedbackGain() const;
     Matrix observerGain() const;
     // The errors of the two designs: input closed by the state feedback from w to z, and the
-    // observer's error dynamics from w to the control error H (x - x^).
+    // observer's error dynamics on the estimation system, from its disturbance to the control error.
     System controlError() const;
     System observerError() const;
     // The observer of input: from [u; y] to the estimate of the state.
     System observerSystem() const;
     // The estimation system on which the second design works.
     DynOp estimationSystem() const;
-    // The compensator of the plant as given: closedLoop of the plant with it has the poles of
+    // The compensator of the plant as given: the observer of the estimation system and the
+    // first design's control. For H2, closedLoop of the plant with it has the poles of
     // A - B2 H and of A - K C2 together.
     System compensator() const;
     // The same with the free parameter Q (measures' innovation to controls, v = Q r) added:
-    // u = -H x^ + v, r = y - C2 x^ - D22 u.
+    // u = -G x^ - Dk r + v, r = y - C2e x^ - D22 u.
     System compensator(const DynOp& Q) const;
     // The plant closed by the compensator: as assembled, and in the state coordinates (x, x - x^)
     // of the separation, where it is block triangular.
@@ -99,6 +101,10 @@ private:
     double step(OptimumGramian& design, double gamma, unsigned maxIterations, bool useH2, bool approaching,
                 double alfa, bool continueFlag, const char* prefix, bool stepByStep, int lmiMode,
                 double minFreq);
+    // Whether a step goes down levelsAbove first (see robctrl.cpp).
+    static bool approachesFromAbove(bool useH2, bool approaching, bool continueFlag, bool stepByStep,
+                                    int lmiMode);
+    static const double levelsAbove[5];
     void storeStep(const OptimumGramian& design, const char* prefix);
     void storeEstimationSystem(const char* prefix);
     // object under name in the workspace and the Matlab script, and in prefix + file when given.
@@ -106,6 +112,11 @@ private:
     // The compensator of input, in the continuous form of its matrices.
     DynOp compensatorOfInput() const;
     DynOp compensatorOfInput(const DynOp& Q) const;
+    // The control gain the compensator applies to the estimate, the weight of the control error
+    // and the gain of the innovation on the control (see robctrl.cpp).
+    Matrix estimatedControlGain() const;
+    Matrix errorWeight() const;
+    Matrix innovationGain() const;
 
     std::int32_t observerFirst = 0;
     double noiseLevel = 0.0;
