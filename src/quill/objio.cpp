@@ -51,10 +51,14 @@ struct ReadRecord {
     std::vector<Object*> finished;
     std::unordered_set<const Object*> held;
 
-    void add(Object* ob) {
-        finished.push_back(ob);
+    // Makes room for ob before its constructors run, so that recording it
+    // afterwards allocates nothing and cannot fail. A constructor that fails
+    // takes ob out of held again, through Object's destructor.
+    void prepare(Object* ob) {
+        finished.reserve(finished.size() + 1);
         held.insert(ob);
     }
+    void add(Object* ob) { finished.push_back(ob); }
     void deleteHeld() {
         while (!finished.empty()) {
             Object* ob = finished.back();
@@ -310,7 +314,17 @@ void runReader(Stream& is, const Class& c, Reader reader, Object* ob, unsigned n
 template <class Stream, class Reader>
 Object* readInstance(Stream& is, const Class& c, Reader reader, Object* where, unsigned* number) {
     Object* ob = prepareInstance(is, c, where);
-    *number = enterReadObject(ob);
+    try {
+        if (!where) readRecord->prepare(ob);
+        *number = enterReadObject(ob);
+    } catch (...) {  // no table holds ob yet: only its root constructor has run
+        ob->~Object();
+        if (where)
+            reviveMember(where, c);
+        else
+            Object::operator delete(ob);
+        throw;
+    }
     runReader(is, c, reader, ob, *number, where);
     if (!where) readRecord->add(ob);
     return ob;
