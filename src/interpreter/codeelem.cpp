@@ -89,7 +89,7 @@ ConstructorCall::~ConstructorCall() noexcept(false) {
 }
 
 void ConstructorCall::addArgument(Variable* type, Expression* expression) {
-    arguments.add(*new Assoc(*type, *expression));
+    addOwned(arguments, new Assoc(*type, *expression));
 }
 
 void ConstructorCall::takeArguments(OrderedCltn& types, OrderedCltn& expressions) {

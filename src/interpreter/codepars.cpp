@@ -28,7 +28,9 @@ CodeParser::~CodeParser() noexcept(false) {
 // --- Entries ---
 
 String CodeParser::parseText(const String& text, int resetFirst) {
-    Scanner textScanner(new std::istringstream(text.asCharPointer()));
+    std::unique_ptr<std::istream> stream(new std::istringstream(text.asCharPointer()));
+    Scanner textScanner(stream.get());
+    stream.release();
     scanner = &textScanner;
     String result;
     parse(result, resetFirst);
@@ -151,7 +153,7 @@ void CodeParser::expectEnd() {
 
 // --- Tables ---
 
-void CodeParser::openBlock() { scopes.add(*new OrderedCltn); }
+void CodeParser::openBlock() { addOwned(scopes, new OrderedCltn); }
 
 void CodeParser::closeBlock() { delete scopes.removeLast(); }
 
@@ -162,7 +164,7 @@ void CodeParser::addGlobalVar(VarDeclare* declaration) {
     if (globals.find(declaration->getName()) != nil)
         error(String("Global var ") + declaration->getName() + " already defined");
     declaration->setPosition(-1, int(globals.size()));
-    globals.add(*owned.release());
+    addOwned(globals, owned.release());
 }
 
 void CodeParser::addLocalVar(VarDeclare* declaration) {
@@ -244,6 +246,27 @@ void CodeParser::updateGlobal(Variable* variable) {
     static_cast<VarDeclare*>(globals.at(index))->setType(type);
 }
 
+// Enters type under name; the table owns both from then on. When the table
+// cannot take them they go at once, unless it holds them already, as when it
+// failed to grow after placing them.
+void CodeParser::addType(const String& name, Variable* type) {
+    std::unique_ptr<Variable> owned(type);
+    std::unique_ptr<String> key(new String(name));
+    std::unique_ptr<Assoc> pair(new Assoc(*key, *type));
+    auto handOff = [&] {
+        pair.release();
+        key.release();
+        owned.release();
+    };
+    try {
+        types.add(*pair);
+    } catch (...) {
+        if (types.assocAt(name) == pair.get()) handOff();
+        throw;
+    }
+    handOff();
+}
+
 // --- Errors and checks ---
 
 void CodeParser::error(const String& message) {
@@ -261,7 +284,7 @@ void CodeParser::checkCondition(Expression* test) {
     OrderedCltn types;
     ContentsGuard guard(types);
     Variable* type = test->toPostfix();
-    if (type) types.add(*type);
+    if (type) addOwned(types, type);
     Variable* truth = lookupType("char", 0);
     if (truth->constructorIndex(types) != 1) constructorError(truth->getName(), types);
 }
