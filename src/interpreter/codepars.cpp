@@ -12,6 +12,7 @@
 #include "interpreter/variable.h"
 #include "interpreter/varref.h"
 #include "quill/assoc.h"
+#include "quill/collectn.h"
 #include "quill/quillerr.h"
 #include "quill/stackgrd.h"
 
@@ -83,20 +84,22 @@ void CodeParser::reset() {
 }
 
 // Typedefs refer to other prototypes and go first, so that each prototype is
-// destroyed after the references to it. The lists are made to size first, so
-// that running out of memory stops the deletion before it begins.
+// destroyed after the references to it. Nothing is allocated, so that a
+// parser destroyed when memory has run out still frees its types.
 void CodeParser::deleteTypes() {
-    unsigned room = types.size() + 1;
-    OrderedCltn keys(room), prototypes(room), aliases(room);
-    types.addKeysTo(keys);
-    types.addValuesTo(prototypes);
+    for (bool aliases : {true, false}) {
+        Iterator it(types);
+        while (Object* ob = it()) {
+            Assoc* pair = static_cast<Assoc*>(ob);
+            Object* value = pair->value();
+            if (value == nil || value->isKindOf(class_VarReference) != aliases) continue;
+            pair->value(*nil);
+            delete value;
+        }
+    }
+    Iterator it(types);
+    while (Object* ob = it()) delete static_cast<Assoc*>(ob)->key();
     types.deleteContents();
-    for (unsigned i = 0; i < prototypes.size(); ++i)
-        if (prototypes.at(int(i))->isKindOf(class_VarReference)) aliases.add(*prototypes.at(int(i)));
-    for (unsigned i = 0; i < aliases.size(); ++i) prototypes.removeSame(*aliases.at(int(i)));
-    aliases.deleteContents();
-    prototypes.deleteContents();
-    keys.deleteContents();
 }
 
 // --- Significant tokens ---
