@@ -1,5 +1,4 @@
-// ContentsGuard, ValueGuard, OwnedList, addOwned, makeTaking and handOver: what a scope made is deleted when it
-// ends, exceptions included.
+// Guards, owned lists and hand-over helpers: what a scope made is deleted when it ends, exceptions included.
 #ifndef INTERPRETER_CLEANUP_H
 #define INTERPRETER_CLEANUP_H
 
@@ -32,9 +31,10 @@ inline void addOwned(OrderedCltn& list, Object* ob) {
     }
 }
 
-// Deletes a list and what it holds, as a node given such a list does.
+// Deletes a list and what it holds, as a node given such a list does; null is no list.
 struct ListDeleter {
     void operator()(OrderedCltn* list) const {
+        if (!list) return;
         list->deleteContents();
         delete list;
     }

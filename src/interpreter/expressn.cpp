@@ -62,7 +62,8 @@ void Expression::addInPostfix(Object* element) {
     if (!element->isKindOf(class_Operator)) {
         CodeElement* e = static_cast<CodeElement*>(element);
         addOwned(elements, e);
-        addOwned(operands, e->isKindOf(class_VarDeclReference) ? new VarReference(e->getType()) : e->getVariable());
+        addOwned(operands,
+                 e->isKindOf(class_VarDeclReference) ? new VarReference(e->getType()) : e->getVariable());
         if (e->isKindOf(class_MethodCall)) applyOperator(static_cast<Operator*>(operators.removeLast()));
         return;
     }

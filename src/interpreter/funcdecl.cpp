@@ -20,7 +20,7 @@ FuncDeclare::FuncDeclare(const String& name, int line, Variable* returnType, Ord
     : CodeElement(name, line), returnType(returnType), arguments(arguments) {}
 
 FuncDeclare::~FuncDeclare() noexcept(false) {
-    if (arguments) ListDeleter()(arguments);
+    ListDeleter()(arguments);
     code.deleteContents();
 }
 
@@ -67,7 +67,7 @@ FuncCall::FuncCall() : function(0), arguments(0) {}
 FuncCall::FuncCall(FuncDeclare* function, OrderedCltn* arguments, int line)
     : CodeElement(function->getName(), line), function(function), arguments(arguments) {}
 
-FuncCall::~FuncCall() noexcept(false) { if (arguments) ListDeleter()(arguments); }
+FuncCall::~FuncCall() noexcept(false) { ListDeleter()(arguments); }
 
 Expression* FuncCall::getExpression(int i) const { return static_cast<Expression*>(arguments->at(i)); }
 

@@ -249,7 +249,8 @@ bool CodeParser::parseFunction(const String& name, int declarationLine, Variable
     OwnedList parameters(new OrderedCltn);
     if (firstType) parseParameters(firstType, *parameters);
     if (name.isEqual(String("main")) && parameters->size() > 0) error("main must have no arguments");
-    std::unique_ptr<FuncDeclare> function = makeTaking<FuncDeclare>(name, declarationLine, returnType, parameters);
+    std::unique_ptr<FuncDeclare> function =
+        makeTaking<FuncDeclare>(name, declarationLine, returnType, parameters);
     next();
     if (!is(",") && !is(";") && !is("{")) error("Expected ',' ';' or '{'");
     if (is("{") && (listOpen || !global)) error("Unexpected '{'");
