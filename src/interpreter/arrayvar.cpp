@@ -40,11 +40,12 @@ ArrayVar::~ArrayVar() noexcept(false) {
 
 void ArrayVar::deepenShallowCopy() {
     Variable::deepenShallowCopy();
+    OrderedCltn* shared = elements;
+    elements = 0;
     typeName.clearCopiedState();
-    if (!elements) return;
-    OrderedCltn* copies = new OrderedCltn(unsigned(size));
-    for (unsigned i = 0; i < elements->size(); ++i) copies->add(*argumentAt(*elements, int(i))->clone());
-    elements = copies;
+    if (!shared) return;
+    elements = new OrderedCltn(unsigned(size));
+    for (unsigned i = 0; i < shared->size(); ++i) addOwned(*elements, argumentAt(*shared, int(i))->clone());
 }
 
 Variable* ArrayVar::getOperationType(Variable* other, int op, int swapped) {

@@ -1,6 +1,9 @@
-// ContentsGuard, ValueGuard, addOwned and handOver: what a scope made is deleted when it ends, exceptions included.
+// Guards, owned lists and hand-over helpers: what a scope made is deleted when it ends, exceptions included.
 #ifndef INTERPRETER_CLEANUP_H
 #define INTERPRETER_CLEANUP_H
+
+#include <memory>
+#include <utility>
 
 #include "interpreter/variable.h"
 #include "quill/orderedc.h"
@@ -26,6 +29,43 @@ inline void addOwned(OrderedCltn& list, Object* ob) {
         delete ob;
         throw;
     }
+}
+
+// Deletes a list and what it holds, as a node given such a list does; null is no list.
+struct ListDeleter {
+    void operator()(OrderedCltn* list) const {
+        if (!list) return;
+        list->deleteContents();
+        delete list;
+    }
+};
+using OwnedList = std::unique_ptr<OrderedCltn, ListDeleter>;
+
+namespace cleanup_detail {
+template <class T>
+T&& passed(T&& argument) {
+    return std::forward<T>(argument);
+}
+template <class U, class D>
+U* passed(std::unique_ptr<U, D>& owner) {
+    return owner.get();
+}
+template <class T>
+void givenUp(T&) {}
+template <class U, class D>
+void givenUp(std::unique_ptr<U, D>& owner) {
+    owner.release();
+}
+}  // namespace cleanup_detail
+
+// A new T made from arguments, of which each owner passes its pointer: the owners
+// give their pointers up only once T, which takes them, is made, so that a
+// failure on the way leaves each with its owner.
+template <class T, class... Args>
+std::unique_ptr<T> makeTaking(Args&&... arguments) {
+    std::unique_ptr<T> made(new T(cleanup_detail::passed(std::forward<Args>(arguments))...));
+    (cleanup_detail::givenUp(arguments), ...);
+    return made;
 }
 
 // Hands the elements of from one by one to take, which owns each once it

@@ -29,9 +29,9 @@ Variable* CodeElement::getType() const {
 }
 
 Variable* CodeElement::getVariable() const {
-    Variable* copy = getType()->clone();
+    std::unique_ptr<Variable> copy(getType()->clone());
     copy->setName(getName());
-    return copy;
+    return copy.release();
 }
 
 void CodeElement::printShort(std::ostream& os) const { os << getName().asCharPointer(); }
@@ -89,7 +89,7 @@ ConstructorCall::~ConstructorCall() noexcept(false) {
 }
 
 void ConstructorCall::addArgument(Variable* type, Expression* expression) {
-    arguments.add(*new Assoc(*type, *expression));
+    addOwned(arguments, new Assoc(*type, *expression));
 }
 
 void ConstructorCall::takeArguments(OrderedCltn& types, OrderedCltn& expressions) {

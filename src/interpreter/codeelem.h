@@ -75,7 +75,7 @@ public:
     explicit ConstructorCall(int index = 0);
     ~ConstructorCall() noexcept(false) override;
 
-    // Takes both.
+    // Takes both; when the list cannot grow, neither.
     void addArgument(Variable* type, Expression* expression);
     // Takes the argument types and the expressions of the two lists pair by
     // pair and empties them; what was not taken when memory ran out stays there.

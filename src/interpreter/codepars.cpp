@@ -12,6 +12,7 @@
 #include "interpreter/variable.h"
 #include "interpreter/varref.h"
 #include "quill/assoc.h"
+#include "quill/collectn.h"
 #include "quill/quillerr.h"
 #include "quill/stackgrd.h"
 
@@ -28,7 +29,9 @@ CodeParser::~CodeParser() noexcept(false) {
 // --- Entries ---
 
 String CodeParser::parseText(const String& text, int resetFirst) {
-    Scanner textScanner(new std::istringstream(text.asCharPointer()));
+    std::unique_ptr<std::istream> stream(new std::istringstream(text.asCharPointer()));
+    Scanner textScanner(stream.get());
+    stream.release();
     scanner = &textScanner;
     String result;
     parse(result, resetFirst);
@@ -81,20 +84,22 @@ void CodeParser::reset() {
 }
 
 // Typedefs refer to other prototypes and go first, so that each prototype is
-// destroyed after the references to it. The lists are made to size first, so
-// that running out of memory stops the deletion before it begins.
+// destroyed after the references to it. Nothing is allocated, so that a
+// parser destroyed when memory has run out still frees its types.
 void CodeParser::deleteTypes() {
-    unsigned room = types.size() + 1;
-    OrderedCltn keys(room), prototypes(room), aliases(room);
-    types.addKeysTo(keys);
-    types.addValuesTo(prototypes);
+    for (bool aliases : {true, false}) {
+        Iterator it(types);
+        while (Object* ob = it()) {
+            Assoc* pair = static_cast<Assoc*>(ob);
+            Object* value = pair->value();
+            if (value == nil || value->isKindOf(class_VarReference) != aliases) continue;
+            pair->value(*nil);
+            delete value;
+        }
+    }
+    Iterator it(types);
+    while (Object* ob = it()) delete static_cast<Assoc*>(ob)->key();
     types.deleteContents();
-    for (unsigned i = 0; i < prototypes.size(); ++i)
-        if (prototypes.at(int(i))->isKindOf(class_VarReference)) aliases.add(*prototypes.at(int(i)));
-    for (unsigned i = 0; i < aliases.size(); ++i) prototypes.removeSame(*aliases.at(int(i)));
-    aliases.deleteContents();
-    prototypes.deleteContents();
-    keys.deleteContents();
 }
 
 // --- Significant tokens ---
@@ -151,7 +156,7 @@ void CodeParser::expectEnd() {
 
 // --- Tables ---
 
-void CodeParser::openBlock() { scopes.add(*new OrderedCltn); }
+void CodeParser::openBlock() { addOwned(scopes, new OrderedCltn); }
 
 void CodeParser::closeBlock() { delete scopes.removeLast(); }
 
@@ -162,7 +167,7 @@ void CodeParser::addGlobalVar(VarDeclare* declaration) {
     if (globals.find(declaration->getName()) != nil)
         error(String("Global var ") + declaration->getName() + " already defined");
     declaration->setPosition(-1, int(globals.size()));
-    globals.add(*owned.release());
+    addOwned(globals, owned.release());
 }
 
 void CodeParser::addLocalVar(VarDeclare* declaration) {
@@ -244,6 +249,27 @@ void CodeParser::updateGlobal(Variable* variable) {
     static_cast<VarDeclare*>(globals.at(index))->setType(type);
 }
 
+// Enters type under name; the table owns both from then on. When the table
+// cannot take them they go at once, unless it holds them already, as when it
+// failed to grow after placing them.
+void CodeParser::addType(const String& name, Variable* type) {
+    std::unique_ptr<Variable> owned(type);
+    std::unique_ptr<String> key(new String(name));
+    std::unique_ptr<Assoc> pair(new Assoc(*key, *type));
+    auto handOff = [&] {
+        pair.release();
+        key.release();
+        owned.release();
+    };
+    try {
+        types.add(*pair);
+    } catch (...) {
+        if (types.assocAt(name) == pair.get()) handOff();
+        throw;
+    }
+    handOff();
+}
+
 // --- Errors and checks ---
 
 void CodeParser::error(const String& message) {
@@ -261,7 +287,7 @@ void CodeParser::checkCondition(Expression* test) {
     OrderedCltn types;
     ContentsGuard guard(types);
     Variable* type = test->toPostfix();
-    if (type) types.add(*type);
+    if (type) addOwned(types, type);
     Variable* truth = lookupType("char", 0);
     if (truth->constructorIndex(types) != 1) constructorError(truth->getName(), types);
 }

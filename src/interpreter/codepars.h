@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "interpreter/cleanup.h"
 #include "quill/dictnary.h"
 #include "quill/orderedc.h"
 #include "reverse/basepars.h"
@@ -79,6 +80,7 @@ private:
     void addGlobalVar(VarDeclare* declaration);
     void addLocalVar(VarDeclare* declaration);
     void addFunction(FuncDeclare* function, int external);
+    void addType(const String& name, Variable* type);
     void openBlock();
     void closeBlock();
     OrderedCltn& innerBlock() const;
@@ -125,7 +127,7 @@ private:
     void parseLeftValue(Expression* expression);
     void parseConversion(Expression* expression, Variable* type);
     void parsePostfix(Expression* expression);
-    OrderedCltn* parseCallArguments(FuncDeclare* function);
+    OwnedList parseCallArguments(FuncDeclare* function);
     void parseSelectors(Expression* expression, Variable* type);
     // From ( or (): expressions up to ) into expressions, their types into types; reads past the ).
     void parseArgumentList(OrderedCltn& expressions, OrderedCltn& types);

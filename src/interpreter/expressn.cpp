@@ -22,9 +22,9 @@ Expression::~Expression() noexcept(false) {
     operands.deleteContents();
 }
 
-void Expression::addOperator(int code) { elements.add(*new Operator(code)); }
+void Expression::addOperator(int code) { addOwned(elements, new Operator(code)); }
 
-void Expression::addElement(CodeElement* element) { elements.add(*element); }
+void Expression::addElement(CodeElement* element) { addOwned(elements, element); }
 
 bool Expression::isConstant() const {
     for (unsigned i = 0; i < elements.size(); ++i) {
@@ -34,23 +34,18 @@ bool Expression::isConstant() const {
     return true;
 }
 
-// The element being placed is always held by a list or by a guard, so that a
-// type failure leaves every element owned by this expression.
+// The element being placed is always held by a list or by a guard: on a
+// failure the elements placed stay with this expression, the others go.
 Variable* Expression::toPostfix() {
     OrderedCltn infix(elements);
+    ContentsGuard guard(infix);
     elements.removeAll();
-    unsigned i = 0;
-    try {
-        for (; i < infix.size(); ++i) {
-            Object* element = infix.at(int(i));
-            infix[int(i)] = nil;
-            addInPostfix(element);
-        }
-        while (operators.size() > 0) applyOperator(static_cast<Operator*>(operators.removeLast()));
-    } catch (...) {
-        for (unsigned j = i + 1; j < infix.size(); ++j) elements.add(*infix.at(int(j)));
-        throw;
+    for (unsigned i = 0; i < infix.size(); ++i) {
+        Object* element = infix.at(int(i));
+        infix[int(i)] = nil;
+        addInPostfix(element);
     }
+    while (operators.size() > 0) applyOperator(static_cast<Operator*>(operators.removeLast()));
     return operands.size() > 0 ? static_cast<Variable*>(operands.removeLast()) : 0;
 }
 
@@ -66,9 +61,9 @@ bool Expression::popsBefore(int code) const {
 void Expression::addInPostfix(Object* element) {
     if (!element->isKindOf(class_Operator)) {
         CodeElement* e = static_cast<CodeElement*>(element);
-        elements.add(*e);
-        operands.add(
-            *(e->isKindOf(class_VarDeclReference) ? new VarReference(e->getType()) : e->getVariable()));
+        addOwned(elements, e);
+        addOwned(operands,
+                 e->isKindOf(class_VarDeclReference) ? new VarReference(e->getType()) : e->getVariable());
         if (e->isKindOf(class_MethodCall)) applyOperator(static_cast<Operator*>(operators.removeLast()));
         return;
     }
@@ -88,12 +83,12 @@ void Expression::addInPostfix(Object* element) {
     std::unique_ptr<Operator> arriving(op);
     while (operators.size() > 0 && popsBefore(code))
         applyOperator(static_cast<Operator*>(operators.removeLast()));
-    operators.add(*arriving.release());
+    addOwned(operators, arriving.release());
 }
 
 void Expression::applyOperator(Operator* op) {
     // Without an operand the stack's removeLast raises; the parser never lets that happen.
-    elements.add(*op);
+    addOwned(elements, op);
     if (Operator::isUnary(op->getCode()))
         applyUnary(op);
     else
@@ -104,11 +99,11 @@ void Expression::applyUnary(Operator* op) {
     std::unique_ptr<Variable> right(static_cast<Variable*>(operands.removeLast()));
     Variable* result = Variable::dereference(right.get())->getUnaryOperationType(op->getCode());
     if (result == Variable::dereference(right.get())) {
-        operands.add(*right.release());
+        addOwned(operands, right.release());
         return;
     }
     right.reset();
-    operands.add(*result);
+    addOwned(operands, result);
 }
 
 // The result stands for the entry it equals, so that an operator answering its
@@ -118,14 +113,14 @@ void Expression::applyBinary(Operator* op) {
     std::unique_ptr<Variable> left(static_cast<Variable*>(operands.removeLast()));
     int code = op->getCode();
     if (code == OP_MEMBER || code == OP_CALL) {
-        operands.add(*right.release());
+        addOwned(operands, right.release());
         return;
     }
     Variable* result =
         Variable::dereference(left.get())->getOperationType(Variable::dereference(right.get()), code, 0);
     if (result == Variable::dereference(left.get())) result = left.release();
     if (result == Variable::dereference(right.get())) result = right.release();
-    operands.add(*result);
+    addOwned(operands, result);
 }
 
 Variable* Expression::evalConst() const {
@@ -135,7 +130,7 @@ Variable* Expression::evalConst() const {
     for (unsigned i = 0; i < elements.size(); ++i) {
         Object* e = elements.at(int(i));
         if (e->isKindOf(class_ConstDeclare)) {
-            if (left) pending.add(*left.release());
+            if (left) addOwned(pending, left.release());
             left = std::move(right);
             right.reset(static_cast<ConstDeclare*>(e)->getVariable());
             continue;

@@ -31,6 +31,7 @@ public:
     ~Expression() noexcept(false) override;
 
     void addOperator(int code);
+    // Takes element, which goes at once when the list cannot grow.
     void addElement(CodeElement* element);
     // Reorders the elements to postfix and answers the static type of the
     // result, owned by the caller; null for an expression without elements.

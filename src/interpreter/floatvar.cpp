@@ -19,7 +19,10 @@ FloatVar::~FloatVar() noexcept(false) {
 
 void FloatVar::deepenShallowCopy() {
     ScalarVar::deepenShallowCopy();
-    if (ownsValue) value = new double(*value);
+    if (!ownsValue) return;
+    ownsValue = 0;
+    value = new double(*value);
+    ownsValue = 1;
 }
 
 const String& FloatVar::getType() const {

@@ -3,6 +3,7 @@
 
 #include <ostream>
 
+#include "interpreter/cleanup.h"
 #include "interpreter/expressn.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
@@ -10,16 +11,6 @@
 DEFINE_CLASS(FuncDeclare, CodeElement, 1, 0)
 DEFINE_CLASS(FuncCall, CodeElement, 1, 0)
 DEFINE_CLASS(MethodCall, FuncCall, 1, 0)
-
-namespace {
-
-void deleteCollection(OrderedCltn* c) {
-    if (!c) return;
-    c->deleteContents();
-    delete c;
-}
-
-}  // namespace
 
 // --- FuncDeclare ---
 
@@ -29,7 +20,7 @@ FuncDeclare::FuncDeclare(const String& name, int line, Variable* returnType, Ord
     : CodeElement(name, line), returnType(returnType), arguments(arguments) {}
 
 FuncDeclare::~FuncDeclare() noexcept(false) {
-    deleteCollection(arguments);
+    ListDeleter()(arguments);
     code.deleteContents();
 }
 
@@ -76,7 +67,7 @@ FuncCall::FuncCall() : function(0), arguments(0) {}
 FuncCall::FuncCall(FuncDeclare* function, OrderedCltn* arguments, int line)
     : CodeElement(function->getName(), line), function(function), arguments(arguments) {}
 
-FuncCall::~FuncCall() noexcept(false) { deleteCollection(arguments); }
+FuncCall::~FuncCall() noexcept(false) { ListDeleter()(arguments); }
 
 Expression* FuncCall::getExpression(int i) const { return static_cast<Expression*>(arguments->at(i)); }
 

@@ -41,12 +41,13 @@ void GenericVar::deleteValues() {
 
 void GenericVar::deepenShallowCopy() {
     Variable::deepenShallowCopy();
-    typeName.clearCopiedState();
     ownsFields = 0;
-    if (!values) return;
-    OrderedCltn* copies = new OrderedCltn(values->size() + 1);
-    for (unsigned i = 0; i < values->size(); ++i) copies->add(*argumentAt(*values, int(i))->clone());
-    values = copies;
+    OrderedCltn* shared = values;
+    values = 0;
+    typeName.clearCopiedState();
+    if (!shared) return;
+    values = new OrderedCltn(shared->size() + 1);
+    for (unsigned i = 0; i < shared->size(); ++i) addOwned(*values, argumentAt(*shared, int(i))->clone());
 }
 
 Variable* GenericVar::getOperationType(Variable* other, int op, int swapped) {

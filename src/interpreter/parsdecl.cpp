@@ -51,7 +51,7 @@ Variable* CodeParser::parseTemplate(Variable* prototype) {
         parseExpression(argument.get(), ">");
         delete argument->toPostfix();
         if (!argument->isConstant()) error("Argument of a template must be constant");
-        values.add(*argument->evalConst());
+        addOwned(values, argument->evalConst());
         if (is(">")) break;
         if (!is(",")) error("Expected ','");
     }
@@ -59,7 +59,7 @@ Variable* CodeParser::parseTemplate(Variable* prototype) {
     Variable* instance = lookupType(name, 1);
     if (!instance) {
         instance = prototype->makeTemplate(values);
-        types.atPut(new String(name), instance);
+        addType(name, instance);
     }
     next();
     return instance;
@@ -85,8 +85,8 @@ Variable* CodeParser::parseDimensions(Variable* type) {
             if (bytes > double(allocationLimit()))
                 error(formatText("Array %s too big: about %.3g bytes, more than the limit of %lu",
                                  name.asCharPointer(), bytes, (unsigned long)allocationLimit()));
-            array = made.release();
-            types.atPut(new String(name), array);
+            array = made.get();
+            addType(name, made.release());
         }
         type = array;
         next();
@@ -111,16 +111,19 @@ void CodeParser::parseStruct() {
         if (tokenKind != ScanIdentifier) error("Identifier expected");
         Statement* declaration = parseDeclarators(type, false);
         if (!declaration) continue;
-        declarations.add(*declaration);
+        addOwned(declarations, declaration);
         collectFields(declaration, members);
     }
     next();
     if (!is(";")) error("';' expected");
     closeBlock();
-    OrderedCltn* fields = new OrderedCltn;
-    for (unsigned i = 0; i < members.size(); ++i)
-        fields->add(*new FieldDeclare(*static_cast<VarDeclare*>(members.at(int(i)))));
-    types.atPut(new String(name), new GenericVar(name, fields));
+    OwnedList fields(new OrderedCltn);
+    for (unsigned i = 0; i < members.size(); ++i) {
+        VarDeclare* member = static_cast<VarDeclare*>(members.at(int(i)));
+        std::unique_ptr<ConstructorCall> call(member->takeConstructorCall());
+        addOwned(*fields, makeTaking<FieldDeclare>(*member, call).release());
+    }
+    addType(name, makeTaking<GenericVar>(name, fields).release());
 }
 
 // Adds the variables of one declaration, each with constant initialisers only.
@@ -153,9 +156,9 @@ void CodeParser::parseTypedef() {
             aliased = parseDimensions(type);
         }
         if (!is(",") && !is(";")) error("Expected ';' ','  or '['");
-        VarReference* alias = new VarReference(aliased);
+        std::unique_ptr<VarReference> alias(new VarReference(aliased));
         alias->setName(name);
-        types.atPut(new String(name), alias);
+        addType(name, alias.release());
         if (is(";")) return;
         next();
     }
@@ -192,7 +195,7 @@ Statement* CodeParser::parseDeclarators(Variable* type, bool global) {
                 addGlobalVar(variable.release());
             } else {
                 addLocalVar(variable.get());
-                declared.add(*variable.release());
+                addOwned(declared, variable.release());
             }
         }
         listOpen = true;
@@ -219,7 +222,7 @@ VarDeclare* CodeParser::parseVariable(const String& name, int declarationLine, V
         parseArgumentsInside(expressions, argumentTypes);
     } else if (is("=")) {
         next();
-        expressions.add(*parseTypedExpression(&argumentTypes));
+        addOwned(expressions, parseTypedExpression(&argumentTypes));
     } else if (is("[")) {
         variableType = parseDimensions(type);
         if (!is(",") && !is(";")) error("Expected ';' ',' '(' or '['");
@@ -235,9 +238,7 @@ VarDeclare* CodeParser::parseVariable(const String& name, int declarationLine, V
         call.reset(new ConstructorCall(index));
         call->takeArguments(argumentTypes, expressions);
     }
-    VarDeclare* declaration = new VarDeclare(name, declarationLine, variableType, call.get());
-    call.release();
-    return declaration;
+    return makeTaking<VarDeclare>(name, declarationLine, variableType, call).release();
 }
 
 // Entered on "()" or on the first parameter's type inside '('. A prototype
@@ -245,10 +246,11 @@ VarDeclare* CodeParser::parseVariable(const String& name, int declarationLine, V
 // the top level, answers true.
 bool CodeParser::parseFunction(const String& name, int declarationLine, Variable* returnType,
                                Variable* firstType, bool listOpen, bool global) {
-    OrderedCltn* parameters = new OrderedCltn;
-    std::unique_ptr<FuncDeclare> function(new FuncDeclare(name, declarationLine, returnType, parameters));
+    OwnedList parameters(new OrderedCltn);
     if (firstType) parseParameters(firstType, *parameters);
     if (name.isEqual(String("main")) && parameters->size() > 0) error("main must have no arguments");
+    std::unique_ptr<FuncDeclare> function =
+        makeTaking<FuncDeclare>(name, declarationLine, returnType, parameters);
     next();
     if (!is(",") && !is(";") && !is("{")) error("Expected ',' ';' or '{'");
     if (is("{") && (listOpen || !global)) error("Unexpected '{'");
@@ -277,9 +279,9 @@ void CodeParser::parseParameters(Variable* firstType, OrderedCltn& parameters) {
             name = token;
             next();
         }
-        VarDeclare* parameter = new VarDeclare(name, line, type, isReference);
+        std::unique_ptr<VarDeclare> parameter(new VarDeclare(name, line, type, isReference));
         parameter->setPosition(0, int(parameters.size()));
-        parameters.add(*parameter);
+        addOwned(parameters, parameter.release());
         if (is(")")) return;
         if (!is(",")) error("Expected ',' or ')'");
         next();

@@ -43,7 +43,7 @@ Expression* CodeParser::parseTypedExpression(OrderedCltn* types) {
     parseExpression(expression.get());
     Variable* type = expression->toPostfix();
     if (types)
-        types->add(*type);
+        addOwned(*types, type);
     else
         delete type;
     return expression.release();
@@ -88,19 +88,20 @@ void CodeParser::parsePrimary(Expression* expression) {
 // and truncated to 32 bits, a float, a char, a string without its quotes.
 void CodeParser::parseLiteral(Expression* expression) {
     double number = 0;
-    Variable* value = 0;
+    std::unique_ptr<Variable> value;
     if (tokenKind == ScanDigit || tokenKind == ScanFloat) std::sscanf(token.asCharPointer(), "%lf", &number);
     if (tokenKind == ScanDigit)
-        value = new IntVar(ScalarVar::truncate(number));
+        value.reset(new IntVar(ScalarVar::truncate(number)));
     else if (tokenKind == ScanFloat)
-        value = new FloatVar(number);
+        value.reset(new FloatVar(number));
     else if (tokenKind == ScanChar)
-        value = CharVar::fromLiteral(token);
+        value.reset(CharVar::fromLiteral(token));
     else if (tokenKind == ScanString)
-        value = new StringVar(token.size() >= 2 ? String(token(1, int(token.size()) - 2)) : String());
+        value.reset(new StringVar(token.size() >= 2 ? String(token(1, int(token.size()) - 2)) : String()));
     else
         error("Unexpected token");
-    expression->addElement(new ConstDeclare(token, line, Variable::findType(value->getType()), value));
+    Variable* type = Variable::findType(value->getType());
+    expression->addElement(makeTaking<ConstDeclare>(token, line, type, value).release());
     next();
 }
 
@@ -118,8 +119,8 @@ void CodeParser::parseIdentifier(Expression* expression) {
         int callLine = line;
         next();
         if (!is("(") && !is("()")) error("Expected '('");
-        OrderedCltn* arguments = parseCallArguments(function);
-        expression->addElement(new FuncCall(function, arguments, callLine));
+        OwnedList arguments = parseCallArguments(function);
+        expression->addElement(makeTaking<FuncCall>(function, arguments, callLine).release());
     } else {
         Variable* type = lookupType(token, 1);
         if (!type) error("Unexpected identifier");
@@ -160,28 +161,26 @@ void CodeParser::parseConversion(Expression* expression, Variable* type) {
     if (index < 0) constructorError(type->getName(), types);
     std::unique_ptr<ConstructorCall> call(new ConstructorCall(index));
     call->takeArguments(types, expressions);
-    expression->addElement(new VarDeclare("", conversionLine, type, call.get()));
-    call.release();
+    expression->addElement(makeTaking<VarDeclare>("", conversionLine, type, call).release());
 }
 
 // arguments -> '()' | '(' expression { ',' expression } ')', as many as the
 // function has parameters. A reference parameter needs a left value of its
 // type, a value parameter a type assignable to its own. With no parameters,
 // "( )" leaves its ')' current.
-OrderedCltn* CodeParser::parseCallArguments(FuncDeclare* function) {
+OwnedList CodeParser::parseCallArguments(FuncDeclare* function) {
     int n = function->argumentCount();
     if (is("()")) {
         if (n != 0) error(String("Function ") + function->getName() + " needs arguments");
         next();
-        return 0;
+        return OwnedList();
     }
     next();
-    OrderedCltn arguments;
-    ContentsGuard guard(arguments);
+    OwnedList arguments(new OrderedCltn);
     for (int i = 0; i < n; ++i) {
         OrderedCltn types;
         ContentsGuard typesGuard(types);
-        arguments.add(*parseTypedExpression(&types));
+        addOwned(*arguments, parseTypedExpression(&types));
         Variable* type = Variable::argumentAt(types, 0);
         VarDeclare* parameter = function->getArgument(i);
         if (parameter->isRef()) {
@@ -202,9 +201,7 @@ OrderedCltn* CodeParser::parseCallArguments(FuncDeclare* function) {
         if (!is(")")) error("Expected ')'");
         next();
     }
-    OrderedCltn* result = new OrderedCltn(arguments);
-    arguments.removeAll();
-    return result;
+    return arguments;
 }
 
 // selectors -> { '.' NAME [ arguments ] | '[' expression ']' | arguments }, on the static type at the left.
@@ -242,13 +239,12 @@ void CodeParser::parseSelectors(Expression* expression, Variable* type) {
             return;
         }
         int callLine = line;
-        OrderedCltn arguments, types;
-        ContentsGuard guard(arguments), typesGuard(types);
-        parseArgumentList(arguments, types);
+        OwnedList arguments(new OrderedCltn);
+        OrderedCltn types;
+        ContentsGuard typesGuard(types);
+        parseArgumentList(*arguments, types);
         FuncDeclare* method = type->getMethod(methodName, types);
-        OrderedCltn* owned = new OrderedCltn(arguments);
-        arguments.removeAll();
-        expression->addElement(new MethodCall(method, owned, callLine));
+        expression->addElement(makeTaking<MethodCall>(method, arguments, callLine).release());
         type = method->getType();
     }
 }
@@ -265,7 +261,7 @@ void CodeParser::parseArgumentsInside(OrderedCltn& expressions, OrderedCltn& typ
         return;
     }
     for (;;) {
-        expressions.add(*parseTypedExpression(&types));
+        addOwned(expressions, parseTypedExpression(&types));
         if (is(",")) {
             next();
             continue;

@@ -56,7 +56,7 @@ Statement* CodeParser::parseReturn(Variable* returnType, bool& returned) {
     ContentsGuard guard(types);
     std::unique_ptr<Expression> value(parseTypedExpression(&types));
     if (returnType->constructorIndex(types) != 1) constructorError(returnType->getName(), types);
-    return new ReturnStatement(statementLine, returnType, value.release());
+    return makeTaking<ReturnStatement>(statementLine, returnType, value).release();
 }
 
 // for -> 'for' '(' expressionstatement ';' [ condition ] ';' expressionstatement ')' statement
@@ -83,8 +83,7 @@ Statement* CodeParser::parseFor(Variable* returnType) {
     bool bodyReturned = false;
     std::unique_ptr<Statement> body(parseStatement(returnType, bodyReturned, true));
     closeBlock();
-    return new ForStatement(statementLine, assign.release(), test.release(), increment.release(),
-                            body.release());
+    return makeTaking<ForStatement>(statementLine, assign, test, increment, body).release();
 }
 
 // if -> 'if' '(' condition ')' statement [ 'else' statement ]
@@ -117,7 +116,7 @@ Statement* CodeParser::parseIf(Variable* returnType, bool& returned, bool inFor)
     }
     closeBlock();
     returned = thenReturned && elseReturned;
-    return new IfStatement(statementLine, test.release(), thenPart.release(), elsePart.release());
+    return makeTaking<IfStatement>(statementLine, test, thenPart, elsePart).release();
 }
 
 // block -> '{' { statement } '}'

@@ -60,9 +60,8 @@ void VarDeclare::printShort(std::ostream& os) const {
         os << type->getType().asCharPointer() << "()";
 }
 
-FieldDeclare::FieldDeclare(VarDeclare& declaration)
-    : VarDeclare(declaration.getName(), declaration.getLine(), declaration.getType(),
-                 declaration.takeConstructorCall()) {}
+FieldDeclare::FieldDeclare(const VarDeclare& declaration, ConstructorCall* call)
+    : VarDeclare(declaration.getName(), declaration.getLine(), declaration.getType(), call) {}
 
 Variable* FieldDeclare::buildValue(std::int32_t& errorFlag) const {
     std::unique_ptr<Variable> value(getType()->clone());

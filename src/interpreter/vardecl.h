@@ -51,8 +51,8 @@ class FieldDeclare : public VarDeclare {
     DECLARE_MEMBERS(FieldDeclare)
 public:
     FieldDeclare() {}
-    // Same name, line and type; the constructor call is taken from declaration.
-    explicit FieldDeclare(VarDeclare& declaration);
+    // Same name, line and type as declaration; takes call, which may be null.
+    FieldDeclare(const VarDeclare& declaration, ConstructorCall* call);
 
     // A new value of the field, built by its declaration.
     Variable* buildValue(std::int32_t& errorFlag) const;

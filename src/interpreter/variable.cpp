@@ -76,7 +76,31 @@ Variable::~Variable() noexcept(false) {
 // A value, its name and its place in the list of live variables.
 double Variable::storageEstimate() const { return double(isA()->size()) + 64.0; }
 
-Variable* Variable::clone() const { return static_cast<Variable*>(deepCopy()); }
+// A copy whose deepening fails is destroyed as far as it was made. Among the
+// live variables, it shares no part with this one and is deleted; before, it
+// owns at most its name, which goes with the bare block.
+Variable* Variable::clone() const {
+    Variable* copy = static_cast<Variable*>(shallowCopy());
+    try {
+        copy->deepenShallowCopy();
+    } catch (...) {
+        if (isLive(copy)) {
+            delete copy;
+        } else {
+            copy->name.~String();
+            Object::operator delete(copy);
+        }
+        throw;
+    }
+    return copy;
+}
+
+bool Variable::isLive(const Variable* v) {
+    const OrderedCltn& live = liveVariables();
+    for (int i = int(live.size()) - 1; i >= 0; --i)
+        if (live.at(i) == v) return true;
+    return false;
+}
 
 void Variable::deepenShallowCopy() {
     BaseExpression::deepenShallowCopy();

@@ -19,7 +19,8 @@ extern Class class_Variable;
 // One class both makes the run-time values and, through one prototype of each
 // type, tells the parser about the type: its operators, constructors, members
 // and methods. Values are made by clone, the Object shallow copy followed by
-// deepenShallowCopy.
+// deepenShallowCopy; a deepenShallowCopy gives up the parts shared with the
+// original before anything that may fail, so that a failed copy can be deleted.
 //
 // Double dispatch: a op b calls a's operation with b. A class that does not
 // understand b passes the call, when swapped is 0, to b with a and swapped 1;
@@ -122,6 +123,7 @@ public:
 
 private:
     void enterLive();
+    static bool isLive(const Variable* v);
 
     String name;  // empty for a temporary
     std::int32_t reference;

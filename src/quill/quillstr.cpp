@@ -110,7 +110,9 @@ String::String(int count, char fill, size_t extra) : p(0), len(0), alloc(0) {
     p[len] = 0;
 }
 
-String::~String() noexcept(false) { objectFree(p); }
+String::~String() noexcept(false) {
+    if (p) objectFree(p);
+}
 
 // Stream form. The counts on the stream are a hint: the text read sets len,
 // and alloc grows when escapes made the text longer than announced.
@@ -530,10 +532,14 @@ void String::scanFrom(std::istream& is) {
     *this = line;
 }
 
+// A copy that cannot have a buffer of its own is left without one, fit only
+// to be destroyed, which then leaves the original's buffer alone.
 void String::clearCopiedState() {
     Object::clearCopiedState();
+    const char* shared = p;
+    p = 0;
     char* q = newBuffer(alloc);
-    std::memcpy(q, p, len + 1);
+    std::memcpy(q, shared, len + 1);
     p = q;
 }
 
