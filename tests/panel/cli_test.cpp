@@ -235,15 +235,28 @@ TEST(CommandLineTest, runModeRunsAProgramAndReportsItsErrors) {
     EXPECT_EQ(missing.err, "tarn: cannot read the program \"/nonexistent/prog.cxx\"\n");
 }
 
+// Runs each design in a scratch directory of its own: a design writes its files beside its model
+// and in the working directory.
+class DesignTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/tarn_designXXXXXX";
+        directory = mkdtemp(pattern);
+        char here[4096];
+        previous = getcwd(here, sizeof here);
+        ASSERT_EQ(chdir(directory.c_str()), 0);
+    }
+    void TearDown() override {
+        ASSERT_EQ(chdir(previous.c_str()), 0);
+        std::system(("rm -rf " + directory).c_str());
+    }
+    std::string directory, previous;
+};
+
 // -design runs the phases of a design on a model file in the working directory, every dialogue
 // answered by its default: the compensator it saves stabilises the plant, with the design made
 // in either order, continuous and sampled, H2 and H-infinity.
-TEST(CommandLineTest, designModeTakesAModelToAStabilisingCompensator) {
-    char pattern[] = "/tmp/tarn_designXXXXXX";
-    std::string directory = mkdtemp(pattern);
-    char here[4096];
-    std::string previous = getcwd(here, sizeof here);
-    ASSERT_EQ(chdir(directory.c_str()), 0);
+TEST_F(DesignTest, modeTakesAModelToAStabilisingCompensator) {
     struct Row {
         const char* file;
         std::vector<std::string> options;
@@ -295,8 +308,6 @@ TEST(CommandLineTest, designModeTakesAModelToAStabilisingCompensator) {
     RunResult met =
         runTarn({"-design", "twomassx.dyn", "-gramian", "Hinf", "-gamma", "1.5", "-gamma2", "1.5"});
     EXPECT_EQ(met.status, 0) << met.err;
-    ASSERT_EQ(chdir(previous.c_str()), 0);
-    std::system(("rm -rf " + directory).c_str());
 }
 
 // The options of -design are checked before any work: each refusal names its option.
@@ -327,12 +338,7 @@ TEST(CommandLineTest, designOptionsOutOfRangeAreRefused) {
 }
 
 // A model that is absent, or whose design cannot succeed, ends the design with status 1 and says why.
-TEST(CommandLineTest, designRefusesAbsentAndUnsolvableModels) {
-    char pattern[] = "/tmp/tarn_designXXXXXX";
-    std::string directory = mkdtemp(pattern);
-    char here[4096];
-    std::string previous = getcwd(here, sizeof here);
-    ASSERT_EQ(chdir(directory.c_str()), 0);
+TEST_F(DesignTest, absentAndUnsolvableModelsAreRefused) {
     RunResult absent = runTarn({"-design", "absent.dyn"});
     EXPECT_EQ(absent.status, 1);
     EXPECT_NE(absent.out.find("Warning, model file absent.dyn not found"), std::string::npos);
@@ -344,8 +350,6 @@ TEST(CommandLineTest, designRefusesAbsentAndUnsolvableModels) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_NE(refused.out.find("(C2, A) is not detectable: the measures do not see the pole 1"),
               std::string::npos);
-    ASSERT_EQ(chdir(previous.c_str()), 0);
-    std::system(("rm -rf " + directory).c_str());
 }
 
 }  // namespace
