@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "../control/ctltest.h"
 #include "../quill/testutil.h"
 #include "control/all.h"
 #include "quill/objio.h"
@@ -235,23 +236,9 @@ TEST(CommandLineTest, runModeRunsAProgramAndReportsItsErrors) {
     EXPECT_EQ(missing.err, "tarn: cannot read the program \"/nonexistent/prog.cxx\"\n");
 }
 
-// Runs each design in a scratch directory of its own: a design writes its files beside its model
+// Each design runs in a scratch directory of its own: a design writes its files beside its model
 // and in the working directory.
-class DesignTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/tarn_designXXXXXX";
-        directory = mkdtemp(pattern);
-        char here[4096];
-        previous = getcwd(here, sizeof here);
-        ASSERT_EQ(chdir(directory.c_str()), 0);
-    }
-    void TearDown() override {
-        ASSERT_EQ(chdir(previous.c_str()), 0);
-        std::system(("rm -rf " + directory).c_str());
-    }
-    std::string directory, previous;
-};
+class DesignTest : public ScratchTest {};
 
 // -design runs the phases of a design on a model file in the working directory, every dialogue
 // answered by its default: the compensator it saves stabilises the plant, with the design made
