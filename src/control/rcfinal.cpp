@@ -161,7 +161,9 @@ void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char
 }
 
 // The output scaling D of the closed loop, its effect on the norm, and, when the user takes it,
-// the structuring matrix of the next design: D itself ("reset") or D times the present one.
+// the structuring matrix S of the next design, whose model becomes inv(S) G S: so that it is the
+// scaled loop D Geq D^-1 that was printed, S is D^-1 ("reset"), or the present S times D^-1
+// ("multiply"), the present scaling being already inside the loop.
 void RobustControlDesign::applyStructuring(const DynOp& loop, const String& name) {
     Matrix D = structuring(loop, false);
     if (D.rowNumber() == 0) {
@@ -180,9 +182,9 @@ void RobustControlDesign::applyStructuring(const DynOp& loop, const String& name
     String how(r.value(0));
     bool sameSize = structuringMatrix.rowNumber() == D.rowNumber();
     if (how == "reset" || (how == "multiply" && !sameSize))
-        structuringMatrix = D;
+        structuringMatrix = inv(D);
     else if (how == "multiply")
-        structuringMatrix = D * structuringMatrix;
+        structuringMatrix = structuringMatrix * inv(D);
 }
 
 double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {

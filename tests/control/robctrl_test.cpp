@@ -369,10 +369,21 @@ TEST_F(DesignTest, StructuringASquareLoopSetsTheNextStructuringMatrix) {
     owner.removeCbacks(AskParameters);
     EXPECT_NE(console.find(", the norm after structuring becomes "), std::string::npos);
     EXPECT_NE(console.find("\nthe original norm was "), std::string::npos);
-    const Matrix& D = design.getStructuringMatrix();
-    ASSERT_EQ(D.rowNumber(), 2u);
-    EXPECT_EQ(D(1, 1), 1.0);  // the last channel is the reference of the scaling
-    EXPECT_GT(D(0, 0), 0.0);
+    const Matrix& S = design.getStructuringMatrix();
+    ASSERT_EQ(S.rowNumber(), 2u);
+    EXPECT_EQ(S(1, 1), 1.0);  // the last channel is the reference of the scaling
+    EXPECT_GT(S(0, 0), 0.0);
+    // The next design's model is inv(S) G S: with the same compensator its loop must have the
+    // norm printed after structuring. The scaling was applied inverted.
+    size_t at = console.find(", the norm after structuring becomes ") + 37;
+    double printed = std::stod(console.substr(at));
+    Object* read = Workspace::readModelFile("ExtendedSystemFeedback.dyn");
+    ASSERT_NE(read, nil);
+    const DynOp& loop = *static_cast<DynOp*>(read);
+    double w = 0.0;
+    double scaled = (Algebra().inv(S) * (loop * S)).normHinfInFrequency(w);
+    EXPECT_NEAR(scaled, printed, 1e-4 * printed);
+    delete read;
 }
 
 }  // namespace
