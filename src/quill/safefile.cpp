@@ -47,6 +47,14 @@ void syncDirectory(const std::string& directory) {
     close(fd);
 }
 
+// The name mkstemp makes the temporary from: the target's name, hidden, with
+// the six characters that mkstemp replaces by a unique suffix.
+std::string temporaryTemplate(const std::string& path) {
+    const char* const uniqueSuffix = "XXXXXX";
+    std::string base = path.substr(path.find_last_of('/') + 1);
+    return directoryOf(path) + "/." + base + "." + uniqueSuffix;
+}
+
 // True for an existing target that is not a regular file: a device or a pipe
 // cannot be replaced, only written.
 bool isSpecial(const std::string& path) {
@@ -66,8 +74,7 @@ SafeFile::SafeFile(const char* target, int newFileMode)
         if (!out) fail(errno);
         return;
     }
-    std::string base = path.substr(path.find_last_of('/') + 1);
-    std::string pattern = directoryOf(path) + "/." + base + ".XXXXXX";
+    std::string pattern = temporaryTemplate(path);
     int fd = mkstemp(&pattern[0]);
     if (fd < 0 || fchmod(fd, modeFor(path, newFileMode)) != 0) {
         int cause = errno;

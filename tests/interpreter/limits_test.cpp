@@ -86,14 +86,4 @@ TEST(LimitsTest, aKilledOutputStreamLeavesTheOldFile) {
     std::remove(path.c_str());
 }
 
-TEST(LimitsTest, theLimitIsSetByTheLibrary) {
-    size_t before = allocationLimit();
-    setAllocationLimit(1 << 20);
-    ProgramRun refused = runText("int main() { Matrix A(400, 400); return 0; }\n");
-    ProgramRun taken = runText("int main() { Matrix A(300, 300); cout << A.rowNumber(); return 0; }\n");
-    setAllocationLimit(before);
-    EXPECT_TRUE(contains(refused.message, "requested 1280000 bytes")) << refused.message;
-    EXPECT_EQ(taken.message, "");
-}
-
 }  // namespace
