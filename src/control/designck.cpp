@@ -26,18 +26,6 @@ const double rankTolerance = 1e-9;
 // Eigenvalues this close to the stability boundary count as on it.
 const double boundaryTolerance = 1e-7;
 
-struct Blocks {
-    Matrix A, B1, B2, C1, C2, D12, D21;
-};
-
-Blocks blocksOf(const DynOp& s) {
-    unsigned n = s.order(), m2 = s.controlNumber(), p2 = s.measureNumber();
-    unsigned m1 = s.inputNumber() - m2, p1 = s.outputNumber() - p2;
-    Matrix B = s.stateB(), C = s.stateC(), D = s.getD();
-    return {s.stateA(),         block(B, 0, 0, n, m1),   block(B, 0, m1, n, m2), block(C, 0, 0, p1, n),
-            block(C, p1, 0, p2, n), block(D, 0, m1, p1, m2), block(D, p1, 0, p2, m1)};
-}
-
 double size(const Matrix& M) { return M.rowNumber() && M.columnNumber() ? Algebra().normF(M) : 0.0; }
 
 unsigned rankOf(const CMatrix& M) {
@@ -106,7 +94,8 @@ CMatrix rosenbrock(const DynOp& c, Cx lambda) {
 bool hasPoleAt(const DynOp& c, Cx lambda) {
     Matrix p = c.poles();
     for (unsigned i = 0; i < p.rowNumber(); ++i)
-        if (std::abs(Cx(p(i, 0), std::fabs(p(i, 1))) - lambda) <= 1e-6 * (1.0 + std::abs(lambda))) return true;
+        if (std::abs(Cx(p(i, 0), std::fabs(p(i, 1))) - lambda) <= 1e-6 * (1.0 + std::abs(lambda)))
+            return true;
     return false;
 }
 
@@ -136,11 +125,13 @@ bool report(const std::vector<Cx>& modes, const std::string& text, const Extende
     return modes.empty();
 }
 
-bool rankCheck(const Matrix& D, unsigned needed, const char* name, const char* what, const std::string& hint) {
+bool rankCheck(const Matrix& D, unsigned needed, const char* name, const char* what,
+               const std::string& hint) {
     unsigned r = rankOf(D);
     if (r >= needed) return true;
-    std::cout << name << " has rank " << r << (r == 0 ? ": no " : " of " + std::to_string(needed) + ": not every ")
-              << what << hint << std::endl;
+    std::cout << name << " has rank " << r
+              << (r == 0 ? ": no " : " of " + std::to_string(needed) + ": not every ") << what << hint
+              << std::endl;
     return false;
 }
 
@@ -149,7 +140,8 @@ bool rankCheck(const Matrix& D, unsigned needed, const char* name, const char* w
 std::string measureHint(const ExtendedSystem& s, const Matrix& D21) {
     if (!hasComponents(s)) return "; add noise on the measures";
     unsigned plant = s.getElement("Wd").outputNumber();
-    if (rankOf(block(D21, 0, 0, plant, D21.columnNumber())) < plant) return "; add a noise weight Wd on the measured outputs";
+    if (rankOf(block(D21, 0, 0, plant, D21.columnNumber())) < plant)
+        return "; add a noise weight Wd on the measured outputs";
     return "; add a noise weight Wdr on the measured reference";
 }
 
@@ -158,7 +150,7 @@ std::string measureHint(const ExtendedSystem& s, const Matrix& D21) {
 bool designProblemCheck(const ExtendedSystem& s) {
     unsigned m2 = s.controlNumber(), p2 = s.measureNumber();
     if (m2 == 0 || p2 == 0 || s.inputNumber() <= m2 || s.outputNumber() <= p2) return true;
-    Blocks b = blocksOf(s);
+    dynop::Partition b(s);
     bool discrete = s.isDiscreteTime();
     auto margin = [discrete](Cx l) { return discrete ? std::abs(l) - 1.0 : l.real(); };
     ModeFilter unstable = [margin](Cx l) { return margin(l) > -boundaryTolerance; };
@@ -167,18 +159,25 @@ bool designProblemCheck(const ExtendedSystem& s) {
 
     bool ok = report(hiddenModes(b.A.transpose(), b.B2.transpose(), unstable),
                      "(A, B2) is not stabilizable: the controls cannot move the pole ", s, false);
-    ok = report(hiddenModes(b.A, b.C2, unstable), "(C2, A) is not detectable: the measures do not see the pole ",
-                s, false) && ok;
-    bool fullD12 = rankCheck(b.D12, m2, "D12", "control reaches the objectives",
-                             hasComponents(s) ? "; add a weight Wu2 on the controls" : "; weight the controls in the objectives");
+    ok = report(hiddenModes(b.A, b.C2, unstable),
+                "(C2, A) is not detectable: the measures do not see the pole ", s, false) &&
+         ok;
+    bool fullD12 = rankCheck(
+        b.D12, m2, "D12", "control reaches the objectives",
+        hasComponents(s) ? "; add a weight Wu2 on the controls" : "; weight the controls in the objectives");
     bool fullD21 = rankCheck(b.D21.transpose(), p2, "D21", "measure carries noise", measureHint(s, b.D21));
     if (fullD12)
         ok = report(invariantZeros(b.A, b.B2, b.C1, b.D12, boundary),
-                    std::string("the controls to the objectives (A, B2, C1, D12) have an invariant zero") + where, s,
-                    true) && ok;
+                    std::string("the controls to the objectives (A, B2, C1, D12) have an invariant zero") +
+                        where,
+                    s, true) &&
+             ok;
     if (fullD21)
-        ok = report(invariantZeros(b.A.transpose(), b.C2.transpose(), b.B1.transpose(), b.D21.transpose(), boundary),
-                    std::string("the disturbances to the measures (A, B1, C2, D21) have an invariant zero") + where,
-                    s, true) && ok;
+        ok = report(invariantZeros(b.A.transpose(), b.C2.transpose(), b.B1.transpose(), b.D21.transpose(),
+                                   boundary),
+                    std::string("the disturbances to the measures (A, B1, C2, D21) have an invariant zero") +
+                        where,
+                    s, true) &&
+             ok;
     return ok && fullD12 && fullD21;
 }

@@ -4,32 +4,8 @@
 
 #include "control/dynop.h"
 
-using dynop::block;
 using dynop::sideBySide;
 using dynop::stack;
-
-namespace {
-
-// The plant's matrices cut by its partition: 1 disturbances / objectives, 2 controls / measures.
-struct Partitioned {
-    Matrix A, B1, B2, C1, C2, D11, D12, D21, D22;
-    Partitioned(const Matrix& a, const Matrix& b, const Matrix& c, const Matrix& d, unsigned controls,
-                unsigned measures) {
-        unsigned n = a.rowNumber(), m = d.columnNumber(), p = d.rowNumber();
-        unsigned m1 = m - controls, p1 = p - measures;
-        A = a;
-        B1 = block(b, 0, 0, n, m1);
-        B2 = block(b, 0, m1, n, controls);
-        C1 = block(c, 0, 0, p1, n);
-        C2 = block(c, p1, 0, measures, n);
-        D11 = block(d, 0, 0, p1, m1);
-        D12 = block(d, 0, m1, p1, controls);
-        D21 = block(d, p1, 0, measures, m1);
-        D22 = block(d, p1, m1, measures, controls);
-    }
-};
-
-}  // namespace
 
 // The plant's controls u and measures y close through the controller's first inputs (taking y)
 // and first outputs (giving u), with negative feedback. The controller's own controls and
@@ -39,8 +15,8 @@ DynOp DynOp::closedLoop(const DynOp& controller) const {
     const DynOp& k = controller;
     if (k.inputNumber_ - k.controlNumber_ != ny || k.outputNumber_ - k.measureNumber_ != nu)
         D.dimensionError("closedLoop", k.outputNumber_ - k.measureNumber_, k.inputNumber_ - k.controlNumber_);
-    Partitioned P(stateA(), stateB(), stateC(), D, nu, ny);
-    Partitioned K(k.stateA(), -k.stateB(), k.stateC(), -k.D, k.controlNumber_, k.measureNumber_);
+    dynop::Partition P(stateA(), stateB(), stateC(), D, nu, ny);
+    dynop::Partition K(k.stateA(), -k.stateB(), k.stateC(), -k.D, k.controlNumber_, k.measureNumber_);
     // K.D11 maps y to u; B1, C1 of the controller are its loop channels, B2, C2 its own ones.
     Matrix S2 = Matrix::diagonal(nu, 1.0);
     if (nu && ny) S2 = numerics().inv(Matrix::diagonal(nu, 1.0) - K.D11 * P.D22);

@@ -19,6 +19,24 @@ Matrix block(const Matrix& M, unsigned r, unsigned c, unsigned rows, unsigned co
     return M.subMatrix(r, c, rows, cols);
 }
 
+Partition::Partition(const Matrix& a, const Matrix& b, const Matrix& c, const Matrix& d, unsigned controls,
+                     unsigned measures) {
+    unsigned n = a.rowNumber(), m = d.columnNumber(), p = d.rowNumber();
+    unsigned m1 = m - controls, p1 = p - measures;
+    A = a;
+    B1 = block(b, 0, 0, n, m1);
+    B2 = block(b, 0, m1, n, controls);
+    C1 = block(c, 0, 0, p1, n);
+    C2 = block(c, p1, 0, measures, n);
+    D11 = block(d, 0, 0, p1, m1);
+    D12 = block(d, 0, m1, p1, controls);
+    D21 = block(d, p1, 0, measures, m1);
+    D22 = block(d, p1, m1, measures, controls);
+}
+
+Partition::Partition(const DynOp& s)
+    : Partition(s.stateA(), s.stateB(), s.stateC(), s.getD(), s.controlNumber(), s.measureNumber()) {}
+
 Matrix stack(const Matrix& top, const Matrix& bottom) {
     if (top.columnNumber() != bottom.columnNumber())
         top.dimensionError("stack", bottom.rowNumber(), bottom.columnNumber());

@@ -215,6 +215,13 @@ Matrix stack(const Matrix& top, const Matrix& bottom);
 Matrix sideBySide(const Matrix& left, const Matrix& right);
 // The listed columns of M in list order, all of M for a null list.
 Matrix columnsOf(const Matrix& M, const IntArray* columns);
+// A system's matrices cut by its partition: 1 disturbances / objectives, 2 controls / measures.
+struct Partition {
+    Matrix A, B1, B2, C1, C2, D11, D12, D21, D22;
+    Partition(const Matrix& a, const Matrix& b, const Matrix& c, const Matrix& d, unsigned controls,
+              unsigned measures);
+    explicit Partition(const DynOp& s);
+};
 }  // namespace dynop
 
 #endif

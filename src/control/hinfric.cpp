@@ -122,8 +122,8 @@ bool HinfRiccati::normalise(const DynOp& plant) {
                   << std::endl;
         return false;
     }
-    Matrix B = plant.stateB(), C = plant.stateC(), D = plant.getD();
-    Matrix D12 = block(D, 0, p.m1, p.p1, p.m2), D21 = block(D, p.p1, 0, p.p2, p.m1);
+    dynop::Partition given(plant);
+    Matrix D12 = given.D12, D21 = given.D21;
     Matrix U12(0, 0), V12t(0, 0), U21(0, 0), V21t(0, 0);
     Vector s12 = alg.svd(D12, U12, V12t, true), s21 = alg.svd(D21, U21, V21t, true);
     if (p.p1 < p.m2 || !fullRank(s12, p.m2)) {
@@ -141,15 +141,15 @@ bool HinfRiccati::normalise(const DynOp& plant) {
     Matrix Uw = sideBySide(block(V21, 0, p.p2, p.m1, p.m1 - p.p2), block(V21, 0, 0, p.m1, p.p2));
     p.Tu = V12t.transpose() * inverseDiagonal(s12, p.m2);
     p.Ty = inverseDiagonal(s21, p.p2) * U21.transpose();
-    p.A = plant.stateA();
-    p.B1 = block(B, 0, 0, p.n, p.m1) * Uw;
-    p.B2 = block(B, 0, p.m1, p.n, p.m2) * p.Tu;
-    p.C1 = Uz.transpose() * block(C, 0, 0, p.p1, p.n);
-    p.C2 = p.Ty * block(C, p.p1, 0, p.p2, p.n);
-    p.D11 = Uz.transpose() * block(D, 0, 0, p.p1, p.m1) * Uw;
+    p.A = given.A;
+    p.B1 = given.B1 * Uw;
+    p.B2 = given.B2 * p.Tu;
+    p.C1 = Uz.transpose() * given.C1;
+    p.C2 = p.Ty * given.C2;
+    p.D11 = Uz.transpose() * given.D11 * Uw;
     p.D12 = zeroThenIdentity(p.p1, p.m2, true);
     p.D21 = zeroThenIdentity(p.m1, p.p2, false);
-    p.D22 = p.Ty * block(D, p.p1, p.m1, p.p2, p.m2) * p.Tu;
+    p.D22 = p.Ty * given.D22 * p.Tu;
     return true;
 }
 

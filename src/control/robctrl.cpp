@@ -11,7 +11,6 @@
 
 DEFINE_CLASS(RobustControl, Algebra, 1, 0)
 
-using dynop::block;
 
 namespace {
 
@@ -19,24 +18,6 @@ void fillLast(IntArray& indices, unsigned count, unsigned total) {
     indices.reSize(count);
     for (unsigned i = 0; i < count; ++i) indices[int(i)] = int(total - count + i);
 }
-
-// The partition blocks of a system: 1 disturbances / objectives, 2 controls / measures.
-struct Parts {
-    Matrix A, B1, B2, C1, C2, D11, D21, D22;
-    explicit Parts(const DynOp& s) {
-        unsigned n = s.order(), m = s.inputNumber(), p = s.outputNumber();
-        unsigned nu = s.controlNumber(), ny = s.measureNumber();
-        Matrix B = s.stateB(), C = s.stateC(), D = s.getD();
-        A = s.stateA();
-        B1 = block(B, 0, 0, n, m - nu);
-        B2 = block(B, 0, m - nu, n, nu);
-        C1 = block(C, 0, 0, p - ny, n);
-        C2 = block(C, p - ny, 0, ny, n);
-        D11 = block(D, 0, 0, p - ny, m - nu);
-        D21 = block(D, p - ny, 0, ny, m - nu);
-        D22 = block(D, p - ny, m - nu, ny, nu);
-    }
-};
 
 }  // namespace
 
@@ -207,7 +188,7 @@ void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) 
 // The observer of the estimation system: x^' = (Ae - K C2e) x^ + (B2 - K D22) u + K y, the estimate
 // as output.
 RobustControl::System RobustControl::observerSystem() const {
-    Parts q(estimationSystem());
+    dynop::Partition q(estimationSystem());
     Matrix K = observerGain();
     return timed(DynOp(q.A - K * q.C2, dynop::sideBySide(q.B2 - K * q.D22, K),
                        Matrix::diagonal(input.order(), 1.0), Matrix(0, 0), 0, 0, 0, false));
@@ -245,7 +226,7 @@ Matrix RobustControl::observerGain() const {
 // the first design's x'Xx, so an observer meeting gamma here makes a compensator meeting gamma on
 // input. For H2, F = 0 and T11 = I.
 DynOp RobustControl::estimationSystem() const {
-    Parts p(input);
+    dynop::Partition p(input);
     Matrix F = control ? control->worstCase() : Matrix(0, input.order());
     Matrix R = control ? control->getGamma() * control->getT11() : Matrix(0, 0);
     Matrix Hw = control ? control->controlErrorWeight() * control->feedForward() : Matrix(0, 0);
@@ -283,7 +264,7 @@ RobustControl::System RobustControl::controlError() const {
 
 // The error of the control estimate: (Ae - K C2e, Br - K D21r, C1e - W Dk C2e, D11e - W Dk D21r).
 RobustControl::System RobustControl::observerError() const {
-    Parts q(estimationSystem());
+    dynop::Partition q(estimationSystem());
     Matrix K = observerGain(), WDk = errorWeight() * innovationGain();
     return timed(
         DynOp(q.A - K * q.C2, q.B1 - K * q.D21, q.C1 - WDk * q.C2, q.D11 - WDk * q.D21, 0, 0, 0, false));
@@ -303,7 +284,7 @@ DynOp RobustControl::compensatorOfInput() const {
 //   x^' = (Ae - K C2e - Bu Gk) x^ + (K - Bu Dy) y + Bu M v,
 //   u = -Gk x^ - Dy y + M v,  r = (D22 Gk - C2e) x^ + (I + D22 Dy) y - D22 M v.
 DynOp RobustControl::compensatorOfInput(const DynOp& Q) const {
-    Parts q(estimationSystem());
+    dynop::Partition q(estimationSystem());
     Matrix G = estimatedControlGain(), K = observerGain(), Dk = innovationGain();
     unsigned nu = G.rowNumber(), ny = K.columnNumber();
     Matrix Iu = Matrix::diagonal(nu, 1.0), Iy = Matrix::diagonal(ny, 1.0);
