@@ -233,7 +233,9 @@ String operator+(const char* text, const String& s) {
 void String::append(const char* t, unsigned n) {
     if (n == 0) return;
     if (size_t(alloc) <= size_t(len) + n) {
-        unsigned newAlloc = bufferSize(alloc, n) - 1;  // alloc + n, checked
+        size_t grown = size_t(alloc) + n;
+        checkAllocation(grown, 1);  // sizes are 32-bit: a sum that would wrap is refused
+        unsigned newAlloc = unsigned(grown);
         if (t >= p && t < p + alloc) {
             char* q = newBuffer(newAlloc);
             std::memcpy(q, p, len);
