@@ -10,7 +10,7 @@
 
 #include "interpreter/runner.h"
 #include "panel/designcl.h"
-#include "panel/fileedt.h"
+#include "editor/fileedt.h"
 #include "quill/cback.h"
 #include "quill/language.h"
 #include "quill/quillstr.h"

@@ -1,5 +1,5 @@
 // TextEditor: the window's layout, the edit menu by first word, search, go to line and replace.
-#include "panel/textedt.h"
+#include "editor/textedt.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -1,5 +1,5 @@
 // FileEditor: the file menu's events turned into reading and writing the text, and the editor's own events.
-#include "panel/fileedt.h"
+#include "editor/fileedt.h"
 
 #include <sys/stat.h>
 

@@ -1,6 +1,6 @@
 // Editor: the abstract base of every document window, and the events by which it tells its owner.
-#ifndef PANEL_EDITOR_H
-#define PANEL_EDITOR_H
+#ifndef EDITOR_EDITOR_H
+#define EDITOR_EDITOR_H
 
 #include "quill/qclass.h"
 #include "quill/symbol.h"

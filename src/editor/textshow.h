@@ -1,8 +1,8 @@
 // TextShower: a TextEditor that only shows a text, to be read and copied.
-#ifndef PANEL_TEXTSHOW_H
-#define PANEL_TEXTSHOW_H
+#ifndef EDITOR_TEXTSHOW_H
+#define EDITOR_TEXTSHOW_H
 
-#include "panel/textedt.h"
+#include "editor/textedt.h"
 
 extern Class class_TextShower;
 

@@ -1,8 +1,8 @@
 // TextEditor: a text pane with the edit menu, search, go to line and replace.
-#ifndef PANEL_TEXTEDT_H
-#define PANEL_TEXTEDT_H
+#ifndef EDITOR_TEXTEDT_H
+#define EDITOR_TEXTEDT_H
 
-#include "panel/editor.h"
+#include "editor/editor.h"
 #include "quill/quillstr.h"
 
 class Cback;

@@ -1,8 +1,8 @@
 // FileEditor: a TextEditor on a file, with the file menu's cycle of load and save.
-#ifndef PANEL_FILEEDT_H
-#define PANEL_FILEEDT_H
+#ifndef EDITOR_FILEEDT_H
+#define EDITOR_FILEEDT_H
 
-#include "panel/textedt.h"
+#include "editor/textedt.h"
 
 class FileMenu;
 

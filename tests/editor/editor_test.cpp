@@ -10,8 +10,8 @@
 
 #include "../quill/killwrit.h"
 #include "../trellis/trltest.h"
-#include "panel/fileedt.h"
-#include "panel/textshow.h"
+#include "editor/fileedt.h"
+#include "editor/textshow.h"
 #include "quill/cback.h"
 #include "trellis/filemenu.h"
 #include "trellis/form.h"

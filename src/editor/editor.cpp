@@ -1,5 +1,5 @@
 // Editor: its window, a shell filled by a form, and its start.
-#include "panel/editor.h"
+#include "editor/editor.h"
 
 #include "quill/cback.h"
 #include "trellis/form.h"

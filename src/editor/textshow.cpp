@@ -1,5 +1,5 @@
 // TextShower: a read-only text with "Copy" as its only edit entry.
-#include "panel/textshow.h"
+#include "editor/textshow.h"
 
 #include "trellis/shell.h"
 #include "trellis/text.h"
