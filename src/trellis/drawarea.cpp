@@ -40,8 +40,33 @@ protected:
 
 private:
     void raise(const Symbol& event, QMouseEvent* e) {
-        CallData data(area.transl().toWorld(FloatPoint(e->position().x(), e->position().y())));
-        area.cbackOn(event, &data);
+        FloatPoint world = area.transl().toWorld(FloatPoint(e->position().x(), e->position().y()));
+        area.raisePointer(event, world, buttonOf(e), modifiersOf(e->modifiers()));
+    }
+    static int buttonOf(QMouseEvent* e) {
+        Qt::MouseButton button = e->button() != Qt::NoButton ? e->button() : firstButton(e->buttons());
+        switch (button) {
+            case Qt::LeftButton:
+                return 1;
+            case Qt::MiddleButton:
+                return 2;
+            case Qt::NoButton:
+                return 0;
+            default:
+                return 3;
+        }
+    }
+    static Qt::MouseButton firstButton(Qt::MouseButtons buttons) {
+        for (Qt::MouseButton b : {Qt::LeftButton, Qt::MiddleButton, Qt::RightButton})
+            if (buttons & b) return b;
+        return Qt::NoButton;
+    }
+    static unsigned modifiersOf(Qt::KeyboardModifiers held) {
+        unsigned masks = 0;
+        if (held & Qt::ShiftModifier) masks |= PointerState::SHIFT_MASK;
+        if (held & Qt::ControlModifier) masks |= PointerState::CONTROL_MASK;
+        if (held & Qt::AltModifier) masks |= PointerState::ALT_MASK;
+        return masks;
     }
 
     DrawArea& area;
@@ -58,6 +83,13 @@ DrawArea::DrawArea(const char* name, CppWidget* parent, int width, int height)
 DrawArea::~DrawArea() noexcept(false) {
     icons->deleteContents();
     delete icons;
+}
+
+void DrawArea::raisePointer(const Symbol& event, const FloatPoint& world, int button, unsigned modifiers) {
+    pointer_.button = button;
+    pointer_.modifiers = modifiers;
+    CallData data(world);
+    cbackOn(event, &data);
 }
 
 void DrawArea::setOrigin(const FloatPoint& origin) {

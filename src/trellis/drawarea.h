@@ -18,6 +18,14 @@ extern Symbol MoveDownGraphic;     // the pointer moved with a button down
 extern Symbol MoveGraphic;         // the pointer moved
 extern Symbol DoubleClickGraphic;  // a double click
 
+// The pointer event being raised: its button (1 left, 2 middle, 3 right; 0
+// for a move without one) and the modifier masks held with it.
+struct PointerState {
+    enum { SHIFT_MASK = 1, CONTROL_MASK = 4, ALT_MASK = 8 };
+    int button = 0;
+    unsigned modifiers = 0;
+};
+
 // The world shown starts at origin, scaled by zoom (window pixels per
 // world unit). The area owns the icons of its list.
 class DrawArea : public CppPrimitive {
@@ -38,6 +46,10 @@ public:
     // The background colour's name, "white" unless set.
     void setBackgroundColor(const char* colorName);
     void redraw();
+    // The button and modifiers of the pointer event that is being raised.
+    const PointerState& pointer() const { return pointer_; }
+    // Raises a pointer event at the world point, as the window does.
+    void raisePointer(const Symbol& event, const FloatPoint& world, int button, unsigned modifiers);
 
     // Paints the background and the list, then raises WidgetExpose.
     virtual void paint(QPainter& painter);
@@ -48,6 +60,7 @@ private:
     double zoom_;
     String background;
     mutable TranslCoord map;
+    PointerState pointer_;
 };
 
 // Paints into an image of the window's size and copies it to the window.

@@ -1,0 +1,165 @@
+// GraphEdtGui: the window of a graph editor (menus, palette, drawing area, bottom box, status) and its
+// events.
+#ifndef EDITOR_GRAPHGUI_H
+#define EDITOR_GRAPHGUI_H
+
+#include "quill/orderedc.h"
+#include "quill/point.h"
+#include "quill/quillstr.h"
+#include "quill/symbol.h"
+
+class CppForm;
+class CppGraphic;
+class CppLabel;
+class CppShell;
+class DrawArea;
+class FileMenu;
+class FormDialog;
+class MenuBar;
+class PopupMenu;
+class PulldownMenu;
+class ButtonMenu;
+class ZoomMenu;
+
+extern Class class_GraphEdtGui;
+
+// Raised on the window for its dependents (the editor).
+extern Symbol GraphEdtGuiNew;         // File, New
+extern Symbol GraphEdtGuiLoad;        // a file was read; data an Assoc of the object read and an error String
+extern Symbol GraphEdtGuiSave;        // Save or Save As; data an Integer the editor sets to 0 on failure
+extern Symbol GraphEdtGuiQuit;        // the window ends
+extern Symbol GraphEdtGuiPrint;       // the drawing was printed
+extern Symbol GraphEdtGuiEdit;        // an entry of the edit menu; data its text
+extern Symbol GraphEdtGuiOpti;        // an entry of the command menu; data its text
+extern Symbol GraphEdtGuiCmnd;        // the double click choice changed
+extern Symbol GraphEdtGuiIcon;        // an icon was chosen in the icon menu or the palette; data its name
+extern Symbol GraphEdtGuiLink;        // a link kind was chosen
+extern Symbol GraphEdtGuiMenu;        // the icon or canvas popup closed; data the entry text, or nil
+extern Symbol GraphEdtGuiStatusMenu;  // the double click choice; data the entry text
+extern Symbol GraphEdtGuiTransfMenu;  // the transform popup closed; data the entry text, or nil
+extern Symbol GraphEdtGuiLinksMenu;   // the link submenu of the popup; data the entry text, or nil
+extern Symbol GraphEdtGuiResize;      // "Apply" of the resize dialog
+extern Symbol GraphEdtGuiHelp;        // help asked; data the topic text
+
+class GraphEdtGui : public Object {
+    DECLARE_MEMBERS(GraphEdtGui)
+public:
+    // The window under parent, the form of the editor's shell.
+    GraphEdtGui(CppShell& shell, CppForm& parent, const char* title, const char* fileFilter, bool readOnly,
+                bool fromFile, const char* fileName);
+    ~GraphEdtGui() noexcept(false) override;
+
+    // The menus that the drawing's kind gives: entries are Strings, or
+    // ArrayObs of menu text, mnemonic and accelerator; an icon entry may be
+    // an ArrayOb of two Strings, a submenu title and its entries.
+    void buildMenus(const OrderedCltn& iconNames, const OrderedCltn& linkNames,
+                    const OrderedCltn& commandNames);
+
+    // The file.
+    const String& fileName() const;
+    void setFileName(const char* name);
+    bool hasFile() const;
+    bool fromFile() const { return fromFile_; }
+    void setModified(bool flag);
+    bool modified() const;
+    // Reads the drawing (an ArrayOb) and raises GraphEdtGuiLoad, or
+    // GraphEdtGuiNew with the reader's message shown.
+    bool openFile(const char* name, bool silent = false);
+    // Inside GraphEdtGuiSave: writes the drawing into the file being saved.
+    bool store(const Object& drawing);
+    FileMenu& fileMenu() const { return *file; }
+
+    // Boxes and the status label.
+    void showError(const char* text);
+    void showWarning(const char* text);
+    bool askQuestion(const char* text, bool byDefault = true);
+    void showMessage(const char* text);
+    void clearMessage();
+    void setStatus(const char* text);
+    String status() const;
+
+    // The drawing area, its world and zoom.
+    CppGraphic& graphic() const { return *drawing; }
+    DrawArea& drawArea() const;
+    void setWorld(const FloatRect& world);
+    void redraw();
+    void refresh();
+    // Scrolls so that the world point is in view (a drag near an edge).
+    void ensureVisible(const FloatPoint& point);
+    void setZoom(double zoom);
+    double zoom() const;
+    // The zoom that shows the whole world in the window.
+    void fitToWindow();
+    // The "watch" cursor while on is set, the normal one after.
+    void setWatchCursor(bool on);
+
+    // Popups. Each ends in its event, with nil when closed without a choice.
+    void popupIcon(const char* description, const OrderedCltn& linkNames, const OrderedCltn& transformNames,
+                   bool mayCut, bool mayCopy, bool mayResize);
+    void popupCanvas();
+    void popupTransform(const OrderedCltn& names);
+    // The popup that is open, or null: tests choose its entries.
+    PopupMenu* openPopup() const { return popup; }
+
+    // Menu entries: the edit menu's by name, and the command menu's.
+    void setMenuEntry(const char* name, bool sensitive);
+    void enableCommand(const char* name, bool sensitive);
+    PulldownMenu& editMenu() const { return *edit; }
+    PulldownMenu& commandMenu() const { return *option; }
+    ButtonMenu& iconMenu() const { return *icons; }
+    ButtonMenu& linkMenu() const { return *links; }
+    ButtonMenu& choiceMenu() const { return *choice; }
+
+    // The choices of the bottom box.
+    const String& currentIcon() const { return iconName; }
+    int iconIndex() const { return iconIndex_; }
+    int menuIndex() const { return menuIndex_; }
+    const String& currentLink() const { return linkName; }
+    // The double click choice: "Open", "Modify", "Comment", "Transform" or "Link".
+    const String& commandLabel() const { return commandName; }
+    void setCommandLabel(const char* name);
+    void setCurrentLink(const char* name);
+
+    bool isReadOnly() const { return readOnly; }
+    // The editor is in a critical action: menus refuse.
+    void setBusy(bool flag) { busy = flag; }
+    bool isBusy() const { return busy; }
+    void setShowerChildren(bool flag) { showerChildren = flag; }
+
+    // The resize dialog "ResizeDialog": the rows that are sensitive, the
+    // present values and the smallest of the targets.
+    void openResizeDialog(bool width, bool height, bool font, double w, double h, double fontScale);
+    // The increments the dialog gives, at "Apply".
+    void resizeValues(double& dw, double& dh, double& dfont) const;
+    FormDialog* resizeDialog() const { return resizer; }
+
+private:
+    CppShell& shell;
+    CppForm& form;
+    MenuBar* menuBar;
+    CppGraphic* drawing;
+    FileMenu* file;
+    PulldownMenu* edit;
+    PulldownMenu* option;
+    PulldownMenu* view;
+    ZoomMenu* zoomMenu;
+    PopupMenu* popup;
+    ButtonMenu* choice;
+    ButtonMenu* links;
+    ButtonMenu* icons;
+    CppLabel* statusLabel;
+    FormDialog* palette;
+    FormDialog* resizer;
+    String iconName;
+    int iconIndex_;
+    int menuIndex_;
+    String linkName;
+    String commandName;
+    bool readOnly;
+    bool busy;
+    bool showerChildren;
+    bool fromFile_;
+    String fileFilter;
+};
+
+#endif
