@@ -10,6 +10,7 @@
 #include "trellis/label.h"
 #include "trellis/menu.h"
 #include "trellis/scrollb.h"
+#include "trellis/shell.h"
 #include "trellis/text.h"
 
 DEFINE_ABSTRACT_CLASS(TextEditor, Editor, 1, 0)
@@ -50,6 +51,13 @@ TextEditor::TextEditor(const char* name, CppWidget* parent, bool readOnly)
     f.attachVertical(searchText, viewport, GAP);
     f.attachBottomToSibling(*viewport, *statusLabel, 2);
     text->addCback(CppTextChanged, cbackMethod<&TextEditor::textChanged>, *this);
+}
+
+TextEditor::TextEditor(const char* name, CppWidget* parent, const char* title, const char* text)
+    : TextEditor(name, parent, false) {
+    getShell().setTitle(title);
+    setText(text);
+    start();
 }
 
 // Three fields under the menu bar, each after the button that uses it:

@@ -16,6 +16,10 @@ extern Class class_TextEditor;
 class TextEditor : public Editor {
     DECLARE_MEMBERS(TextEditor)
 public:
+    // A window of its own that edits a text, titled title; the owner reads
+    // the text back (a comment, for one).
+    TextEditor(const char* name, CppWidget* parent, const char* title, const char* text);
+
     // The text, replacing all; the editor is then unmodified.
     void setText(const char* text);
     String getText() const;

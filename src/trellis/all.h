@@ -4,6 +4,7 @@
 
 #include "trellis/ask.h"
 #include "trellis/button.h"
+#include "trellis/clipbrd.h"
 #include "trellis/console.h"
 #include "trellis/cppgc.h"
 #include "trellis/cursor.h"
@@ -27,6 +28,7 @@
 #include "trellis/polyline.h"
 #include "trellis/printdlg.h"
 #include "trellis/psdrawer.h"
+#include "trellis/resource.h"
 #include "trellis/scrollb.h"
 #include "trellis/shell.h"
 #include "trellis/text.h"

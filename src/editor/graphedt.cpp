@@ -1,0 +1,239 @@
+// GraphEditor: making the editor, its states, and the icons entering and leaving the board.
+#include "editor/graphedt.h"
+
+#include "editor/chessbrd.h"
+#include "editor/edthist.h"
+#include "editor/graphgui.h"
+#include "editor/iconarc.h"
+#include "editor/iconnode.h"
+#include "editor/semantic.h"
+#include "quill/cback.h"
+#include "quill/quillerr.h"
+#include "trellis/drawarea.h"
+#include "trellis/drawprim.h"
+#include "trellis/filemenu.h"
+#include "trellis/graphic.h"
+#include "trellis/shell.h"
+#include "trellis/zoommenu.h"
+
+DEFINE_ABSTRACT_CLASS(GraphEditor, Editor, 1, 0)
+DEFINE_ABSTRACT_CLASS(GraphShower, GraphEditor, 1, 0)
+
+GraphEditor::GraphEditor(CppWidget* topLevel, const char* semanticClass, const char* title, bool child,
+                         bool shower, bool deferredShow, bool fromFile, const char* fileName)
+    : GraphEditor(topLevel, semanticClass, title, child, shower, deferredShow, fromFile, fileName,
+                  class_GraphEditor) {}
+
+GraphEditor::GraphEditor(CppWidget* topLevel, const char* semanticClass, const char* title, bool child,
+                         bool shower, bool deferredShow, bool fromFile, const char* fileName, const Class&)
+    : Editor("GraphEditor", topLevel),
+      readOnly(shower),
+      child(child),
+      status_(OpenMode),
+      savedStatus(0),
+      currentLink(0),
+      currentIcon_(0),
+      currentComment(0),
+      gui_(0),
+      icon_cltn(new Dictionary),
+      board_(0),
+      semantic_(0),
+      selectionArea(0),
+      rubberLine(0),
+      dragEnabled(true),
+      history_(new EditHistory(*this)) {
+    Class* kind = findClass(semanticClass);
+    QASSERT_TEXT(kind != 0, "semanticClass");
+    semantic_ = CAST(Semantic, (kind ? kind : &class_Semantic)->create());
+    semantic_->attachEditor(*this);
+    board_ = new ChessBoard(semantic_->width(), semantic_->height());
+    gui_ = new GraphEdtGui(getShell(), form(), title, semantic_->fileExtension(), readOnly, fromFile, "");
+    OrderedCltn icons, links, commands;
+    semantic_->iconNames(icons);
+    semantic_->linkNames(links);
+    semantic_->commandNames(commands);
+    gui_->buildMenus(icons, links, commands);
+    icons.deleteContents();
+    links.deleteContents();
+    commands.deleteContents();
+    connectEvents();
+    semantic_->setEditorSizes();
+    changeBoardExtent();
+    updateEditMenu(0);
+    if (readOnly || deferredShow) return;
+    start();
+    if (fileName && *fileName)
+        load(fileName);
+    else
+        gui_->fileMenu().newFile();
+}
+
+GraphShower::GraphShower(CppWidget* topLevel, const char* semanticClass, const char* title, bool child,
+                         bool deferredShow, bool fromFile, const char* fileName)
+    : GraphEditor(topLevel, semanticClass, title, child, true, deferredShow, fromFile, fileName,
+                  class_GraphShower) {}
+
+GraphEditor::~GraphEditor() noexcept(false) {
+    while (!openChildren.isEmpty()) closeChild(*CAST(Editor, openChildren.last()));
+    if (gui_->hasFile() && editorOfFile(gui_->fileName().asCharPointer()) == this)
+        dropLock(gui_->fileName().asCharPointer());
+    delete history_;
+    gui_->drawArea().list().removeAll();
+    OrderedCltn icons;
+    icon_cltn->addValuesTo(icons);
+    for (int i = 0; i < icons.size(); ++i) destroyIcon(CAST(IconNode, icons.at(i)));
+    cut_icons.deleteContents();
+    delete icon_cltn;
+    delete board_;
+    delete selectionArea;
+    delete rubberLine;
+    OrderedCltn pooled;
+    paramPool_.addValuesTo(pooled);
+    for (int i = 0; i < pooled.size(); ++i) {
+        if (pooled.at(i)->isKindOf(class_OrderedCltn)) CAST(OrderedCltn, pooled.at(i))->deleteContents();
+        delete pooled.at(i);
+    }
+    paramPool_.deleteContents();
+    delete gui_;
+    delete semantic_;
+}
+
+void GraphEditor::connectEvents() {
+    struct Link {
+        const Symbol& event;
+        CbackMethod method;
+        bool forShower;
+    };
+    const Link guiEvents[] = {
+        {GraphEdtGuiSave, cbackMethod<&GraphEditor::guiSave>, false},
+        {GraphEdtGuiEdit, cbackMethod<&GraphEditor::guiEdit>, false},
+        {GraphEdtGuiIcon, cbackMethod<&GraphEditor::guiIcon>, false},
+        {GraphEdtGuiLink, cbackMethod<&GraphEditor::guiLink>, false},
+        {GraphEdtGuiOpti, cbackMethod<&GraphEditor::guiOption>, false},
+        {GraphEdtGuiMenu, cbackMethod<&GraphEditor::guiMenu>, false},
+        {GraphEdtGuiStatusMenu, cbackMethod<&GraphEditor::guiStatusMenu>, false},
+        {GraphEdtGuiTransfMenu, cbackMethod<&GraphEditor::guiTransform>, false},
+        {GraphEdtGuiLinksMenu, cbackMethod<&GraphEditor::guiLinksMenu>, false},
+        {GraphEdtGuiResize, cbackMethod<&GraphEditor::guiResize>, false},
+        {GraphEdtGuiNew, cbackMethod<&GraphEditor::guiNew>, true},
+        {GraphEdtGuiLoad, cbackMethod<&GraphEditor::guiLoad>, true},
+        {GraphEdtGuiQuit, cbackMethod<&GraphEditor::guiQuit>, true},
+        {GraphEdtGuiPrint, cbackMethod<&GraphEditor::guiPrint>, true},
+        {GraphEdtGuiHelp, cbackMethod<&GraphEditor::guiHelp>, true},
+        {GraphEdtGuiReset, cbackMethod<&GraphEditor::guiReset>, true},
+    };
+    for (const Link& link : guiEvents)
+        if (link.forShower || !readOnly) gui_->addCback(link.event, link.method, *this);
+    DrawArea& area = gui_->drawArea();
+    area.addCback(DownGraphic, cbackMethod<&GraphEditor::downGraphic>, *this);
+    if (!readOnly) {
+        area.addCback(UpGraphic, cbackMethod<&GraphEditor::upGraphic>, *this);
+        area.addCback(MoveGraphic, cbackMethod<&GraphEditor::moveGraphic>, *this);
+        area.addCback(MoveDownGraphic, cbackMethod<&GraphEditor::moveDownGraphic>, *this);
+        area.addCback(DoubleClickGraphic, cbackMethod<&GraphEditor::doubleClickGraphic>, *this);
+    }
+    addCback(XTimeOut, cbackMethod<&GraphEditor::timeOut>, *this);
+}
+
+// ---------------------------------------------------------------- states
+
+void GraphEditor::pushStatus(int status) {
+    savedStatus = status_;
+    status_ = status;
+    if (status >= CriticalStatus) gui_->setBusy(true);
+}
+
+void GraphEditor::popStatus(int status) {
+    status_ = status ? status : savedStatus;
+    if (status_ < CriticalStatus) gui_->setBusy(false);
+}
+
+void GraphEditor::showMessage(const char* text) { gui_->showMessage(text); }
+void GraphEditor::showWarning(const char* text) { gui_->showWarning(text); }
+bool GraphEditor::askQuestion(const char* text) { return gui_->askQuestion(text); }
+
+bool GraphEditor::isChanged() const { return gui_->modified(); }
+
+void GraphEditor::setChanged(bool flag) { gui_->setModified(flag); }
+
+const String& GraphEditor::fileName() const { return gui_->fileName(); }
+
+String GraphEditor::baseName() const {
+    String name = gui_->hasFile() ? gui_->fileName() : String("no-file");
+    const char* text = name.asCharPointer();
+    const char* dot = strrchr(text, '.');
+    const char* slash = strrchr(text, '/');
+    if (dot && (!slash || dot > slash)) return String(text, unsigned(dot - text));
+    return name;
+}
+
+void GraphEditor::reLoad() {
+    if (gui_->hasFile()) load(gui_->fileName().asCharPointer());
+}
+
+// ---------------------------------------------------------------- the board
+
+void GraphEditor::changeBoardExtent() {
+    semantic_->setWidth(std::max(semantic_->width(), board_->width()));
+    semantic_->setHeight(std::max(semantic_->height(), board_->height()));
+    gui_->setWorld(FloatRect(0, 0, semantic_->width(), semantic_->height()));
+}
+
+void GraphEditor::insertIcon(IconNode& icon) {
+    gui_->drawArea().list().add(*icon.compositeIcon());
+    if (board_->add(icon)) changeBoardExtent();
+    icon_cltn->add(icon);
+    semantic_->iconInserted(icon);
+}
+
+void GraphEditor::removeIcon(IconNode& icon) {
+    highlightIcon(icon, false);
+    gui_->drawArea().list().removeSame(*icon.compositeIcon());
+    board_->remove(icon);
+    icon_cltn->removeKey(icon.name());
+    semantic_->iconRemoved(icon);
+}
+
+void GraphEditor::destroyIcon(IconNode* icon) {
+    QASSERT(icon != nil);
+    QASSERT(icon != 0);
+    if (!icon || icon == nil) return;
+    if (icon == currentIcon_) currentIcon_ = 0;
+    select_icons.removeSame(*icon);
+    icon->release();
+    if (icon->isKindOf(class_IconArc))
+        semantic_->deleteLink(CAST(IconArc, icon));
+    else
+        semantic_->deleteIcon(icon);
+}
+
+void GraphEditor::deleteIconAndLinks(IconNode& icon) {
+    OrderedCltn links;
+    icon.fromLinks(links);
+    OrderedCltn outgoing;
+    icon.toLinks(outgoing);
+    links.addContentsOf(outgoing);
+    for (int i = 0; i < links.size(); ++i) {
+        IconArc* link = CAST(IconArc, links.at(i));
+        if (!icon_cltn->includesKey(link->name())) continue;
+        removeIcon(*link);
+        detachLink(*link);
+        destroyIcon(link);
+    }
+    removeIcon(icon);
+    destroyIcon(&icon);
+}
+
+const char* GraphEditor::checkPlace(IconNode& icon) {
+    OrderedCltn collisions;
+    board_->collisionWith(icon, collisions);
+    return semantic_->checkCollision(icon, collisions);
+}
+
+void GraphEditor::highlightIcon(IconNode& icon, bool on) {
+    if (on)
+        icon.setSelected(lastPoint);
+    else
+        icon.unhighlight(lastPoint);
+    gui_->redraw();
+}
