@@ -33,7 +33,7 @@ void nameOutsideSlots(ArrayOb* array, const OrderedCltn& icons, std::vector<Name
 }  // namespace
 
 OrderedCltn& withLinks(OrderedCltn& icons) {
-    for (int i = 0; i < icons.size(); ++i) {
+    for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         if (icon.isKindOf(class_IconArc)) continue;
         OrderedCltn links;
@@ -41,7 +41,7 @@ OrderedCltn& withLinks(OrderedCltn& icons) {
         OrderedCltn outgoing;
         icon.toLinks(outgoing);
         links.addContentsOf(outgoing);
-        for (int j = 0; j < links.size(); ++j)
+        for (unsigned j = 0; j < links.size(); ++j)
             if (!holdsSame(icons, *links.at(j))) icons.add(*links.at(j));
     }
     return icons;
@@ -49,7 +49,7 @@ OrderedCltn& withLinks(OrderedCltn& icons) {
 
 String fragmentText(const OrderedCltn& icons) {
     std::vector<NamedSlot> named;
-    for (int i = 0; i < icons.size(); ++i) {
+    for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         nameOutsideSlots(icon.fromIcons(), icons, named);
         nameOutsideSlots(icon.toIcons(), icons, named);

@@ -1,4 +1,5 @@
 // GraphEditor: child windows tied to the drawing by title (comments, shown texts, sub-drawings).
+#include <cstring>
 #include <QWidget>
 
 #include "editor/fileedt.h"
@@ -66,7 +67,7 @@ Editor* GraphEditor::makeChild(const char* className, const char* textOrFile, co
     GraphEditor* graph = new GraphEditor(0, className, title, true, readOnly, true, fromFile, "");
     if (fromFile && textOrFile && *textOrFile) {
         String message = takeLock(textOrFile);
-        if (message.length())
+        if (message.size())
             gui_->showError((String(textOrFile) + message).asCharPointer());
         else
             graph->setFileName(textOrFile, false);

@@ -1,4 +1,5 @@
 // GraphEditor: cut, copy and paste through the system clipboard, and the fragments that undo puts back.
+#include <cstring>
 #include <iostream>
 
 #include "editor/chessbrd.h"
@@ -31,15 +32,15 @@ void nameEnd(ArrayOb& ends, IconNode& icon) { ends[0] = new String(icon.name());
 OrderedCltn& GraphEditor::closure(OrderedCltn& icons) {
     if (icons.isEmpty()) icons.addContentsOf(select_icons);
     OrderedCltn group;
-    for (int i = 0; i < icons.size(); ++i) {
+    for (unsigned i = 0; i < icons.size(); ++i) {
         group.removeAll();
         CAST(IconNode, icons.at(i))->companions(group);
-        for (int j = 0; j < group.size(); ++j)
+        for (unsigned j = 0; j < group.size(); ++j)
             if (!holdsSame(icons, *group.at(j))) icons.add(*group.at(j));
     }
     // Only what may be deleted goes, companions of a member always.
     OrderedCltn companions;
-    for (int i = 0; i < icons.size(); ++i) CAST(IconNode, icons.at(i))->companions(companions);
+    for (unsigned i = 0; i < icons.size(); ++i) CAST(IconNode, icons.at(i))->companions(companions);
     for (int i = icons.size() - 1; i >= 0; --i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         if (icon.isDeletable() || holdsSame(companions, icon)) continue;
@@ -58,7 +59,7 @@ void GraphEditor::cut(IconNode* icon) {
     history_->begin("Cut", members);
     clearSelection();
     detachOutsideLinks(members);
-    for (int i = 0; i < members.size(); ++i) removeIcon(*CAST(IconNode, members.at(i)));
+    for (unsigned i = 0; i < members.size(); ++i) removeIcon(*CAST(IconNode, members.at(i)));
     cut_icons.addContentsOf(members);
     setChanged();
     if (writeToClipboard(cut_icons))
@@ -72,7 +73,7 @@ void GraphEditor::cut(IconNode* icon) {
 // ends become names.
 void GraphEditor::detachOutsideLinks(OrderedCltn& members) {
     withLinks(members);
-    for (int i = 0; i < members.size(); ++i) {
+    for (unsigned i = 0; i < members.size(); ++i) {
         if (!isLink(members.at(i))) continue;
         IconArc& link = *CAST(IconArc, members.at(i));
         IconNode* ends[2] = {link.from(), link.to()};
@@ -98,7 +99,7 @@ void GraphEditor::copy(IconNode* icon) {
 
 bool GraphEditor::writeToClipboard(const OrderedCltn& icons) {
     String text = fragmentText(icons);
-    if (text.length() > CLIPBOARD_LIMIT) {
+    if (text.size() > CLIPBOARD_LIMIT) {
         std::cerr << "Object too big" << std::endl;
         return false;
     }
@@ -107,7 +108,7 @@ bool GraphEditor::writeToClipboard(const OrderedCltn& icons) {
 
 OrderedCltn* GraphEditor::readFromClipboard() {
     String text = clipboardText();
-    if (text.length() == 0) return 0;
+    if (text.size() == 0) return 0;
     String error;
     Object* read = readFromString(error, text.asCharPointer());
     if (!read) {
@@ -149,7 +150,7 @@ void GraphEditor::paste() {
 
 void GraphEditor::insertPasted(OrderedCltn& members, bool fromClipboard) {
     OrderedCltn rejects;
-    for (int i = 0; i < members.size(); ++i) {
+    for (unsigned i = 0; i < members.size(); ++i) {
         IconNode& node = *CAST(IconNode, members.at(i));
         if (isLink(&node)) continue;
         semantic_->needsPlacing(node);
@@ -161,11 +162,11 @@ void GraphEditor::insertPasted(OrderedCltn& members, bool fromClipboard) {
         gui_->showError((String("Cannot paste, ") + refusal).asCharPointer());
         rejects.add(node);
     }
-    for (int i = 0; i < members.size(); ++i)
+    for (unsigned i = 0; i < members.size(); ++i)
         if (isLink(members.at(i)) && !holdsSame(rejects, *members.at(i)))
             attachPastedLink(*CAST(IconArc, members.at(i)), rejects);
-    for (int i = 0; i < rejects.size(); ++i) members.removeSame(*rejects.at(i));
-    for (int i = 0; i < members.size(); ++i) {
+    for (unsigned i = 0; i < rejects.size(); ++i) members.removeSame(*rejects.at(i));
+    for (unsigned i = 0; i < members.size(); ++i) {
         IconNode& icon = *CAST(IconNode, members.at(i));
         if (fromClipboard) {
             QASSERT_TEXT(icon.geoIcon()->isEmpty(), "icon->geoIcon()->isEmpty()");
@@ -181,12 +182,12 @@ void GraphEditor::insertPasted(OrderedCltn& members, bool fromClipboard) {
         highlightIcon(icon, true);
         history_->created(icon);
     }
-    for (int i = 0; i < members.size(); ++i)
+    for (unsigned i = 0; i < members.size(); ++i)
         if (isLink(members.at(i))) {
             IconArc& link = *CAST(IconArc, members.at(i));
             updateLink(link, link.firstPoint(), link.lastPoint(), true, true);
         }
-    for (int i = 0; i < rejects.size(); ++i) {
+    for (unsigned i = 0; i < rejects.size(); ++i) {
         IconNode* icon = CAST(IconNode, rejects.at(i));
         if (isLink(icon)) detachLink(*CAST(IconArc, icon));
         if (isLink(icon) || !fromClipboard)
@@ -234,7 +235,7 @@ void GraphEditor::restoreFragment(const char* text) {
     }
     OrderedCltn& members = *CAST(OrderedCltn, read);
     for (int pass = 0; pass < 2; ++pass)
-        for (int i = 0; i < members.size(); ++i) {
+        for (unsigned i = 0; i < members.size(); ++i) {
             IconNode& icon = *CAST(IconNode, members.at(i));
             if (isLink(&icon) != (pass == 1)) continue;
             if (pass == 1) attachByName(*CAST(IconArc, &icon), *icon_cltn);

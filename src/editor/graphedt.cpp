@@ -1,4 +1,6 @@
 // GraphEditor: making the editor, its states, and the icons entering and leaving the board.
+#include <cstring>
+
 #include "editor/graphedt.h"
 
 #include "editor/chessbrd.h"
@@ -9,6 +11,7 @@
 #include "editor/semantic.h"
 #include "quill/cback.h"
 #include "quill/quillerr.h"
+#include "trellis/dispatch.h"
 #include "trellis/drawarea.h"
 #include "trellis/drawprim.h"
 #include "trellis/filemenu.h"
@@ -81,7 +84,7 @@ GraphEditor::~GraphEditor() noexcept(false) {
     gui_->drawArea().list().removeAll();
     OrderedCltn icons;
     icon_cltn->addValuesTo(icons);
-    for (int i = 0; i < icons.size(); ++i) destroyIcon(CAST(IconNode, icons.at(i)));
+    for (unsigned i = 0; i < icons.size(); ++i) destroyIcon(CAST(IconNode, icons.at(i)));
     cut_icons.deleteContents();
     delete icon_cltn;
     delete board_;
@@ -89,7 +92,7 @@ GraphEditor::~GraphEditor() noexcept(false) {
     delete rubberLine;
     OrderedCltn pooled;
     paramPool_.addValuesTo(pooled);
-    for (int i = 0; i < pooled.size(); ++i) {
+    for (unsigned i = 0; i < pooled.size(); ++i) {
         if (pooled.at(i)->isKindOf(class_OrderedCltn)) CAST(OrderedCltn, pooled.at(i))->deleteContents();
         delete pooled.at(i);
     }
@@ -213,7 +216,7 @@ void GraphEditor::deleteIconAndLinks(IconNode& icon) {
     OrderedCltn outgoing;
     icon.toLinks(outgoing);
     links.addContentsOf(outgoing);
-    for (int i = 0; i < links.size(); ++i) {
+    for (unsigned i = 0; i < links.size(); ++i) {
         IconArc* link = CAST(IconArc, links.at(i));
         if (!icon_cltn->includesKey(link->name())) continue;
         removeIcon(*link);

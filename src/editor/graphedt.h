@@ -206,6 +206,7 @@ private:
     void semanticCall(const char* (Semantic::*call)(IconNode&), IconNode& icon);
     void doubleClickAction(IconNode& icon);
     void popupChosen(const char* entry);
+    void editEntry(const char* entry);
     void resize();
 
     // Clipboard.

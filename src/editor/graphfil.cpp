@@ -1,4 +1,5 @@
 // GraphEditor: new, load, save and reset of a drawing, and the file locks of a drawing's directory.
+#include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,6 +21,7 @@
 #include "quill/safefile.h"
 #include "quill/set.h"
 #include "trellis/drawarea.h"
+#include "trellis/drawicon.h"
 #include "trellis/filemenu.h"
 #include "trellis/filetest.h"
 #include "trellis/graphic.h"
@@ -58,7 +60,7 @@ String fullName(const char* fileName) {
     char* resolved = realpath(fileName, 0);
     if (!resolved) {
         String directory = directoryOf(fileName);
-        char* folder = realpath(directory.length() ? directory.asCharPointer() : ".", 0);
+        char* folder = realpath(directory.size() ? directory.asCharPointer() : ".", 0);
         String name = folder ? String(folder) + "/" + baseOf(fileName) : String(fileName);
         free(folder);
         return name;
@@ -85,8 +87,8 @@ Set* readLocks(const String& lockFile) {
 bool writeLocks(const String& lockFile, const Set& locks) {
     bool created = access(lockFile.asCharPointer(), F_OK) != 0;
     String error = writeSafely(lockFile.asCharPointer(), [&](std::ostream& os) { storeObject(os, locks); });
-    if (created && error.length() == 0) chmod(lockFile.asCharPointer(), 438);
-    return error.length() == 0;
+    if (created && error.size() == 0) chmod(lockFile.asCharPointer(), 438);
+    return error.size() == 0;
 }
 
 void deleteLocks(Set* locks) {
@@ -156,16 +158,16 @@ GraphEditor* GraphEditor::editorOfFile(const char* fileName) {
 int GraphEditor::setFileName(const char* name, bool lock) {
     String file(name ? name : "");
     const char* extension = semantic_->fileExtension();
-    if (file.length() && !strchr(baseOf(file.asCharPointer()).asCharPointer(), '.')) file += extension;
-    if (isA() == &class_GraphEditor && lock && file.length()) {
+    if (file.size() && !strchr(baseOf(file.asCharPointer()).asCharPointer(), '.')) file += extension;
+    if (isA() == &class_GraphEditor && lock && file.size()) {
         String old = gui_->hasFile() ? gui_->fileName() : String();
         String message = takeLock(file.asCharPointer());
-        if (message.length()) {
+        if (message.size()) {
             std::cerr << "setFileName error: " << message << std::endl;
             return 0;
         }
         editorsOfFiles().atPut(*new String(fullName(file.asCharPointer())), *this);
-        if (old.length() && fullName(old.asCharPointer()) != fullName(file.asCharPointer()))
+        if (old.size() && fullName(old.asCharPointer()) != fullName(file.asCharPointer()))
             dropLock(old.asCharPointer());
     }
     gui_->setFileName(file.asCharPointer());
@@ -265,11 +267,11 @@ void GraphEditor::loadDrawing(ArrayOb& drawing, String& error) {
 void GraphEditor::placeLoadedIcons() {
     OrderedCltn icons;
     icon_cltn->addValuesTo(icons);
-    for (int i = 0; i < icons.size(); ++i) {
+    for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         QASSERT_TEXT(icon.geoIcon()->isEmpty(), "icon->geoIcon()->isEmpty()");
         icon.update();
-        if (icon.comment().length() == 0) icon.defaultComment();
+        if (icon.comment().size() == 0) icon.defaultComment();
         if (!icon.isKindOf(class_IconArc)) {
             FloatPoint place(icon.posX(), icon.posY());
             if (semantic_->snapPosition(icon, place)) icon.setPosition(Point(int(place.x()), int(place.y())));
@@ -297,7 +299,7 @@ void GraphEditor::guiNew(Cback&) {
 void GraphEditor::resetEditor() {
     OrderedCltn children;
     childEditors.addValuesTo(children);
-    for (int i = 0; i < children.size(); ++i) closeChild(*CAST(Editor, children.at(i)));
+    for (unsigned i = 0; i < children.size(); ++i) closeChild(*CAST(Editor, children.at(i)));
     select_icons.removeAll();
     modify_icons.removeAll();
     gui_->drawArea().list().removeAll();
@@ -308,7 +310,7 @@ void GraphEditor::resetEditor() {
     OrderedCltn icons;
     icon_cltn->addValuesTo(icons);
     icon_cltn->removeAll();
-    for (int i = 0; i < icons.size(); ++i) destroyIcon(CAST(IconNode, icons.at(i)));
+    for (unsigned i = 0; i < icons.size(); ++i) destroyIcon(CAST(IconNode, icons.at(i)));
     currentIcon_ = 0;
     history_->clear();
     updateEditMenu(0);

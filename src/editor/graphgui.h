@@ -40,6 +40,7 @@ extern Symbol GraphEdtGuiTransfMenu;  // the transform popup closed; data the en
 extern Symbol GraphEdtGuiLinksMenu;   // the link submenu of the popup; data the entry text, or nil
 extern Symbol GraphEdtGuiResize;      // "Apply" of the resize dialog
 extern Symbol GraphEdtGuiHelp;        // help asked; data the topic text
+extern Symbol GraphEdtGuiReset;       // the person chose to leave a critical action
 
 class GraphEdtGui : public Object {
     DECLARE_MEMBERS(GraphEdtGui)
@@ -90,6 +91,10 @@ public:
     double zoom() const;
     // The zoom that shows the whole world in the window.
     void fitToWindow();
+    // The size of the drawing area and the least size of the window.
+    void setDrawSizes(int width, int height, int minWidth, int minHeight);
+    // Shows the help topic of the keyword.
+    void help(const char* keyword);
     // The "watch" cursor while on is set, the normal one after.
     void setWatchCursor(bool on);
 

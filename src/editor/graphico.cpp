@@ -288,13 +288,13 @@ void GraphEditor::moveLinks(IconNode& old, IconNode& made) {
     OrderedCltn outgoing, incoming;
     old.toLinks(outgoing);
     old.fromLinks(incoming);
-    for (int i = 0; i < outgoing.size(); ++i) {
+    for (unsigned i = 0; i < outgoing.size(); ++i) {
         IconArc& link = *CAST(IconArc, outgoing.at(i));
         old.removeToLink(link);
         made.addToLink(link);
         link.setFrom(&made);
     }
-    for (int i = 0; i < incoming.size(); ++i) {
+    for (unsigned i = 0; i < incoming.size(); ++i) {
         IconArc& link = *CAST(IconArc, incoming.at(i));
         old.removeFromLink(link);
         made.addFromLink(link);
@@ -309,14 +309,14 @@ void GraphEditor::resize() {
     if (currentIcon_ && !holdsSame(select_icons, *currentIcon_))
         targets.add(*currentIcon_);
     else
-        for (int i = 0; i < select_icons.size(); ++i) {
+        for (unsigned i = 0; i < select_icons.size(); ++i) {
             IconNode& icon = *CAST(IconNode, select_icons.at(i));
             if (icon.canScale() || icon.canScaleFont()) targets.add(icon);
         }
     if (targets.isEmpty()) return;
     double width = 1000, height = 1000, font = 1000.0;
     bool scale = false, scaleFont = false;
-    for (int i = 0; i < targets.size(); ++i) {
+    for (unsigned i = 0; i < targets.size(); ++i) {
         IconNode& icon = *CAST(IconNode, targets.at(i));
         width = std::min(width, double(icon.iconWidth()));
         height = std::min(height, double(icon.iconHeight()));
@@ -333,7 +333,7 @@ void GraphEditor::guiResize(Cback&) {
     double dw = 0, dh = 0, dfont = 0;
     gui_->resizeValues(dw, dh, dfont);
     history_->begin("Resize", resizeTargets);
-    for (int i = 0; i < resizeTargets.size(); ++i) {
+    for (unsigned i = 0; i < resizeTargets.size(); ++i) {
         IconNode& icon = *CAST(IconNode, resizeTargets.at(i));
         if (!icon_cltn->includesKey(icon.name())) continue;
         Point start = icon.position();

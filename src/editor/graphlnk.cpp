@@ -28,7 +28,7 @@ void GraphEditor::createLink(IconArc& link, IconNode& from, IconNode& to, const 
 }
 
 void GraphEditor::rerouteLinks(OrderedCltn* others) {
-    for (int i = 0; i < others->size(); ++i) {
+    for (unsigned i = 0; i < others->size(); ++i) {
         IconArc* other = CAST(IconArc, others->at(i));
         if (icon_cltn->assocAt(other->name()) != other) continue;
         updateLink(*other, other->firstPoint(), other->lastPoint(), false);

@@ -1,4 +1,6 @@
 // GraphEditor: the window's menus, popups and the double click.
+#include <cstring>
+
 #include "editor/edthist.h"
 #include "editor/graphedt.h"
 #include "editor/graphgui.h"
@@ -9,6 +11,7 @@
 #include "quill/cback.h"
 #include "quill/quillerr.h"
 #include "trellis/drawarea.h"
+#include "trellis/drawprim.h"
 
 namespace {
 
@@ -77,7 +80,7 @@ void GraphEditor::doubleClickAction(IconNode& icon) {
             OrderedCltn names;
             semantic_->linksFromIcon(icon, names);
             bool allowed = false;
-            for (int i = 0; i < names.size() && !allowed; ++i)
+            for (unsigned i = 0; i < names.size() && !allowed; ++i)
                 allowed = gui_->currentLink() == names.at(i)->asCharPointer();
             names.deleteContents();
             if (allowed) {

@@ -201,13 +201,13 @@ void GraphEditor::startDrag(const FloatPoint&, unsigned modifiers) {
         return;
     }
     OrderedCltn moving;
-    for (int i = 0; i < select_icons.size(); ++i) {
+    for (unsigned i = 0; i < select_icons.size(); ++i) {
         IconNode* member = CAST(IconNode, select_icons.at(i));
         if (member->isMovable() && !isLink(member)) moving.add(*member);
     }
     select_icons.removeAll();
     history_->begin("Move", moving);
-    for (int i = 0; i < moving.size(); ++i) {
+    for (unsigned i = 0; i < moving.size(); ++i) {
         IconNode* member = CAST(IconNode, moving.at(i));
         Point position = member->position();
         select_icons.add(*new Assoc(*member, *new FloatPoint(downPoint.x() - position.x(),
@@ -227,7 +227,7 @@ void GraphEditor::dragTo(const FloatPoint& point) {
                 moveGhost(*currentIcon_, point - lastPoint);
             break;
         case MovingManyIcons:
-            for (int i = 0; i < select_icons.size(); ++i) {
+            for (unsigned i = 0; i < select_icons.size(); ++i) {
                 Assoc* moving = CAST(Assoc, select_icons.at(i));
                 moveGhost(*CAST(IconNode, moving->key()), point - *CAST(FloatPoint, moving->value()));
             }
@@ -256,7 +256,7 @@ void GraphEditor::moveGhost(IconNode& icon, const FloatPoint& point) {
 void GraphEditor::dragLinkEnd(const FloatPoint& point) {
     IconArc& link = *CAST(IconArc, currentIcon_);
     OrderedCltn points;
-    for (int i = 0; i < link.points()->size(); ++i) points.add(*new FloatPoint(link.point(i)));
+    for (unsigned i = 0; i < link.points()->size(); ++i) points.add(*new FloatPoint(link.point(i)));
     bool first = distance(link.firstPoint(), downPoint) < distance(link.lastPoint(), downPoint);
     *CAST(FloatPoint, first ? points.first() : points.last()) = point;
     board_->remove(link);
@@ -322,12 +322,12 @@ void GraphEditor::finishManyMove(const FloatPoint& point) {
         delete moving;
     }
     select_icons.addContentsOf(moved);
-    for (int i = 0; i < moved.size(); ++i) {
+    for (unsigned i = 0; i < moved.size(); ++i) {
         IconNode& icon = *CAST(IconNode, moved.at(i));
         board_->add(icon);
         semantic_->moveEnded(icon);
     }
-    for (int i = 0; i < moved.size(); ++i)
+    for (unsigned i = 0; i < moved.size(); ++i)
         followLinks(*CAST(IconNode, moved.at(i)), *CAST(Point, starts.at(i)), true);
     starts.deleteContents();
     setChanged();
@@ -341,13 +341,13 @@ void GraphEditor::followLinks(IconNode& icon, const Point& oldPosition, bool ski
     OrderedCltn outgoing, incoming;
     icon.toLinks(outgoing);
     icon.fromLinks(incoming);
-    for (int i = 0; i < outgoing.size(); ++i) {
+    for (unsigned i = 0; i < outgoing.size(); ++i) {
         IconArc& link = *CAST(IconArc, outgoing.at(i));
         FloatPoint last = link.lastPoint();
         if (link.to() == &icon) last = last + delta;
         updateLink(link, link.firstPoint() + delta, last, true);
     }
-    for (int i = 0; i < incoming.size(); ++i) {
+    for (unsigned i = 0; i < incoming.size(); ++i) {
         IconArc& link = *CAST(IconArc, incoming.at(i));
         if (link.from() == &icon) continue;
         if (skipSelected && holdsSame(select_icons, *link.from())) continue;
@@ -377,12 +377,12 @@ void GraphEditor::finishAreaSelection() {
     double left = area.x(), top = area.y(), right = left + area.width(), bottom = top + area.height();
     OrderedCltn icons;
     icon_cltn->addValuesTo(icons);
-    for (int i = 0; i < icons.size(); ++i) {
+    for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         if (holdsSame(select_icons, icon) || holdsSame(modify_icons, icon)) continue;
         OrderedCltn& cells = *icon.geoIcon();
         Point origin = isLink(&icon) ? Point(0, 0) : icon.position();
-        for (int c = 0; c < cells.size(); ++c) {
+        for (unsigned c = 0; c < cells.size(); ++c) {
             Point cell = *CAST(Point, cells.at(c));
             double x = cell.x() + origin.x(), y = cell.y() + origin.y();
             if (x + 1 >= left && x <= right && y + 1 >= top && y <= bottom) {
@@ -397,7 +397,7 @@ void GraphEditor::toggleSelect(IconNode& icon) { selectIcon(icon, !holdsSame(sel
 
 void GraphEditor::selectIcon(IconNode& icon, bool add) {
     if (!add && !isLink(&icon)) {
-        for (int i = 0; i < select_icons.size(); ++i) {
+        for (unsigned i = 0; i < select_icons.size(); ++i) {
             IconNode& other = *CAST(IconNode, select_icons.at(i));
             if (&other == &icon) continue;
             OrderedCltn group;
@@ -425,7 +425,7 @@ void GraphEditor::selectIcon(IconNode& icon, bool add) {
             OrderedCltn outgoing;
             next.toLinks(outgoing);
             links.addContentsOf(outgoing);
-            for (int i = 0; i < links.size(); ++i) {
+            for (unsigned i = 0; i < links.size(); ++i) {
                 IconArc& link = *CAST(IconArc, links.at(i));
                 IconNode* far = link.from() == &next ? link.to() : link.from();
                 bool linkSelected = holdsSame(select_icons, link);
@@ -457,7 +457,7 @@ void GraphEditor::clearSelection() {
 void GraphEditor::selectAll() {
     OrderedCltn icons;
     icon_cltn->addValuesTo(icons);
-    for (int i = 0; i < icons.size(); ++i) {
+    for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         if (holdsSame(modify_icons, icon) || holdsSame(select_icons, icon)) continue;
         select_icons.add(icon);
@@ -469,7 +469,7 @@ void GraphEditor::selectAll() {
 void GraphEditor::updateEditMenu(int mode) {
     if (readOnly) return;
     bool resizable = false;
-    for (int i = 0; i < select_icons.size() && !resizable; ++i) {
+    for (unsigned i = 0; i < select_icons.size() && !resizable; ++i) {
         Object* member = select_icons.at(i);
         if (member->isKindOf(class_Assoc)) member = CAST(Assoc, member)->key();
         IconNode& icon = *CAST(IconNode, member);

@@ -1,6 +1,7 @@
 // Semantic: the base kind of drawing, the forwarders to the editor and the placing rules.
 #include "editor/semantic.h"
 
+#include <cstring>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -155,7 +156,7 @@ const char* Semantic::viewFile(const char* fileName, const char* title) {
 
 const char* Semantic::checkCollision(IconNode& icon, const OrderedCltn& collisions) {
     if (collisions.isEmpty() || icon.isKindOf(class_IconArc)) return 0;
-    for (int i = 0; i < collisions.size(); ++i) {
+    for (unsigned i = 0; i < collisions.size(); ++i) {
         Object* member = collisions.at(i);
         if (member == &icon) continue;
         if (!member->isKindOf(class_IconArc)) return "IconNode cannot place over another IconNode";
@@ -227,7 +228,7 @@ int Semantic::resizeFont(IconNode& icon, double scale) {
 }
 
 int Semantic::canPaste(const OrderedCltn& cltn) {
-    for (int i = 0; i < cltn.size(); ++i)
+    for (unsigned i = 0; i < cltn.size(); ++i)
         if (!cltn.at(i)->isKindOf(class_IconNode)) return 0;
     return 1;
 }
@@ -288,7 +289,7 @@ OrderedCltn* Semantic::placeLink(IconArc& link, IconNode& from, IconNode& to, co
     OrderedCltn* others = 0;
     if (!polyline.isEmpty() && polyline.last()->isKindOf(class_OrderedCltn))
         others = CAST(OrderedCltn, polyline.removeLast());
-    for (int i = 0; i < polyline.size(); ++i) {
+    for (unsigned i = 0; i < polyline.size(); ++i) {
         FloatPoint* point = CAST(FloatPoint, polyline.at(i));
         *point = FloatPoint(clampCoordinate(point->x(), width_), clampCoordinate(point->y(), height_));
     }
