@@ -1,4 +1,7 @@
 // GraphEditor: making the editor, its states, and the icons entering and leaving the board.
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstring>
 
 #include "editor/graphedt.h"
@@ -63,10 +66,20 @@ GraphEditor::GraphEditor(CppWidget* topLevel, const char* semanticClass, const c
     semantic_->setEditorSizes();
     changeBoardExtent();
     updateEditMenu(0);
-    if (readOnly || deferredShow) return;
+    if (!readOnly && !deferredShow) open(fileName);
+}
+
+void GraphEditor::open(const char* fileName) {
     start();
-    if (fileName && *fileName)
-        load(fileName);
+    String name(fileName ? fileName : "");
+    if (name.size() && !strchr(name.asCharPointer() + name.size() - std::min(name.size(), 5u), '.'))
+        name += semantic_->fileExtension();
+    if (name.size() && !setFileName(name.asCharPointer(), true)) {
+        gui_->showError((name + takeLock(name.asCharPointer())).asCharPointer());
+        name = "";
+    }
+    if (name.size() && access(name.asCharPointer(), F_OK) == 0)
+        load(name.asCharPointer());
     else
         gui_->fileMenu().newFile();
 }

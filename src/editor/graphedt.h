@@ -54,6 +54,10 @@ public:
                 bool shower = false, bool deferredShow = false, bool fromFile = false, const char* fileName = 0);
     ~GraphEditor() noexcept(false) override;
 
+    // Shows the window on the file, locked, or on a new drawing when it
+    // has none or is locked by another editor.
+    void open(const char* fileName);
+
     // What the kinds of drawing use.
     Dictionary& editorIcons() const { return *icon_cltn; }
     OrderedCltn& selectedIcons() { return select_icons; }

@@ -11,6 +11,7 @@
 #include "interpreter/runner.h"
 #include "panel/designcl.h"
 #include "editor/fileedt.h"
+#include "editor/graphdrv.h"
 #include "quill/cback.h"
 #include "quill/language.h"
 #include "quill/quillstr.h"
@@ -172,6 +173,7 @@ int dispatchMode() {
     if (findFlag("-interpreter")) return notBuilt("the interpreter", 0);
     if (findFlag("-robustControlDesign")) return notBuilt("the robust control design panel", 0);
     if (findFlag("-text")) return runTextEditor();
+    if (findFlag("-drawing")) return runGraphEditor("Semantic", "Graphic Editor - ", Argc, Argv);
     return notBuilt("the command panel", 0);
 }
 
@@ -199,6 +201,7 @@ const OptionLine optionLines[] = {
     {"-interpreter", "run the interpreter with its debugger"},
     {"-robustControlDesign", "open the robust control design panel"},
     {"-text [file]", "edit a text file"},
+    {"-drawing [file.edt]", "edit a drawing of nodes and links, the base kind of drawing"},
     {"-closeAfter ms", "ask every window to close after ms milliseconds (scripts, tests)"},
     {"-env NAME=VALUE", "put NAME=VALUE into the environment, %NAME% expanded; repeatable"},
     {"-JV_PATH dir", "root of the second tool chain"},

@@ -1,0 +1,162 @@
+// The graph editor as a person uses it: placing, linking, moving, cut and paste, undo, files and locks.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "graphtest.h"
+#include "quill/arrayob.h"
+#include "trellis/filemenu.h"
+
+namespace {
+
+std::string scratch(const char* name) {
+    std::string dir = ::testing::TempDir() + "graphedt";
+    mkdir(dir.c_str(), 0777);
+    std::string path = dir + "/" + name;
+    unlink(path.c_str());
+    return path;
+}
+
+FloatPoint first(IconArc* link) { return link->firstPoint(); }
+
+}  // namespace
+
+TEST_F(GraphEditorTest, placesLinksMovesAndUndoesEachGesture) {
+    IconNode* a = place(3.5, 3.5);
+    IconNode* b = place(12.5, 3.5);
+    ASSERT_TRUE(a && b);
+    EXPECT_EQ(count(), 2u);
+    IconArc* arrow = link(3.5, 3.5, 12.5, 3.5);
+    ASSERT_TRUE(arrow);
+    EXPECT_EQ(arrow->from(), a);
+    EXPECT_EQ(arrow->to(), b);
+    EXPECT_NEAR(first(arrow).x(), 4.01, 1e-6);  // leaves the right side, toward b
+
+    // A press and release inside the drag delay moves nothing, however far.
+    pointer(DownGraphic, 3.5, 3.5);
+    pointer(MoveDownGraphic, 3.5, 9.5);
+    pointer(UpGraphic, 3.5, 9.5);
+    EXPECT_EQ(a->posY(), 3);
+    drag(3.5, 3.5, 3.5, 9.5);
+    EXPECT_EQ(a->posY(), 9);
+    arrow = CAST(IconArc, editor->editorIcons().atKey(arrow->name()));
+    EXPECT_NEAR(first(arrow).y(), 9.5, 0.6);  // the link followed its start
+
+    edit("Undo");
+    a = iconAt(3.5, 3.5);
+    ASSERT_TRUE(a);
+    EXPECT_EQ(links(), 1u);
+    edit("Redo");
+    EXPECT_TRUE(iconAt(3.5, 9.5));
+    edit("Undo");
+    edit("Undo");  // the link
+    EXPECT_EQ(links(), 0u);
+    edit("Undo");  // the second rectangle
+    EXPECT_EQ(count(), 1u);
+    edit("Redo");
+    edit("Redo");
+    EXPECT_EQ(count(), 3u);
+    EXPECT_EQ(links(), 1u);
+}
+
+TEST_F(GraphEditorTest, cutAndPasteCarryLinksAndDropThoseWhoseEndIsGone) {
+    IconNode* a = place(3.5, 3.5);
+    IconNode* b = place(12.5, 3.5);
+    ASSERT_TRUE(link(3.5, 3.5, 12.5, 3.5));
+    // Cut b through its popup: the link goes with it, a keeps no link.
+    click(12.5, 3.5, 3);
+    editor->gui().openPopup()->choose("Cut");
+    EXPECT_EQ(count(), 1u);
+    OrderedCltn out;
+    EXPECT_TRUE(a->toLinks(out).isEmpty());
+    edit("Paste");
+    EXPECT_EQ(count(), 3u);
+    out.removeAll();
+    ASSERT_EQ(a->toLinks(out).size(), 1u);
+    EXPECT_EQ(CAST(IconArc, out.at(0))->to()->name(), iconAt(12.5, 3.5)->name());
+
+    // With a gone, the pasted link has no start: it is dropped, b stays.
+    b = iconAt(12.5, 3.5);
+    click(12.5, 3.5, 3);
+    editor->gui().openPopup()->choose("Cut");
+    editor->deleteIconAndLinks(*a);
+    CerrCapture errors;
+    edit("Paste");
+    EXPECT_EQ(count(), 1u);
+    EXPECT_EQ(links(), 0u);
+    EXPECT_FALSE(errors.str().empty());
+}
+
+TEST_F(GraphEditorTest, aClipboardTextOverTheLimitKeepsTheCutIconsForPaste) {
+    IconNode* a = place(5.5, 5.5);
+    ASSERT_TRUE(a);
+    a->comment() = std::string(70000, 'x').c_str();
+    CerrCapture errors;
+    click(5.5, 5.5, 3);
+    editor->gui().openPopup()->choose("Cut");
+    EXPECT_NE(errors.str().find("Object too big"), std::string::npos);
+    EXPECT_EQ(count(), 0u);
+    edit("Paste");
+    ASSERT_EQ(count(), 1u);
+    EXPECT_EQ(iconAt(5.5, 5.5)->comment().size(), 70000u);
+}
+
+TEST_F(GraphEditorTest, aDrawingSavedIsReadBackWholeAndADamagedOneIsRefused) {
+    std::string file = scratch("round.edt");
+    place(3.5, 3.5, "first");
+    place(12.5, 8.5, "second");
+    ASSERT_TRUE(link(3.5, 3.5, 12.5, 8.5));
+    ASSERT_TRUE(editor->gui().fileMenu().saveAs(file.c_str()));
+    delete editor;
+    editor = new GraphEditor(topLevelWidget, "Semantic", "Graphic Editor - ");
+    ASSERT_TRUE(editor->load(file.c_str()));
+    EXPECT_EQ(count(), 3u);
+    ASSERT_TRUE(iconAt(12.5, 8.5));
+    OrderedCltn in;
+    EXPECT_EQ(iconAt(12.5, 8.5)->fromLinks(in).size(), 1u);
+
+    std::string damaged = scratch("damaged.edt");
+    std::ofstream(damaged) << "ArrayOb 1 { 6 garbage";
+    answers.messages.clear();
+    editor->load(damaged.c_str());
+    EXPECT_FALSE(answers.messages.empty());
+    EXPECT_TRUE(place(20.5, 20.5));  // the editor goes on
+}
+
+TEST_F(GraphEditorTest, theLockRefusesASecondEditorAndMovesOnSaveAs) {
+    std::string file = scratch("locked.edt");
+    std::string lock = file.substr(0, file.rfind('/')) + "/editfile.tarn";
+    ASSERT_TRUE(editor->gui().fileMenu().saveAs(file.c_str()));
+    ASSERT_EQ(editor->setFileName(file.c_str(), true), 1);
+    EXPECT_EQ(access(lock.c_str(), F_OK), 0);
+    EXPECT_EQ(std::string(GraphEditor::takeLock(file.c_str()).asCharPointer()), "\n\nThe file is already edited");
+    std::string moved = scratch("moved.edt");
+    ASSERT_TRUE(editor->gui().fileMenu().saveAs(moved.c_str()));
+    EXPECT_EQ(GraphEditor::takeLock(file.c_str()).size(), 0u);  // free again: taken now by the test
+    GraphEditor::dropLock(file.c_str());
+    EXPECT_EQ(std::string(GraphEditor::takeLock(moved.c_str()).asCharPointer()), "\n\nThe file is already edited");
+}
+
+TEST_F(GraphEditorTest, modifyAndTransformChangeTheIconAndAreUndone) {
+    IconNode* a = place(3.5, 3.5, "before");
+    place(12.5, 3.5);
+    IconArc* arrow = link(3.5, 3.5, 12.5, 3.5);
+    ASSERT_TRUE(a && arrow);
+    editor->gui().choiceMenu().menu().choose("Modify");
+    doubleClick(3.5, 3.5);
+    ParamDialog* dialog = openDialog();
+    ASSERT_TRUE(dialog);
+    dialog->setRowText(0, "after");
+    answerDialog();
+    EXPECT_STREQ(iconAt(3.5, 3.5)->iconLabel()->text.asCharPointer(), "after");
+
+    String name = arrow->name();
+    click(8.5, 3.5, 3);
+    editor->gui().openPopup()->choose("ClassArc");
+    EXPECT_TRUE(editor->editorIcons().atKey(name)->isA() == &class_ClassArc);
+    edit("Undo");
+    EXPECT_TRUE(editor->editorIcons().atKey(name)->isA() == &class_IconArc);
+    edit("Undo");
+    EXPECT_STREQ(iconAt(3.5, 3.5)->iconLabel()->text.asCharPointer(), "before");
+}
