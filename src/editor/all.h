@@ -2,8 +2,14 @@
 #ifndef EDITOR_ALL_H
 #define EDITOR_ALL_H
 
+#include "editor/chessbrd.h"
 #include "editor/editor.h"
 #include "editor/fileedt.h"
+#include "editor/iconarc.h"
+#include "editor/iconcat.h"
+#include "editor/iconfld.h"
+#include "editor/iconmeta.h"
+#include "editor/iconnode.h"
 #include "editor/textedt.h"
 #include "editor/textshow.h"
 
