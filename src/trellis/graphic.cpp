@@ -124,3 +124,8 @@ void CppGraphic::updateScrollbars() {
     vertical->setRange(y, std::max(y, int(extent_.y() + extent_.height()) - visibleHeight),
                        std::max(1, visibleHeight));
 }
+
+void CppGraphic::scrollTo(const FloatPoint& origin) {
+    horizontal->setValue(int(std::floor(origin.x())));
+    vertical->setValue(int(std::floor(origin.y())));
+}
