@@ -61,8 +61,8 @@ public:
     int height() const { return height_; }
 
 private:
-    BoardRow* row(int x) const;
-    BoardCell* cell(const BoardRow& row, int y) const;
+    // The position of the first row at x or beyond.
+    int rowIndex(int x) const;
     void addCellObject(BoardCell& cell, Object* ob);
     void removeCellObject(BoardCell& cell, Object* ob);
     // Calls f with each absolute cell of the icon that is not negative; a

@@ -104,6 +104,9 @@ public:
     void deepenShallowCopy() override;
 
 private:
+    // A line of the comment at y, and y moved to the next line.
+    void addCommentLine(const String& text, float& y);
+
     OrderedCltn labels_;
 };
 

@@ -54,7 +54,7 @@ public:
     void deepenShallowCopy() override;
 
 private:
-    IconField& insert(IconField& field, int index);
+    IconField& insert(IconField* field, int index);
     IconField& fieldAt(int i) const { return *static_cast<IconField*>(fields_.at(i)); }
     bool hasValue(const char* category) const;
 

@@ -22,6 +22,11 @@ extern Class class_IconNode;
 class IconNode : public LookupKey {
     DECLARE_MEMBERS(IconNode)
 public:
+    // Colour resources of the pictures, resolved by the toolkit when painted.
+    static constexpr const char* iconColour = "EditorDefaultIconColor";
+    static constexpr const char* stringColour = "EditorDefaultStringColor";
+    static constexpr const char* highlightColour = "defaultIconHighLight";
+
     // Named after its own identity, with an empty label.
     IconNode();
     IconNode(const IconNode&) = delete;
@@ -137,10 +142,11 @@ private:
     template <class Stream>
     void readFields(Stream& is);
     template <class Stream>
-    void readScalesAndLabel(Stream& is);
+    DrawString* readScalesAndLabel(Stream& is);
     template <class Stream>
-    void readCommentPlace(Stream& is);
-    void takeLinks(ArrayOb* fromLinks, ArrayOb* toLinks);
+    CompositeIcon* readCommentPlace(Stream& is);
+    void takeLinks(Object* fromLinks, Object* toLinks);
+    FloatPoint sidePoint(const FloatPoint& from, const FloatPoint& here) const;
     void nameByIdentity();
     void makePictures();
     void takeOutLabelAndComment();

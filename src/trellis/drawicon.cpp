@@ -48,6 +48,7 @@ void DrawIcon::setBoundingBox(const FloatRect&) { derivedClassResponsibility("se
 void DrawIcon::setForeground(const char*) { derivedClassResponsibility("setForeground"); }
 void DrawIcon::setBackground(const char*) { derivedClassResponsibility("setBackground"); }
 void DrawIcon::drawFunction(int) { derivedClassResponsibility("drawFunction"); }
+void DrawIcon::setHighlight(const char*) { derivedClassResponsibility("setHighlight"); }
 
 // CompositeIcon
 
@@ -63,7 +64,7 @@ CompositeIcon::CompositeIcon(BinIstream& is, Object* where) : DrawIcon(is, where
 
 CompositeIcon::~CompositeIcon() noexcept(false) {
     if (!elements) return;
-    elements->deleteContents();
+    deleteIcons();
     delete elements;
 }
 
@@ -78,6 +79,12 @@ void CompositeIcon::storer(BinOstream& os) const {
 }
 
 void CompositeIcon::add(DrawIcon& icon) { elements->add(icon); }
+
+void CompositeIcon::remove(DrawIcon& icon) {
+    if (elements->indexOfSame(icon) >= 0) elements->removeSame(icon);
+}
+
+void CompositeIcon::deleteIcons() { elements->deleteContents(); }
 
 DrawIcon& CompositeIcon::element(int i) const { return *CAST(DrawIcon, elements->at(i)); }
 
@@ -131,6 +138,10 @@ void CompositeIcon::drawFunction(int function) {
     for (unsigned i = 0; i < elements->size(); ++i) element(i).drawFunction(function);
 }
 
+void CompositeIcon::setHighlight(const char* colorName) {
+    for (unsigned i = 0; i < elements->size(); ++i) element(i).setHighlight(colorName);
+}
+
 // SimpleIcon
 
 SimpleIcon::SimpleIcon(float x, float y, const char* colorName, CppGC* gc)
@@ -179,8 +190,10 @@ void SimpleIcon::paintIn(Drawer& drawer, const String& colorName) {
     paint(drawer);
 }
 
-void SimpleIcon::print(Drawer& drawer) { paintIn(drawer, color); }
-void SimpleIcon::draw(Drawer& drawer) { paintIn(drawer, color); }
+const String& SimpleIcon::shownColor() const { return highlightColor.size() ? highlightColor : color; }
+
+void SimpleIcon::print(Drawer& drawer) { paintIn(drawer, shownColor()); }
+void SimpleIcon::draw(Drawer& drawer) { paintIn(drawer, shownColor()); }
 void SimpleIcon::erase(Drawer& drawer) { paintIn(drawer, context->background); }
 void SimpleIcon::highLight(Drawer& drawer) { paintIn(drawer, String("highlight")); }
 void SimpleIcon::unhighLight(Drawer& drawer) {
@@ -191,3 +204,4 @@ void SimpleIcon::unhighLight(Drawer& drawer) {
 void SimpleIcon::setForeground(const char* colorName) { color = colorName; }
 void SimpleIcon::setBackground(const char* colorName) { context->background = colorName; }
 void SimpleIcon::drawFunction(int function) { context->function = function; }
+void SimpleIcon::setHighlight(const char* colorName) { highlightColor = colorName ? colorName : ""; }

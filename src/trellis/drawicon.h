@@ -36,6 +36,8 @@ public:
     virtual void setForeground(const char* colorName);
     virtual void setBackground(const char* colorName);
     virtual void drawFunction(int function);
+    // Paints the icon in the colour from now on, in its own again after null.
+    virtual void setHighlight(const char* colorName);
 
     float x;
     float y;
@@ -61,6 +63,10 @@ public:
     void storer(BinOstream& os) const override;
 
     void add(DrawIcon& icon);
+    // Takes the icon out when it is an element; the caller owns it again.
+    void remove(DrawIcon& icon);
+    // Deletes every element, nested composites with theirs.
+    void deleteIcons();
     const OrderedCltn& icons() const { return *elements; }
 
     void print(Drawer& drawer) override;
@@ -75,6 +81,7 @@ public:
     void setForeground(const char* colorName) override;
     void setBackground(const char* colorName) override;
     void drawFunction(int function) override;
+    void setHighlight(const char* colorName) override;
 
 private:
     DrawIcon& element(int i) const;
@@ -101,6 +108,7 @@ public:
     void setForeground(const char* colorName) override;
     void setBackground(const char* colorName) override;
     void drawFunction(int function) override;
+    void setHighlight(const char* colorName) override;
 
     const String& colorName() const { return color; }
     CppGC& gc() const { return *context; }
@@ -118,9 +126,12 @@ protected:
 
 private:
     void paintIn(Drawer& drawer, const String& colorName);
+    // The highlight colour while there is one, else the icon's own.
+    const String& shownColor() const;
 
     String color;
     CppGC* context;
+    String highlightColor;  // empty when not highlighted; not stored
 };
 
 #endif

@@ -132,6 +132,26 @@ TEST(DrawIconTest, windowDrawerPaintsInWorldCoordinates) {
     EXPECT_EQ(qRgb(255, 255, 255), image.pixel(70, 70));
 }
 
+// A highlight lasts over repaints until it is cleared; an element taken out
+// of a composite is no longer painted with it.
+TEST(DrawIconTest, highlightLastsUntilCleared) {
+    QImage image(10, 10, QImage::Format_RGB32);
+    QPainter painter(&image);
+    WindowDrawer drawer(painter, TranslCoord(FloatRect(0, 0, 10, 10), FloatRect(0, 0, 10, 10)));
+    CompositeIcon composite;
+    FillRect* square = new FillRect(0, 0, 10, 10, "red");
+    composite.add(*square);
+    composite.setHighlight("blue");
+    composite.print(drawer);
+    EXPECT_EQ(qRgb(0, 0, 255), image.pixel(5, 5));
+    composite.setHighlight(0);
+    composite.print(drawer);
+    EXPECT_EQ(qRgb(255, 0, 0), image.pixel(5, 5));
+    composite.remove(*square);
+    EXPECT_TRUE(composite.icons().isEmpty());
+    delete square;
+}
+
 TEST(DrawIconTest, colourNames) {
     double r, g, b;
     EXPECT_TRUE(colorOf("grey50", r, g, b));
