@@ -57,7 +57,7 @@ private:
 Ruler::Ruler(const char* name, CppWidget* parent, DrawArea& area, bool horizontal)
     : CppPrimitive(name, parent), area_(area), horizontal(horizontal) {
     setHandle(new RulerWidget(*this, parentContainer()));
-    handle()->resize(THICKNESS, THICKNESS);
+    resize(THICKNESS, THICKNESS);
 }
 
 CppGraphic::CppGraphic(const char* name, CppWidget* parent, bool buffered)
@@ -81,6 +81,7 @@ CppGraphic::CppGraphic(const char* name, CppWidget* parent, bool buffered)
     attachVertical(this, vertical, Ruler::THICKNESS);
     attachBottomToSibling(*vertical, *horizontal, 0);
     attachHorizontal(this, horizontal, Ruler::THICKNESS);
+    attachHorizontal(horizontal, this, BAR);
     attachTopFromBottom(*horizontal, BAR);
     attachVertical(horizontal, this, 0);
     horizontal->addCback(CppScrollbarChanged, cbackMethod<&CppGraphic::scrolled>, *this);
