@@ -15,6 +15,8 @@
 #include "editor/iconmeta.h"
 #include "editor/iconnode.h"
 #include "editor/semantic.h"
+#include "editor/paramedt.h"
+#include "editor/resizdlg.h"
 #include "editor/textedt.h"
 #include "editor/textshow.h"
 

@@ -12,13 +12,17 @@ class CppForm;
 class CppGraphic;
 class CppLabel;
 class CppShell;
+class CppWidget;
 class DrawArea;
 class FileMenu;
 class FormDialog;
 class MenuBar;
 class PopupMenu;
 class PulldownMenu;
+class ButtonBox;
 class ButtonMenu;
+class MotifMenu;
+class ResizeDialog;
 class ZoomMenu;
 
 extern Class class_GraphEdtGui;
@@ -40,7 +44,14 @@ extern Symbol GraphEdtGuiTransfMenu;  // the transform popup closed; data the en
 extern Symbol GraphEdtGuiLinksMenu;   // the link submenu of the popup; data the entry text, or nil
 extern Symbol GraphEdtGuiResize;      // "Apply" of the resize dialog
 extern Symbol GraphEdtGuiHelp;        // help asked; data the topic text
-extern Symbol GraphEdtGuiReset;       // the person chose to leave a critical action
+extern Symbol GraphEdtGuiReset;  // the busy mark was cleared at the user's word: the editor resets its state
+
+// A dynamic icon's share of the pointer events of a read-only window: the
+// hook answers true when an icon at the world point took the event, and the
+// drawing is then redrawn. None until the dynamic graphics install one.
+typedef bool (*DrawEventHook)(DrawArea& area, const Symbol& event, const FloatPoint& world);
+// Answers the former hook.
+DrawEventHook setDrawEventHook(DrawEventHook hook);
 
 class GraphEdtGui : public Object {
     DECLARE_MEMBERS(GraphEdtGui)
@@ -50,9 +61,10 @@ public:
                 bool fromFile, const char* fileName);
     ~GraphEdtGui() noexcept(false) override;
 
-    // The menus that the drawing's kind gives: entries are Strings, or
-    // ArrayObs of menu text, mnemonic and accelerator; an icon entry may be
-    // an ArrayOb of two Strings, a submenu title and its entries.
+    // The menus that the drawing's kind gives: entries are Strings; a
+    // command may be an ArrayOb of menu text, mnemonic and accelerator
+    // ("Alt+A"), and an icon entry an ArrayOb of Strings, a submenu's title
+    // and its entries. The icon menu ends in "Paste" and "Icons Palette".
     void buildMenus(const OrderedCltn& iconNames, const OrderedCltn& linkNames,
                     const OrderedCltn& commandNames);
 
@@ -98,7 +110,10 @@ public:
     // The "watch" cursor while on is set, the normal one after.
     void setWatchCursor(bool on);
 
-    // Popups. Each ends in its event, with nil when closed without a choice.
+    // Popups. Each ends in one event, with nil when closed without a choice:
+    // the icon popup in GraphEdtGuiLinksMenu or GraphEdtGuiTransfMenu for an
+    // entry of its submenus, else GraphEdtGuiMenu; the canvas popup in
+    // GraphEdtGuiMenu; the transform popup in GraphEdtGuiTransfMenu.
     void popupIcon(const char* description, const OrderedCltn& linkNames, const OrderedCltn& transformNames,
                    bool mayCut, bool mayCopy, bool mayResize);
     void popupCanvas();
@@ -115,12 +130,17 @@ public:
     ButtonMenu& linkMenu() const { return *links; }
     ButtonMenu& choiceMenu() const { return *choice; }
 
+    // The palette "IconDialog", built with the menus.
+    FormDialog* palette() const { return paletteDialog; }
+
     // The choices of the bottom box.
     const String& currentIcon() const { return iconName; }
     int iconIndex() const { return iconIndex_; }
     int menuIndex() const { return menuIndex_; }
     const String& currentLink() const { return linkName; }
-    // The double click choice: "Open", "Modify", "Comment", "Transform" or "Link".
+    // The double click choice: "Open", "Modify", "Comment", "Transform" or
+    // "Link". Choosing it raises GraphEdtGuiStatusMenu with the text, then
+    // GraphEdtGuiCmnd.
     const String& commandLabel() const { return commandName; }
     void setCommandLabel(const char* name);
     void setCurrentLink(const char* name);
@@ -136,9 +156,48 @@ public:
     void openResizeDialog(bool width, bool height, bool font, double w, double h, double fontScale);
     // The increments the dialog gives, at "Apply".
     void resizeValues(double& dw, double& dh, double& dfont) const;
-    FormDialog* resizeDialog() const { return resizer; }
+    ResizeDialog* resizeDialog() const { return resizer; }
 
 private:
+    friend class GraphFileMenu;
+
+    // Whether the file menu's entry (empty for the window's close) may act.
+    bool fileMenuMayAct(const String& entry);
+    void buildLayout();
+    CppForm& buildBottomBox();
+    void buildEditMenu();
+    ButtonMenu* bottomChoice(CppForm& box, CppWidget*& before, const char* name, const char* label,
+                             const char* translation, CppLabel*& shown, const char* text);
+    void buildIconMenu(const OrderedCltn& names);
+    void buildPalette(const OrderedCltn& names);
+    void addPaletteButton(ButtonBox& box, const char* name, MotifMenu& menu);
+    // Answers false, with the box, while busy.
+    bool mayEdit();
+    void editChosen(Cback& cb);
+    void commandChosen(Cback& cb);
+    void iconChosen(Cback& cb);
+    void paletteChosen(Cback& cb);
+    void linkChosen(Cback& cb);
+    void choiceChosen(Cback& cb);
+    void viewChosen(Cback& cb);
+
+    // A new popup; the one before is kept until the next, since it may be
+    // reporting its choice still.
+    PopupMenu& newPopup(const char* name, const char* title, const Symbol& closedEvent);
+    void reportChoices(MotifMenu& menu, const Symbol& event);
+    void popupChosen(Cback& cb);
+    void popupClosed(Cback& cb);
+
+    void loadDrawing(Cback& cb);
+    void saveDrawing(Cback& cb);
+    void printed(Cback& cb);
+    void newDrawing(Cback& cb);
+    void ended(Cback& cb);
+    void zoomed(Cback& cb);
+    void wheeled(Cback& cb);
+    void drawEvent(Cback& cb);
+    void resizeApplied(Cback& cb);
+
     CppShell& shell;
     CppForm& form;
     MenuBar* menuBar;
@@ -149,12 +208,19 @@ private:
     PulldownMenu* view;
     ZoomMenu* zoomMenu;
     PopupMenu* popup;
+    PopupMenu* retiredPopup;
+    const Symbol* popupClosedEvent;  // raised with nil when the popup closes without a choice
+    bool popupAnswered;
     ButtonMenu* choice;
     ButtonMenu* links;
     ButtonMenu* icons;
+    CppLabel* choiceLabel;
+    CppLabel* linkLabel;
+    CppLabel* iconLabel;
     CppLabel* statusLabel;
-    FormDialog* palette;
-    FormDialog* resizer;
+    FormDialog* paletteDialog;
+    ResizeDialog* resizer;
+    OrderedCltn iconMenus;  // per entry of the icon names, its submenu or nil
     String iconName;
     int iconIndex_;
     int menuIndex_;
@@ -165,6 +231,11 @@ private:
     bool showerChildren;
     bool fromFile_;
     String fileFilter;
+    String savingTo;  // the file that store writes, during GraphEdtGuiSave
+    bool loaded;      // the last read gave a drawing
+    String formCursor;
+    String areaCursor;
+    bool watching;
 };
 
 #endif

@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
+#include <QWheelEvent>
 #include <QWidget>
 
 #include "quill/cback.h"
@@ -21,6 +22,7 @@ Symbol UpGraphic("UpGraphic");
 Symbol MoveDownGraphic("MoveDownGraphic");
 Symbol MoveGraphic("MoveGraphic");
 Symbol DoubleClickGraphic("DoubleClickGraphic");
+Symbol WheelGraphic("WheelGraphic");
 
 namespace {
 
@@ -37,6 +39,15 @@ protected:
     void mouseReleaseEvent(QMouseEvent* e) override { raise(UpGraphic, e); }
     void mouseDoubleClickEvent(QMouseEvent* e) override { raise(DoubleClickGraphic, e); }
     void mouseMoveEvent(QMouseEvent* e) override { raise(e->buttons() ? MoveDownGraphic : MoveGraphic, e); }
+    // One step is the usual notch of 120 eighths of a degree; finer wheels add up to it.
+    void wheelEvent(QWheelEvent* e) override {
+        wheelTurn += e->angleDelta().y();
+        int steps = wheelTurn / 120;
+        if (steps == 0) return;
+        wheelTurn -= steps * 120;
+        FloatPoint world = area.transl().toWorld(FloatPoint(e->position().x(), e->position().y()));
+        area.raisePointer(WheelGraphic, world, 0, modifiersOf(e->modifiers()), steps);
+    }
 
 private:
     void raise(const Symbol& event, QMouseEvent* e) {
@@ -70,6 +81,7 @@ private:
     }
 
     DrawArea& area;
+    int wheelTurn = 0;
 };
 
 }  // namespace
@@ -85,9 +97,11 @@ DrawArea::~DrawArea() noexcept(false) {
     delete icons;
 }
 
-void DrawArea::raisePointer(const Symbol& event, const FloatPoint& world, int button, unsigned modifiers) {
+void DrawArea::raisePointer(const Symbol& event, const FloatPoint& world, int button, unsigned modifiers,
+                            int steps) {
     pointer_.button = button;
     pointer_.modifiers = modifiers;
+    pointer_.steps = steps;
     CallData data(world);
     cbackOn(event, &data);
 }

@@ -17,13 +17,16 @@ extern Symbol UpGraphic;           // a button went up
 extern Symbol MoveDownGraphic;     // the pointer moved with a button down
 extern Symbol MoveGraphic;         // the pointer moved
 extern Symbol DoubleClickGraphic;  // a double click
+extern Symbol WheelGraphic;        // the wheel turned over the point; the steps in pointer()
 
 // The pointer event being raised: its button (1 left, 2 middle, 3 right; 0
-// for a move without one) and the modifier masks held with it.
+// for a move without one), the modifier masks held with it and, for the
+// wheel, its steps (positive away from the user).
 struct PointerState {
     enum { SHIFT_MASK = 1, CONTROL_MASK = 4, ALT_MASK = 8 };
     int button = 0;
     unsigned modifiers = 0;
+    int steps = 0;
 };
 
 // The world shown starts at origin, scaled by zoom (window pixels per
@@ -49,7 +52,8 @@ public:
     // The button and modifiers of the pointer event that is being raised.
     const PointerState& pointer() const { return pointer_; }
     // Raises a pointer event at the world point, as the window does.
-    void raisePointer(const Symbol& event, const FloatPoint& world, int button, unsigned modifiers);
+    void raisePointer(const Symbol& event, const FloatPoint& world, int button, unsigned modifiers,
+                      int steps = 0);
 
     // Paints the background and the list, then raises WidgetExpose.
     virtual void paint(QPainter& painter);

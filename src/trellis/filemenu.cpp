@@ -78,6 +78,7 @@ FileMenu::~FileMenu() noexcept(false) {
 
 void FileMenu::menuPressed(Cback& cb) {
     String choice = pulldown->choiceOf(cb);
+    if (!mayAct(choice)) return;
     if (choice == "New")
         newFile();
     else if (choice == "Open..." || choice == "Restore")
@@ -96,7 +97,11 @@ void FileMenu::menuPressed(Cback& cb) {
         changeDirectory();
 }
 
-void FileMenu::closeRequested(Cback&) { kill(); }
+void FileMenu::closeRequested(Cback&) {
+    if (mayAct(String())) kill();
+}
+
+bool FileMenu::mayAct(const String&) { return true; }
 
 void FileMenu::raise(const Symbol& event, const char* text) {
     CallData data(text);

@@ -77,6 +77,11 @@ public:
     // ten, "..." and its last 37).
     static String titleFor(const char* prefix, const char* fileName, bool changed);
 
+protected:
+    // Asked before a chosen entry (by its name) or the window's close (an
+    // empty name) acts: false leaves it undone. All go on here.
+    virtual bool mayAct(const String& entry);
+
 private:
     void menuPressed(Cback& cb);
     void closeRequested(Cback& cb);

@@ -57,7 +57,7 @@ private:
 Ruler::Ruler(const char* name, CppWidget* parent, DrawArea& area, bool horizontal)
     : CppPrimitive(name, parent), area_(area), horizontal(horizontal) {
     setHandle(new RulerWidget(*this, parentContainer()));
-    handle()->resize(THICKNESS, THICKNESS);
+    resize(THICKNESS, THICKNESS);
 }
 
 CppGraphic::CppGraphic(const char* name, CppWidget* parent, bool buffered)
@@ -81,6 +81,7 @@ CppGraphic::CppGraphic(const char* name, CppWidget* parent, bool buffered)
     attachVertical(this, vertical, Ruler::THICKNESS);
     attachBottomToSibling(*vertical, *horizontal, 0);
     attachHorizontal(this, horizontal, Ruler::THICKNESS);
+    attachHorizontal(horizontal, this, BAR);
     attachTopFromBottom(*horizontal, BAR);
     attachVertical(horizontal, this, 0);
     horizontal->addCback(CppScrollbarChanged, cbackMethod<&CppGraphic::scrolled>, *this);
@@ -123,4 +124,9 @@ void CppGraphic::updateScrollbars() {
                          std::max(1, visibleWidth));
     vertical->setRange(y, std::max(y, int(extent_.y() + extent_.height()) - visibleHeight),
                        std::max(1, visibleHeight));
+}
+
+void CppGraphic::scrollTo(const FloatPoint& origin) {
+    horizontal->setValue(int(std::floor(origin.x())));
+    vertical->setValue(int(std::floor(origin.y())));
 }

@@ -39,6 +39,8 @@ public:
     void setZoom(double zoom);
     // Sets the scroll bars from the extent, the zoom and the area's size.
     void updateScrollbars();
+    // Scrolls the area's origin as near to the world point as the scroll bars go.
+    void scrollTo(const FloatPoint& origin);
 
 private:
     void scrolled(Cback& cb);

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QTimer>
 #include <iostream>
 
 #include "quill/cback.h"
@@ -23,6 +24,7 @@ DEFINE_ABSTRACT_CLASS(ButtonMenu, CppCommand, 1, 0)
 
 Symbol MenuPressed("MenuPressed");
 Symbol MenuDown("MenuDown");
+Symbol MenuHidden("MenuHidden");
 
 namespace {
 
@@ -69,6 +71,10 @@ MotifMenu::MotifMenu(const char* name, CppWidget* parent, const char* title)
             raiseChoice(*this, action->data().toInt());
     });
     QObject::connect(menu, &QMenu::aboutToShow, [this] { cbackOn(MenuDown); });
+    // Qt hides a menu before it reports the choice that closed it: the event
+    // waits for the loop, so that the choice comes first.
+    QObject::connect(menu, &QMenu::aboutToHide,
+                     [this, menu] { QTimer::singleShot(0, menu, [this] { cbackOn(MenuHidden); }); });
     QObject::connect(menu, &QMenu::hovered, [this](QAction* action) {
         CppShell* s = shell();
         if (!s || !isChoice(action)) return;
@@ -101,6 +107,8 @@ int MotifMenu::addChoice(const char* entry) {
 }
 
 void MotifMenu::addSeparator() { qmenu(*this)->addSeparator(); }
+
+void MotifMenu::addTitle(const char* text) { qmenu(*this)->addSection(toQt(text)); }
 
 QAction* MotifMenu::findChoice(const char* name, const char* caller) const {
     String wanted = entryIdentity(name);

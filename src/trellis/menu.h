@@ -14,6 +14,7 @@ extern Class class_ButtonMenu;
 
 extern Symbol MenuPressed;  // an entry was chosen; data an Integer, its identifier
 extern Symbol MenuDown;     // the menu opens
+extern Symbol MenuHidden;   // the menu closed, after the MenuPressed of the choice that closed it
 
 class MenuBar : public CppComposite {
     DECLARE_MEMBERS(MenuBar)
@@ -34,6 +35,8 @@ public:
     // Answers the entry's identifier.
     int addChoice(const char* entry);
     void addSeparator();
+    // A separator that shows the text: a heading, not an entry.
+    void addTitle(const char* text);
     void modifyChoice(const char* oldName, const char* newEntry);
     void disableChoice(const char* name);
     void enableChoice(const char* name);

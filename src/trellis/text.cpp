@@ -79,6 +79,10 @@ void CppText::setReadOnly(bool readOnly) {
 
 bool CppText::isReadOnly() const { return multiLine ? pane()->isReadOnly() : line()->isReadOnly(); }
 
+void CppText::setTabMovesFocus(bool flag) {
+    if (multiLine) pane()->setTabChangesFocus(flag);
+}
+
 int CppText::caret() const {
     if (!multiLine) return bytePosition(line()->text(), line()->cursorPosition());
     return bytePosition(pane()->toPlainText(), pane()->textCursor().position());

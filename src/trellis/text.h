@@ -25,6 +25,9 @@ public:
     void append(const char* text);
     void setReadOnly(bool readOnly);
     bool isReadOnly() const;
+    // In a multi-line pane Tab and Shift+Tab go to the next and the previous
+    // widget instead of typing a tab.
+    void setTabMovesFocus(bool flag);
 
     int caret() const;
     void setCaret(int position);
