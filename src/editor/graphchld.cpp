@@ -5,6 +5,7 @@
 #include "editor/fileedt.h"
 #include "editor/graphedt.h"
 #include "editor/graphgui.h"
+#include "editor/iconlist.h"
 #include "editor/semantic.h"
 #include "editor/textshow.h"
 #include "quill/cback.h"
@@ -106,7 +107,7 @@ void GraphEditor::childEvent(Cback& cb) {
 }
 
 void GraphEditor::closeChild(Editor& child) {
-    openChildren.removeSame(child);
+    dropSame(openChildren, child);
     auto found = childData.find(&child);
     if (found != childData.end()) {
         semantic_->closeComment(found->second);

@@ -165,7 +165,7 @@ void GraphEditor::insertPasted(OrderedCltn& members, bool fromClipboard) {
     for (unsigned i = 0; i < members.size(); ++i)
         if (isLink(members.at(i)) && !holdsSame(rejects, *members.at(i)))
             attachPastedLink(*CAST(IconArc, members.at(i)), rejects);
-    for (unsigned i = 0; i < rejects.size(); ++i) members.removeSame(*rejects.at(i));
+    for (unsigned i = 0; i < rejects.size(); ++i) dropSame(members, *rejects.at(i));
     for (unsigned i = 0; i < members.size(); ++i) {
         IconNode& icon = *CAST(IconNode, members.at(i));
         if (fromClipboard) {

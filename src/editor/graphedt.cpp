@@ -10,6 +10,7 @@
 #include "editor/edthist.h"
 #include "editor/graphgui.h"
 #include "editor/iconarc.h"
+#include "editor/iconlist.h"
 #include "editor/iconnode.h"
 #include "editor/semantic.h"
 #include "quill/cback.h"
@@ -96,7 +97,7 @@ GraphEditor::~GraphEditor() noexcept(false) {
     delete history_;
     gui_->drawArea().list().removeAll();
     OrderedCltn icons;
-    icon_cltn->addValuesTo(icons);
+    icons.addContentsOf(*icon_cltn);
     for (unsigned i = 0; i < icons.size(); ++i) destroyIcon(CAST(IconNode, icons.at(i)));
     cut_icons.deleteContents();
     delete icon_cltn;
@@ -204,7 +205,7 @@ void GraphEditor::insertIcon(IconNode& icon) {
 
 void GraphEditor::removeIcon(IconNode& icon) {
     highlightIcon(icon, false);
-    gui_->drawArea().list().removeSame(*icon.compositeIcon());
+    dropSame(gui_->drawArea().list(), *icon.compositeIcon());
     board_->remove(icon);
     icon_cltn->removeKey(icon.name());
     semantic_->iconRemoved(icon);
@@ -215,7 +216,7 @@ void GraphEditor::destroyIcon(IconNode* icon) {
     QASSERT(icon != 0);
     if (!icon || icon == nil) return;
     if (icon == currentIcon_) currentIcon_ = 0;
-    select_icons.removeSame(*icon);
+    dropSame(select_icons, *icon);
     icon->release();
     if (icon->isKindOf(class_IconArc))
         semantic_->deleteLink(CAST(IconArc, icon));

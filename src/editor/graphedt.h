@@ -215,7 +215,6 @@ private:
 
     // Clipboard.
     OrderedCltn& closure(OrderedCltn& icons);
-    String fragmentText(const OrderedCltn& icons);
     bool writeToClipboard(const OrderedCltn& icons);
     OrderedCltn* readFromClipboard();
     void detachOutsideLinks(OrderedCltn& members);

@@ -266,7 +266,7 @@ void GraphEditor::loadDrawing(ArrayOb& drawing, String& error) {
 
 void GraphEditor::placeLoadedIcons() {
     OrderedCltn icons;
-    icon_cltn->addValuesTo(icons);
+    icons.addContentsOf(*icon_cltn);
     for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         QASSERT_TEXT(icon.geoIcon()->isEmpty(), "icon->geoIcon()->isEmpty()");
@@ -308,7 +308,7 @@ void GraphEditor::resetEditor() {
     board_ = new ChessBoard(semantic_->width(), semantic_->height());
     changeBoardExtent();
     OrderedCltn icons;
-    icon_cltn->addValuesTo(icons);
+    icons.addContentsOf(*icon_cltn);
     icon_cltn->removeAll();
     for (unsigned i = 0; i < icons.size(); ++i) destroyIcon(CAST(IconNode, icons.at(i)));
     currentIcon_ = 0;

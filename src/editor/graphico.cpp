@@ -48,8 +48,8 @@ void GraphEditor::createIcon(const char* name, int menu, int entry) {
 void GraphEditor::iconConfirmed(int action) {
     IconNode& icon = *currentIcon_;
     if (action == 2 && icon.isDeletable()) {
-        select_icons.removeSame(icon);
-        insertList.removeSame(icon);
+        dropSame(select_icons, icon);
+        dropSame(insertList, icon);
         destroyIcon(&icon);
         history_->cancel();
         popStatus();
@@ -66,7 +66,7 @@ void GraphEditor::iconConfirmed(int action) {
     }
     if (const char* refusal = checkPlace(icon)) {
         gui_->showError(refusal);
-        insertList.removeSame(icon);
+        dropSame(insertList, icon);
         if (!icon.isDeletable()) {
             std::cerr << "collision with undeleteable icon" << std::endl;
             popStatus();
@@ -82,7 +82,7 @@ void GraphEditor::iconConfirmed(int action) {
 }
 
 void GraphEditor::placeNewIcon(IconNode& icon, bool withComment) {
-    insertList.removeSame(icon);
+    dropSame(insertList, icon);
     insertIcon(icon);
     clearSelection();
     selectIcon(icon, true);
@@ -104,7 +104,7 @@ void GraphEditor::nextInsertion() {
 
 void GraphEditor::finishPlacing(const FloatPoint&) {
     IconNode& icon = *currentIcon_;
-    gui_->drawArea().list().removeSame(*icon.compositeIcon());
+    dropSame(gui_->drawArea().list(), *icon.compositeIcon());
     highlightIcon(icon, false);
     const char* refusal = checkPlace(icon);
     if (!refusal) {
@@ -125,7 +125,7 @@ void GraphEditor::finishPlacing(const FloatPoint&) {
         return;
     }
     gui_->setStatus("");
-    insertList.removeSame(icon);
+    dropSame(insertList, icon);
     destroyIcon(&icon);
     history_->cancel();
     popStatus();
@@ -193,7 +193,7 @@ void GraphEditor::paramDone(IconNode* icon, int action) {
 
 void GraphEditor::modifyFinished(IconNode& icon, int action) {
     QASSERT_TEXT(holdsSame(modify_icons, icon), "modify_icons.includes(*icon)");
-    modify_icons.removeSame(icon);
+    dropSame(modify_icons, icon);
     highlightIcon(icon, false);
     if (action == 1 && status_ >= CriticalStatus) action = 0;
     if (action == 2) {
@@ -282,7 +282,9 @@ void GraphEditor::moveLinks(IconNode& old, IconNode& made) {
         end->addFromLink(to);
         to.setFrom(start);
         to.setTo(end);
-        to.setPoints(*from.points());
+        OrderedCltn points;
+        for (unsigned i = 0; i < from.points()->size(); ++i) points.add(*new FloatPoint(from.point(i)));
+        to.setPoints(points);  // adopted by the new link, which has none yet
         return;
     }
     OrderedCltn outgoing, incoming;
@@ -337,7 +339,7 @@ void GraphEditor::guiResize(Cback&) {
         IconNode& icon = *CAST(IconNode, resizeTargets.at(i));
         if (!icon_cltn->includesKey(icon.name())) continue;
         Point start = icon.position();
-        gui_->drawArea().list().removeSame(*icon.compositeIcon());
+        dropSame(gui_->drawArea().list(), *icon.compositeIcon());
         board_->remove(icon);
         icon.release();
         if (icon.canScale())

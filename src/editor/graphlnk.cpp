@@ -4,6 +4,7 @@
 #include "editor/graphedt.h"
 #include "editor/graphgui.h"
 #include "editor/iconarc.h"
+#include "editor/iconlist.h"
 #include "editor/iconnode.h"
 #include "editor/semantic.h"
 #include "quill/dictnary.h"
@@ -24,7 +25,7 @@ void GraphEditor::createLink(IconArc& link, IconNode& from, IconNode& to, const 
     board_->add(link);
     rerouteLinks(others);
     board_->remove(link);
-    gui_->drawArea().list().removeSame(*link.compositeIcon());
+    dropSame(gui_->drawArea().list(), *link.compositeIcon());
 }
 
 void GraphEditor::rerouteLinks(OrderedCltn* others) {
@@ -40,7 +41,7 @@ void GraphEditor::updateLink(IconArc& link, const FloatPoint& p1, const FloatPoi
                              bool highlight, int) {
     DrawArea& area = gui_->drawArea();
     bool lit = highlight || holdsSameLink(link);
-    area.list().removeSame(*link.compositeIcon());
+    dropSame(area.list(), *link.compositeIcon());
     board_->remove(link);
     recomputeLink(link, p1, p2, redraw);
     board_->add(link);
@@ -101,7 +102,7 @@ void GraphEditor::startLink() {
 }
 
 void GraphEditor::finishLink(const FloatPoint& point) {
-    gui_->drawArea().list().removeSame(*rubberLine);
+    dropSame(gui_->drawArea().list(), *rubberLine);
     FloatPoint start(rubberLine->x, rubberLine->y);
     delete rubberLine;
     rubberLine = 0;

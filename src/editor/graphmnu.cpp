@@ -229,7 +229,7 @@ void GraphEditor::guiHelp(Cback& cb) {
 // The window's offer to leave a critical action: back to the idle state.
 void GraphEditor::guiReset(Cback&) {
     if (rubberLine) {
-        gui_->drawArea().list().removeSame(*rubberLine);
+        dropSame(gui_->drawArea().list(), *rubberLine);
         delete rubberLine;
         rubberLine = 0;
         if (currentLink) semantic_->deleteLink(currentLink);

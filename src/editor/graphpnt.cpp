@@ -371,12 +371,12 @@ void GraphEditor::finishAreaSelection() {
     popStatus();
     if (!selectionArea) return;
     FloatRect area = selectionArea->getBoundingBox();
-    gui_->drawArea().list().removeSame(*selectionArea);
+    dropSame(gui_->drawArea().list(), *selectionArea);
     delete selectionArea;
     selectionArea = 0;
     double left = area.x(), top = area.y(), right = left + area.width(), bottom = top + area.height();
     OrderedCltn icons;
-    icon_cltn->addValuesTo(icons);
+    icons.addContentsOf(*icon_cltn);
     for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         if (holdsSame(select_icons, icon) || holdsSame(modify_icons, icon)) continue;
@@ -416,7 +416,7 @@ void GraphEditor::selectIcon(IconNode& icon, bool add) {
         if (add)
             select_icons.add(next);
         else
-            select_icons.removeSame(next);
+            dropSame(select_icons, next);
         highlightIcon(next, add);
         if (isLink(&next)) continue;
         if (add ? select_icons.size() > 1 : !select_icons.isEmpty()) {
@@ -433,7 +433,7 @@ void GraphEditor::selectIcon(IconNode& icon, bool add) {
                     select_icons.add(link);
                     highlightIcon(link, true);
                 } else if (!add && linkSelected) {
-                    select_icons.removeSame(link);
+                    dropSame(select_icons, link);
                     highlightIcon(link, false);
                 }
             }
@@ -456,7 +456,7 @@ void GraphEditor::clearSelection() {
 
 void GraphEditor::selectAll() {
     OrderedCltn icons;
-    icon_cltn->addValuesTo(icons);
+    icons.addContentsOf(*icon_cltn);
     for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         if (holdsSame(modify_icons, icon) || holdsSame(select_icons, icon)) continue;

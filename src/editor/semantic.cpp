@@ -293,8 +293,10 @@ OrderedCltn* Semantic::placeLink(IconArc& link, IconNode& from, IconNode& to, co
         FloatPoint* point = CAST(FloatPoint, polyline.at(i));
         *point = FloatPoint(clampCoordinate(point->x(), width_), clampCoordinate(point->y(), height_));
     }
+    // An arc without points adopts the list's; one with points copies them.
+    bool adopted = link.points()->isEmpty();
     link.setPoints(polyline);
-    polyline.deleteContents();
+    if (!adopted) polyline.deleteContents();
     return others;
 }
 

@@ -76,6 +76,8 @@ protected:
         answerDialog();
         pointer(MoveGraphic, x, y);
         click(x, y);
+        // "Use entry as label" is on for a new rectangle: its label is placed next.
+        if (editor->status() == GraphEditor::PlacingComment) click(x, y - 1);
         return iconAt(x, y);
     }
     // A link of the current kind from one cell to another, by a double click in link mode.
@@ -97,7 +99,7 @@ protected:
     unsigned count() const { return editor->editorIcons().size(); }
     unsigned links() const {
         OrderedCltn icons;
-        editor->editorIcons().addValuesTo(icons);
+        icons.addContentsOf(editor->editorIcons());
         unsigned n = 0;
         for (unsigned i = 0; i < icons.size(); ++i) n += icons.at(i)->isKindOf(class_IconArc);
         return n;
