@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 
 #include "editor/graphedt.h"
 
@@ -141,6 +142,7 @@ void GraphEditor::connectEvents() {
     };
     for (const Link& link : guiEvents)
         if (link.forShower || !readOnly) gui_->addCback(link.event, link.method, *this);
+    gui_->addCback(FileMenuSaveAs, cbackMethod<&GraphEditor::savedAs>, *this);
     DrawArea& area = gui_->drawArea();
     area.addCback(DownGraphic, cbackMethod<&GraphEditor::downGraphic>, *this);
     if (!readOnly) {
@@ -180,7 +182,7 @@ String GraphEditor::baseName() const {
     const char* text = name.asCharPointer();
     const char* dot = strrchr(text, '.');
     const char* slash = strrchr(text, '/');
-    if (dot && (!slash || dot > slash)) return String(text, unsigned(dot - text));
+    if (dot && (!slash || dot > slash)) return String(std::string(text, dot - text).c_str());
     return name;
 }
 

@@ -164,6 +164,7 @@ private:
     void guiResize(Cback& cb);
     void guiHelp(Cback& cb);
     void guiReset(Cback& cb);
+    void savedAs(Cback& cb);
     void childEvent(Cback& cb);
     void childTextChanged(Cback& cb);
     void childClosing(Cback& cb);

@@ -1,5 +1,6 @@
 // GraphEditor: new, load, save and reset of a drawing, and the file locks of a drawing's directory.
 #include <cstring>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -41,7 +42,7 @@ Dictionary& editorsOfFiles() {
 
 String directoryOf(const char* fileName) {
     const char* slash = strrchr(fileName, '/');
-    return slash ? String(fileName, unsigned(slash - fileName)) : String();
+    return slash ? String(std::string(fileName, slash - fileName).c_str()) : String();
 }
 
 String baseOf(const char* fileName) {
@@ -159,7 +160,7 @@ int GraphEditor::setFileName(const char* name, bool lock) {
     String file(name ? name : "");
     const char* extension = semantic_->fileExtension();
     if (file.size() && !strchr(baseOf(file.asCharPointer()).asCharPointer(), '.')) file += extension;
-    if (isA() == &class_GraphEditor && lock && file.size()) {
+    if (isA() == &class_GraphEditor && lock && file.size() && editorOfFile(file.asCharPointer()) != this) {
         String old = gui_->hasFile() ? gui_->fileName() : String();
         String message = takeLock(file.asCharPointer());
         if (message.size()) {
@@ -172,6 +173,12 @@ int GraphEditor::setFileName(const char* name, bool lock) {
     }
     gui_->setFileName(file.asCharPointer());
     return 1;
+}
+
+// Save As: the new name is locked before the old lock is dropped.
+void GraphEditor::savedAs(Cback& cb) {
+    const char* name = cb.callData->asCharPointer();
+    if (!editorOfFile(name)) setFileName(name, true);
 }
 
 // ---------------------------------------------------------------- the drawing

@@ -7,6 +7,7 @@
 #include "editor/iconlist.h"
 #include "editor/iconnode.h"
 #include "editor/semantic.h"
+#include "quill/arrayob.h"
 #include "quill/dictnary.h"
 #include "trellis/drawarea.h"
 #include "trellis/drawprim.h"
@@ -77,11 +78,12 @@ void GraphEditor::recomputeLink(IconArc& link, const FloatPoint& p1, const Float
         delete others;
 }
 
+// The ends may still be names (a pasted link): only icons are told.
 void GraphEditor::detachLink(IconArc& link) {
-    IconNode* from = link.from();
-    IconNode* to = link.to();
-    if (from && from != nil && from->isKindOf(class_IconNode)) from->removeToLink(link);
-    if (to && to != nil && to->isKindOf(class_IconNode)) to->removeFromLink(link);
+    Object* from = (*link.fromIcons())[0];
+    Object* to = (*link.toIcons())[0];
+    if (from != nil && from->isKindOf(class_IconNode)) static_cast<IconNode*>(from)->removeToLink(link);
+    if (to != nil && to->isKindOf(class_IconNode)) static_cast<IconNode*>(to)->removeFromLink(link);
 }
 
 // ---------------------------------------------------------------- drawing a link
