@@ -27,8 +27,9 @@ void giveDefaultColours(Class*) {
         if (!colorOf(entry[0], r, g, b)) setColorResource(entry[0], entry[1]);
 }
 
+// A text of the given height standing on the baseline y (a string's point is its top).
 DrawString* newText(float x, float y, const char* text, float height) {
-    DrawString* s = new DrawString(x, y, 0, text, DrawString::LEFT, IconNode::stringColour);
+    DrawString* s = new DrawString(x, y - height, 0, text, DrawString::LEFT, IconNode::stringColour);
     s->height = height;
     return s;
 }
@@ -260,9 +261,8 @@ const char* IconNode::canBeLinkFrom(const FloatPoint&, const Class&) { return 0;
 
 void IconNode::drawIcon() {
     compositeIcon_->add(*new DrawRect(0, 0, scaleWidth, scaleHeight, iconColour));
-    DrawString* text = new DrawString(scaleWidth * 0.1f, scaleHeight * 0.8f, 0, "icon", DrawString::LEFT,
-                                      IconNode::iconColour);
-    text->height = scaleWidth * 0.8f;
+    DrawString* text = newText(scaleWidth * 0.1f, scaleHeight * 0.8f, "icon", scaleWidth * 0.8f);
+    text->setForeground(iconColour);
     compositeIcon_->add(*text);
 }
 
@@ -310,6 +310,7 @@ void IconNode::setParameters(OrderedCltn& labels, OrderedCltn& values) {
     if (!isMemberOf(class_IconNode)) return;
     iconLabel_->text = CAST(String, values.first())->stripBoth();
     iconLabel_->width = iconLabel_->text.size() * 0.2f;
+    iconLabel_->height = fontScale * 4;  // characters 0.2 wide at the default scale 0.1
     labels.deleteContents();
     values.deleteContents();
 }

@@ -89,33 +89,50 @@ void CompositeIcon::deleteIcons() { elements->deleteContents(); }
 DrawIcon& CompositeIcon::element(int i) const { return *CAST(DrawIcon, elements->at(i)); }
 
 void CompositeIcon::print(Drawer& drawer) {
-    for (unsigned i = 0; i < elements->size(); ++i) element(i).print(drawer);
+    placed([&](DrawIcon& icon) { icon.print(drawer); });
 }
 
 void CompositeIcon::draw(Drawer& drawer) {
-    for (unsigned i = 0; i < elements->size(); ++i) element(i).draw(drawer);
+    placed([&](DrawIcon& icon) { icon.draw(drawer); });
 }
 
 void CompositeIcon::erase(Drawer& drawer) {
-    for (unsigned i = 0; i < elements->size(); ++i) element(i).erase(drawer);
+    placed([&](DrawIcon& icon) { icon.erase(drawer); });
 }
 
 void CompositeIcon::highLight(Drawer& drawer) {
-    for (unsigned i = 0; i < elements->size(); ++i) element(i).highLight(drawer);
+    placed([&](DrawIcon& icon) { icon.highLight(drawer); });
 }
 
 void CompositeIcon::unhighLight(Drawer& drawer) {
-    for (unsigned i = 0; i < elements->size(); ++i) element(i).unhighLight(drawer);
+    placed([&](DrawIcon& icon) { icon.unhighLight(drawer); });
+}
+
+// Elements stand relative to the composite's point: each is moved there for
+// the call, and back.
+template <class Call>
+void CompositeIcon::placed(Call call) const {
+    for (unsigned i = 0; i < elements->size(); ++i) {
+        DrawIcon& icon = element(i);
+        float ownX = icon.x, ownY = icon.y;
+        icon.x += x;
+        icon.y += y;
+        call(icon);
+        icon.x = ownX;
+        icon.y = ownY;
+    }
 }
 
 FloatRect CompositeIcon::getBoundingBox() const {
     FloatRect box;
-    for (unsigned i = 0; i < elements->size(); ++i) box = box.unionWith(element(i).getBoundingBox());
+    placed([&](DrawIcon& icon) { box = box.unionWith(icon.getBoundingBox()); });
     return box;
 }
 
-void CompositeIcon::setBoundingBox(const FloatRect& box) {
-    FloatRect from = getBoundingBox();
+void CompositeIcon::setBoundingBox(const FloatRect& placedBox) {
+    FloatRect box(placedBox.x() - x, placedBox.y() - y, placedBox.width(), placedBox.height());
+    FloatRect from;
+    for (unsigned i = 0; i < elements->size(); ++i) from = from.unionWith(element(i).getBoundingBox());
     double sx = from.width() > 0 ? box.width() / from.width() : 1.0;
     double sy = from.height() > 0 ? box.height() / from.height() : 1.0;
     for (unsigned i = 0; i < elements->size(); ++i) {

@@ -49,7 +49,8 @@ protected:
     DrawIcon(BinIstream& is, Object* where);
 };
 
-// Icons painted in order, the later on top. It owns them.
+// Icons painted in order, the later on top, each placed relative to the
+// composite's point (x, y). It owns them.
 class CompositeIcon : public DrawIcon {
     DECLARE_MEMBERS(CompositeIcon)
 public:
@@ -85,6 +86,8 @@ public:
 
 private:
     DrawIcon& element(int i) const;
+    template <class Call>
+    void placed(Call call) const;
 
     OrderedCltn* elements;
 };

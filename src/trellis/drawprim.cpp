@@ -163,7 +163,17 @@ void DrawString::storer(BinOstream& os) const {
 
 void DrawString::paint(Drawer& drawer) {
     gc().fontFamily = font;
-    drawer.drawString(gc(), x, y, width, text.asCharPointer(), alignment);
+    withHeight([&](double top) { drawer.drawString(gc(), x, top, width, text.asCharPointer(), alignment); });
+}
+
+// The text is as high as the string's height, which starts as the
+// context's font size.
+template <class Paint>
+void DrawString::withHeight(Paint paint) {
+    double size = gc().fontSize;
+    if (height > 0) gc().fontSize = height;
+    paint(double(y));
+    gc().fontSize = size;
 }
 
 DrawImageString::DrawImageString(float x, float y, float width, const char* text, const char* colorName,
@@ -172,5 +182,5 @@ DrawImageString::DrawImageString(float x, float y, float width, const char* text
 
 void DrawImageString::paint(Drawer& drawer) {
     gc().fontFamily = font;
-    drawer.drawString(gc(), x, y, width, text.asCharPointer(), IMAGE);
+    withHeight([&](double top) { drawer.drawString(gc(), x, top, width, text.asCharPointer(), IMAGE); });
 }

@@ -92,7 +92,7 @@ protected:
 };
 
 // A text at the reference point in a box width wide, aligned in it; the
-// font is a family name, its size that of the context.
+// font is a family name, as high as height (at first the context's size).
 class DrawString : public DrawLine {
     DECLARE_MEMBERS(DrawString)
 public:
@@ -115,6 +115,8 @@ protected:
     DrawString(std::istream& is, Object* where, const Class& read);
     DrawString(BinIstream& is, Object* where, const Class& read);
     void paint(Drawer& drawer) override;
+    template <class Paint>
+    void withHeight(Paint paint);
 };
 
 // A text painted with its box in the context's background colour.
