@@ -10,6 +10,8 @@
 #include "quill/arrayob.h"
 #include "quill/dictnary.h"
 #include "quill/objio.h"
+#include "trellis/drawicon.h"
+#include "trellis/drawprim.h"
 
 namespace {
 
@@ -81,6 +83,18 @@ const char* attachByName(IconArc& link, const Dictionary& icons) {
             icon.addFromLink(link);
     }
     return 0;
+}
+
+void restoreComment(IconNode& icon) {
+    CompositeIcon& comment = *icon.commentIcon();
+    const OrderedCltn& shapes = comment.icons();
+    if (shapes.isEmpty()) return;
+    for (unsigned i = 0; i < shapes.size(); ++i) {
+        Object* shape = shapes.at(i);
+        if (!shape->isKindOf(class_DrawString) || static_cast<DrawString*>(shape)->text.size()) return;
+    }
+    comment.deleteIcons();
+    icon.defaultComment();
 }
 
 void dropNamedLinks(IconNode& node) {

@@ -25,4 +25,8 @@ const char* attachByName(IconArc& link, const Dictionary& icons);
 // Clears the name slots that a node of a fragment holds for links outside it.
 void dropNamedLinks(IconNode& node);
 
+// A comment read back holds an empty text where the comment was placed: its
+// picture is drawn again there. An icon whose comment was never placed keeps none.
+void restoreComment(IconNode& icon);
+
 #endif

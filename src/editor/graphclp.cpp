@@ -171,7 +171,7 @@ void GraphEditor::insertPasted(OrderedCltn& members, bool fromClipboard) {
         if (fromClipboard) {
             QASSERT_TEXT(icon.geoIcon()->isEmpty(), "icon->geoIcon()->isEmpty()");
             icon.update();
-            icon.defaultComment();
+            restoreComment(icon);
         }
         FloatPoint place(icon.posX(), icon.posY());
         if (!isLink(&icon) && semantic_->snapPosition(icon, place))
@@ -240,6 +240,7 @@ void GraphEditor::restoreFragment(const char* text) {
             if (isLink(&icon) != (pass == 1)) continue;
             if (pass == 1) attachByName(*CAST(IconArc, &icon), *icon_cltn);
             icon.update();
+            restoreComment(icon);
             insertIcon(icon);
         }
     delete read;

@@ -76,14 +76,14 @@ void GraphEditor::open(const char* fileName) {
     String name(fileName ? fileName : "");
     if (name.size() && !strchr(name.asCharPointer() + name.size() - std::min(name.size(), 5u), '.'))
         name += semantic_->fileExtension();
+    bool exists = name.size() && access(name.asCharPointer(), F_OK) == 0;
+    if (!exists) gui_->fileMenu().newFile();
     if (name.size() && !setFileName(name.asCharPointer(), true)) {
         gui_->showError((name + takeLock(name.asCharPointer())).asCharPointer());
-        name = "";
+        if (exists) gui_->fileMenu().newFile();
+        return;
     }
-    if (name.size() && access(name.asCharPointer(), F_OK) == 0)
-        load(name.asCharPointer());
-    else
-        gui_->fileMenu().newFile();
+    if (exists) load(name.asCharPointer());
 }
 
 GraphShower::GraphShower(CppWidget* topLevel, const char* semanticClass, const char* title, bool child,

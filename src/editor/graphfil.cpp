@@ -8,6 +8,7 @@
 
 #include "editor/chessbrd.h"
 #include "editor/edthist.h"
+#include "editor/fragment.h"
 #include "editor/graphedt.h"
 #include "editor/graphgui.h"
 #include "editor/iconarc.h"
@@ -232,7 +233,7 @@ void GraphEditor::guiSave(Cback& cb) {
 bool GraphEditor::load(const char* fileName) {
     String name(fileName);
     if (!strchr(baseOf(fileName).asCharPointer(), '.')) name += semantic_->fileExtension();
-    return gui_->openFile(name.asCharPointer());
+    return gui_->openFile(name.asCharPointer(), true);
 }
 
 void GraphEditor::guiLoad(Cback& cb) {
@@ -278,7 +279,7 @@ void GraphEditor::placeLoadedIcons() {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         QASSERT_TEXT(icon.geoIcon()->isEmpty(), "icon->geoIcon()->isEmpty()");
         icon.update();
-        if (icon.comment().size() == 0) icon.defaultComment();
+        restoreComment(icon);
         if (!icon.isKindOf(class_IconArc)) {
             FloatPoint place(icon.posX(), icon.posY());
             if (semantic_->snapPosition(icon, place)) icon.setPosition(Point(int(place.x()), int(place.y())));

@@ -163,6 +163,10 @@ void GraphEditor::linkConfirmed(int action) {
         return;
     }
     setChanged();
-    history_->end();
-    if (action == 1) startComment();
+    if (action != 1) {
+        history_->end();
+        return;
+    }
+    currentComment = link.commentIcon();
+    startComment();
 }

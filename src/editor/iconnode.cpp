@@ -187,7 +187,8 @@ void IconNode::storer(std::ostream& os) const {
     os << ' ' << scaleWidth << ' ' << scaleHeight << ' ' << fontScale;
     os << ' ' << canScale_ << "  " << canScaleFont_ << ' ';
     iconLabel_->text.storeOn(os);
-    os << iconLabel_->x << ' ' << iconLabel_->y << ' ' << iconLabel_->height << ' ';
+    // The label's point is stored on its baseline, as newText reads it.
+    os << iconLabel_->x << ' ' << iconLabel_->y + iconLabel_->height << ' ' << iconLabel_->height << ' ';
     os << compositeIcon_->x << ' ' << compositeIcon_->y << ' ';
     comment_.storeOn(os);
     helpText_.storeOn(os);
@@ -203,7 +204,7 @@ void IconNode::storer(BinOstream& os) const {
     nil->storeOn(os);
     os << scaleWidth << scaleHeight << fontScale << canScale_ << canScaleFont_;
     iconLabel_->text.storeOn(os);
-    os << iconLabel_->x << iconLabel_->y << iconLabel_->height;
+    os << iconLabel_->x << iconLabel_->y + iconLabel_->height << iconLabel_->height;
     os << compositeIcon_->x << compositeIcon_->y;
     comment_.storeOn(os);
     helpText_.storeOn(os);
