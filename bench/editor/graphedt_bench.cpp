@@ -3,11 +3,13 @@
 // paint the window, save. The memory of the process after the load is a counter (kB).
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QPixmap>
 #include <QWidget>
 #include <fstream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -54,6 +56,9 @@ void addLink(GraphEditor& editor, IconNode& from, IconNode& to) {
 // neighbour, every fifth also to the one below.
 std::string generatedDrawing(int icons) {
     std::string file = "/tmp/tarn_bench_" + std::to_string(icons) + ".edt";
+    static std::set<int> made;
+    if (!made.insert(icons).second) return file;
+    unlink(file.c_str());
     GraphEditor editor(topLevelWidget, "Semantic", "Bench - ", false, false, true);
     int columns = columnsFor(icons);
     editor.semantic().setWidth(columns * SPACING + 4);

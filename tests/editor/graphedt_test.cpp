@@ -103,6 +103,17 @@ TEST_F(GraphEditorTest, aClipboardTextOverTheLimitKeepsTheCutIconsForPaste) {
     EXPECT_EQ(iconAt(5.5, 5.5)->comment().size(), 70000u);
 }
 
+TEST_F(GraphEditorTest, theExampleDrawingOpensWithItsCommentsAndLinks) {
+    ASSERT_TRUE(editor->load(TARN_EXAMPLES "/feedback.edt"));
+    EXPECT_EQ(count(), 5u);
+    EXPECT_EQ(links(), 2u);
+    IconNode* plant = iconAt(5.5, 5.5);
+    ASSERT_TRUE(plant);
+    EXPECT_NE(std::string(plant->comment().asCharPointer()).find("DC motor"), std::string::npos);
+    OrderedCltn out;
+    EXPECT_EQ(plant->toLinks(out).size(), 1u);
+}
+
 TEST_F(GraphEditorTest, aDrawingSavedIsReadBackWholeAndADamagedOneIsRefused) {
     std::string file = scratch("round.edt");
     place(3.5, 3.5, "first");
