@@ -5,9 +5,13 @@
 #include "editor/fileedt.h"
 #include "editor/graphedt.h"
 #include "editor/graphgui.h"
+#include "editor/iconnode.h"
 #include "editor/iconlist.h"
 #include "editor/semantic.h"
 #include "editor/textshow.h"
+#include <vector>
+
+#include "quill/assoc.h"
 #include "quill/cback.h"
 #include "quill/quillerr.h"
 #include "trellis/shell.h"
@@ -67,11 +71,11 @@ Editor* GraphEditor::makeChild(const char* className, const char* textOrFile, co
     if (kind == "FileEditor") return new FileEditor("FileEditor", 0, textOrFile);
     GraphEditor* graph = new GraphEditor(0, className, title, true, readOnly, true, fromFile, "");
     if (fromFile && textOrFile && *textOrFile) {
-        String message = takeLock(textOrFile);
+        String message = graph->relock(textOrFile);
         if (message.size())
             gui_->showError((String(textOrFile) + message).asCharPointer());
         else
-            graph->setFileName(textOrFile, false);
+            graph->gui().setFileName(textOrFile);
     }
     graph->start();
     if (graph->gui().hasFile()) graph->load(textOrFile);
@@ -97,6 +101,15 @@ void GraphEditor::childTextChanged(Cback& cb) {
     setChanged();
 }
 
+// The comment window of an icon that goes closes with it.
+void GraphEditor::closeCommentOf(IconNode& icon) {
+    std::vector<Editor*> windows;
+    for (auto& entry : childData)
+        if (entry.second->isKindOf(class_Assoc) && static_cast<Assoc*>(entry.second)->value() == static_cast<Object*>(&icon))
+            windows.push_back(const_cast<Editor*>(entry.first));
+    for (Editor* window : windows) closeChild(*window);
+}
+
 void GraphEditor::childClosing(Cback& cb) { closeChild(*CAST(Editor, cb.userData)); }
 
 void GraphEditor::childEvent(Cback& cb) {
@@ -115,7 +128,7 @@ void GraphEditor::closeChild(Editor& child) {
     }
     if (child.isKindOf(class_GraphEditor)) {
         GraphEditor& graph = static_cast<GraphEditor&>(child);
-        if (graph.gui().hasFile()) dropLock(graph.fileName().asCharPointer());
+        graph.relock("");
     }
     if (readOnly || child.isKindOf(class_GraphShower)) {
         child.getShell().close();

@@ -16,6 +16,7 @@
 #include "quill/quillerr.h"
 #include "trellis/clipbrd.h"
 #include "trellis/drawarea.h"
+#include "trellis/drawicon.h"
 
 namespace {
 
@@ -170,6 +171,7 @@ void GraphEditor::insertPasted(OrderedCltn& members, bool fromClipboard) {
         IconNode& icon = *CAST(IconNode, members.at(i));
         if (fromClipboard) {
             QASSERT_TEXT(icon.geoIcon()->isEmpty(), "icon->geoIcon()->isEmpty()");
+            QASSERT_TEXT(icon.compositeIcon()->icons().isEmpty(), "icon->compositeIcon()->icons()->isEmpty()");
             icon.update();
             restoreComment(icon);
         }
@@ -187,13 +189,23 @@ void GraphEditor::insertPasted(OrderedCltn& members, bool fromClipboard) {
             IconArc& link = *CAST(IconArc, members.at(i));
             updateLink(link, link.firstPoint(), link.lastPoint(), true, true);
         }
-    for (unsigned i = 0; i < rejects.size(); ++i) {
-        IconNode* icon = CAST(IconNode, rejects.at(i));
-        if (isLink(icon)) detachLink(*CAST(IconArc, icon));
-        if (isLink(icon) || !fromClipboard)
-            destroyIcon(icon);
+    // Links go first: detaching one touches the nodes it joins.
+    OrderedCltn nodes;
+    while (!rejects.isEmpty()) {
+        IconNode* icon = CAST(IconNode, rejects.removeFirst());
+        if (!isLink(icon)) {
+            nodes.add(*icon);
+            continue;
+        }
+        detachLink(*CAST(IconArc, icon));
+        destroyIcon(icon);
+    }
+    while (!nodes.isEmpty()) {
+        IconNode* node = CAST(IconNode, nodes.removeFirst());
+        if (fromClipboard)
+            semantic_->deleteIcon(node);
         else
-            semantic_->deleteIcon(icon);
+            destroyIcon(node);
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include "editor/chessbrd.h"
 #include "editor/edthist.h"
+#include "editor/fragment.h"
 #include "editor/graphgui.h"
 #include "editor/iconarc.h"
 #include "editor/iconlist.h"
@@ -78,11 +79,13 @@ void GraphEditor::open(const char* fileName) {
         name += semantic_->fileExtension();
     bool exists = name.size() && access(name.asCharPointer(), F_OK) == 0;
     if (!exists) gui_->fileMenu().newFile();
-    if (name.size() && !setFileName(name.asCharPointer(), true)) {
-        gui_->showError((name + takeLock(name.asCharPointer())).asCharPointer());
+    String refusal = name.size() ? relock(name.asCharPointer()) : String();
+    if (refusal.size()) {
+        gui_->showError((name + refusal).asCharPointer());
         if (exists) gui_->fileMenu().newFile();
         return;
     }
+    if (name.size()) gui_->setFileName(name.asCharPointer());
     if (exists) load(name.asCharPointer());
 }
 
@@ -93,14 +96,14 @@ GraphShower::GraphShower(CppWidget* topLevel, const char* semanticClass, const c
 
 GraphEditor::~GraphEditor() noexcept(false) {
     while (!openChildren.isEmpty()) closeChild(*CAST(Editor, openChildren.last()));
-    if (gui_->hasFile() && editorOfFile(gui_->fileName().asCharPointer()) == this)
-        dropLock(gui_->fileName().asCharPointer());
+    relock("");
     delete history_;
     gui_->drawArea().list().removeAll();
     OrderedCltn icons;
     icons.addContentsOf(*icon_cltn);
     for (unsigned i = 0; i < icons.size(); ++i) destroyIcon(CAST(IconNode, icons.at(i)));
-    cut_icons.deleteContents();
+    while (!cut_icons.isEmpty()) destroyIcon(CAST(IconNode, cut_icons.removeLast()));
+    resizeTargets.deleteContents();
     delete icon_cltn;
     delete board_;
     delete selectionArea;
@@ -219,6 +222,9 @@ void GraphEditor::destroyIcon(IconNode* icon) {
     if (!icon || icon == nil) return;
     if (icon == currentIcon_) currentIcon_ = 0;
     dropSame(select_icons, *icon);
+    dropSame(modify_icons, *icon);
+    closeCommentOf(*icon);
+    dropNamedLinks(*icon);
     icon->release();
     if (icon->isKindOf(class_IconArc))
         semantic_->deleteLink(CAST(IconArc, icon));

@@ -165,9 +165,11 @@ private:
     void guiHelp(Cback& cb);
     void guiReset(Cback& cb);
     void savedAs(Cback& cb);
+    String relock(const char* fileName);
     void childEvent(Cback& cb);
     void childTextChanged(Cback& cb);
     void childClosing(Cback& cb);
+    void closeCommentOf(IconNode& icon);
     Editor* makeChild(const char* className, const char* textOrFile, const char* title, bool fromFile);
     bool holdsChild(const Editor& child) const;
     // A child's user data (the comment's Assoc), handed to the semantic.
@@ -178,7 +180,9 @@ private:
     void dragLinkEnd(const FloatPoint& point);
     void finishOneMove(const FloatPoint& point);
     void finishManyMove(const FloatPoint& point);
-    void followLinks(IconNode& icon, const Point& oldPosition, bool skipSelected = false);
+    typedef std::map<const IconNode*, FloatPoint> Deltas;  // how far each moved icon went
+    void followLinks(IconNode& icon, const Deltas& deltas);
+    void followMove(IconNode& icon, const Point& start);
     void finishAreaSelection();
     void drawSelectionArea(const FloatPoint& point);
     void toggleSelect(IconNode& icon);
@@ -212,6 +216,9 @@ private:
     void doubleClickAction(IconNode& icon);
     void popupChosen(const char* entry);
     void editEntry(const char* entry);
+    bool mayRewind();
+    // Ends the gesture in progress, leaving the drawing as it was before it.
+    void abandonGesture();
     void resize();
 
     // Clipboard.
@@ -252,9 +259,11 @@ private:
     OrderedCltn cut_icons;
     OrderedCltn select_icons;
     OrderedCltn modify_icons;
-    OrderedCltn resizeTargets;  // the icons the resize dialogue works on
+    OrderedCltn moving_icons;  // in a move of the selection, an Assoc of each node and its offset
+    OrderedCltn resizeTargets;  // the names of the icons the resize dialogue works on
     Dictionary paramPool_;
     EditHistory* history_;
+    String lockedName;  // the full name of the file this editor holds the lock of
     std::map<const Editor*, Object*> childData;
 };
 

@@ -133,11 +133,10 @@ void GraphEditor::dropLock(const char* fileName) {
     }
     Set* locks = readLocks(lockFile);
     String base = baseOf(file.asCharPointer());
-    Object* held = locks->remove(base);
-    if (held == nil)
-        std::cerr << base << " not present in " << lockFile << std::endl;
+    if (locks->includes(base))
+        delete locks->remove(base);
     else
-        delete held;
+        std::cerr << base << " not present in " << lockFile << std::endl;
     if (locks->isEmpty())
         unlink(lockFile.asCharPointer());
     else
@@ -161,25 +160,38 @@ int GraphEditor::setFileName(const char* name, bool lock) {
     String file(name ? name : "");
     const char* extension = semantic_->fileExtension();
     if (file.size() && !strchr(baseOf(file.asCharPointer()).asCharPointer(), '.')) file += extension;
-    if (isA() == &class_GraphEditor && lock && file.size() && editorOfFile(file.asCharPointer()) != this) {
-        String old = gui_->hasFile() ? gui_->fileName() : String();
-        String message = takeLock(file.asCharPointer());
+    if (isA() == &class_GraphEditor && lock && file.size()) {
+        String message = relock(file.asCharPointer());
         if (message.size()) {
             std::cerr << "setFileName error: " << message << std::endl;
             return 0;
         }
-        editorsOfFiles().atPut(*new String(fullName(file.asCharPointer())), *this);
-        if (old.size() && fullName(old.asCharPointer()) != fullName(file.asCharPointer()))
-            dropLock(old.asCharPointer());
     }
     gui_->setFileName(file.asCharPointer());
     return 1;
 }
 
+// Takes the lock of the file (none for an empty name) before the lock held
+// so far is dropped; answers the message of a refusal, and then keeps the
+// old lock.
+String GraphEditor::relock(const char* fileName) {
+    String file = fileName && *fileName ? fullName(fileName) : String();
+    if (file == lockedName || isA() != &class_GraphEditor) return String();
+    if (file.size()) {
+        String message = takeLock(file.asCharPointer());
+        if (message.size()) return message;
+        editorsOfFiles().atPut(*new String(file), *this);
+    }
+    if (lockedName.size()) dropLock(lockedName.asCharPointer());
+    lockedName = file;
+    return String();
+}
+
 // Save As: the new name is locked before the old lock is dropped.
 void GraphEditor::savedAs(Cback& cb) {
     const char* name = cb.callData->asCharPointer();
-    if (!editorOfFile(name)) setFileName(name, true);
+    String message = relock(name);
+    if (message.size()) gui_->showError((String(name) + message).asCharPointer());
 }
 
 // ---------------------------------------------------------------- the drawing
@@ -242,21 +254,29 @@ void GraphEditor::guiLoad(Cback& cb) {
     resetEditor();
     Object* object = read->key();
     ArrayOb* drawing = object != nil && object->isKindOf(class_ArrayOb) ? CAST(ArrayOb, object) : 0;
-    if (!drawing || drawing->size() != DRAWING_SIZE) {
+    if (!drawing || drawing->size() != DRAWING_SIZE)
         error = String("Bad ArrayOb in file ") + gui_->fileName();
-        return;
+    else
+        loadDrawing(*drawing, error);
+    // What the drawing did not take is the reader's to free.
+    object->deepDeleteContents();
+    delete object;
+    if (error.size()) return;
+    String refusal = relock(gui_->fileName().asCharPointer());
+    if (refusal.size()) {
+        gui_->showError((gui_->fileName() + refusal).asCharPointer());
+        gui_->setFileName(0);
     }
-    loadDrawing(*drawing, error);
 }
 
 void GraphEditor::loadDrawing(ArrayOb& drawing, String& error) {
     Object* icons = drawing[0];
     Object* semantic = drawing[1];
-    if (!icons->isKindOf(class_Dictionary) || !semantic->isKindOf(class_Semantic)) {
+    if (!icons->isKindOf(class_Dictionary) || !semantic->isKindOf(class_Semantic) ||
+        semantic->isA() != semantic_->isA()) {
         error = String("Bad ArrayOb in file ") + gui_->fileName();
         return;
     }
-    QASSERT_TEXT(semantic_->isA() == semantic->isA(), "semanticClass == semant->isA()");
     drawing[0] = nil;
     drawing[1] = nil;
     delete icon_cltn;
@@ -278,9 +298,11 @@ void GraphEditor::placeLoadedIcons() {
     for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
         QASSERT_TEXT(icon.geoIcon()->isEmpty(), "icon->geoIcon()->isEmpty()");
+        QASSERT_TEXT(icon.compositeIcon()->icons().isEmpty(), "icon->compositeIcon()->icons()->isEmpty()");
         icon.update();
         restoreComment(icon);
-        if (!icon.isKindOf(class_IconArc)) {
+        // A semantic read from a binary stream has no extent: the icons give it.
+        if (!icon.isKindOf(class_IconArc) && semantic_->width() > 0 && semantic_->height() > 0) {
             FloatPoint place(icon.posX(), icon.posY());
             if (semantic_->snapPosition(icon, place)) icon.setPosition(Point(int(place.x()), int(place.y())));
         }
@@ -291,6 +313,7 @@ void GraphEditor::placeLoadedIcons() {
 }
 
 void GraphEditor::guiNew(Cback&) {
+    relock("");
     resetEditor();
     setChanged(false);
     semantic_->initialIcons(insertList);

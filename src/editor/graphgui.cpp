@@ -280,7 +280,11 @@ bool GraphEdtGui::askQuestion(const char* text, bool byDefault) {
     return ::askQuestion(text, "Question", byDefault);
 }
 
-void GraphEdtGui::showMessage(const char* text) { ::showMessage(text, "Message", MESSAGE_INFO); }
+// A working message: shown while the work goes on, taken down by clearMessage.
+void GraphEdtGui::showMessage(const char* text) {
+    setStatus(text);
+    statusLabel->handle()->repaint();
+}
 
 void GraphEdtGui::clearMessage() { setStatus(""); }
 

@@ -67,17 +67,18 @@ void GraphEditor::iconConfirmed(int action) {
     if (const char* refusal = checkPlace(icon)) {
         gui_->showError(refusal);
         dropSame(insertList, icon);
+        history_->cancel();
         if (!icon.isDeletable()) {
             std::cerr << "collision with undeleteable icon" << std::endl;
             popStatus();
             return;
         }
         destroyIcon(&icon);
-        history_->cancel();
+        popStatus();
     } else {
+        popStatus();
         placeNewIcon(icon, action == 1);
     }
-    popStatus();
     nextInsertion();
 }
 
@@ -263,7 +264,7 @@ void GraphEditor::transformCurrent(const char* className) {
     made->update();
     insertIcon(*made);
     currentIcon_ = made;
-    if (!isLink(made)) followLinks(*made, position);
+    if (!isLink(made)) followMove(*made, position);
     history_->created(*made);
     history_->end();
     setChanged();
@@ -326,18 +327,24 @@ void GraphEditor::resize() {
         scale = scale || icon.canScale();
         scaleFont = scaleFont || icon.canScaleFont();
     }
-    resizeTargets.removeAll();
-    resizeTargets.addContentsOf(targets);
+    // The dialogue stays open while the drawing changes: it keeps names.
+    resizeTargets.deleteContents();
+    for (unsigned i = 0; i < targets.size(); ++i)
+        resizeTargets.add(*new String(CAST(IconNode, targets.at(i))->name()));
     gui_->openResizeDialog(scale, scale, scaleFont, width, height, font);
 }
 
 void GraphEditor::guiResize(Cback&) {
     double dw = 0, dh = 0, dfont = 0;
     gui_->resizeValues(dw, dh, dfont);
-    history_->begin("Resize", resizeTargets);
+    OrderedCltn targets;
     for (unsigned i = 0; i < resizeTargets.size(); ++i) {
-        IconNode& icon = *CAST(IconNode, resizeTargets.at(i));
-        if (!icon_cltn->includesKey(icon.name())) continue;
+        Object* icon = icon_cltn->assocAt(*resizeTargets.at(i));
+        if (icon != nil) targets.add(*icon);
+    }
+    history_->begin("Resize", targets);
+    for (unsigned i = 0; i < targets.size(); ++i) {
+        IconNode& icon = *CAST(IconNode, targets.at(i));
         Point start = icon.position();
         dropSame(gui_->drawArea().list(), *icon.compositeIcon());
         board_->remove(icon);
@@ -348,7 +355,7 @@ void GraphEditor::guiResize(Cback&) {
         icon.update();
         if (board_->add(icon)) changeBoardExtent();
         gui_->drawArea().list().add(*icon.compositeIcon());
-        followLinks(icon, start);
+        followMove(icon, start);
     }
     history_->end();
     setChanged();

@@ -8,8 +8,10 @@
 #include "editor/iconlist.h"
 #include "editor/iconnode.h"
 #include "editor/semantic.h"
+#include "quill/assoc.h"
 #include "quill/cback.h"
 #include "quill/quillerr.h"
+#include "editor/chessbrd.h"
 #include "trellis/drawarea.h"
 #include "trellis/drawprim.h"
 
@@ -24,6 +26,16 @@ const char* entryOf(Cback& cb) {
     if (value == nil) return 0;
     return cb.callData->asCharPointer();
 }
+
+// The status pushed for a call, popped however the call ends.
+class StatusFor {
+public:
+    StatusFor(GraphEditor& editor, int status) : editor(editor) { editor.pushStatus(status); }
+    ~StatusFor() { editor.popStatus(); }
+
+private:
+    GraphEditor& editor;
+};
 
 struct DoubleClickChoice {
     const char* label;
@@ -40,10 +52,12 @@ const DoubleClickChoice doubleClickChoices[] = {
 
 // A call to the semantic on an icon, under the watch cursor; its message goes to a box.
 void GraphEditor::semanticCall(const char* (Semantic::*call)(IconNode&), IconNode& icon) {
-    gui_->setWatchCursor(true);
-    pushStatus(CriticalStatus);
-    const char* message = (semantic_->*call)(icon);
-    popStatus();
+    const char* message = 0;
+    {
+        StatusFor critical(*this, CriticalStatus);
+        gui_->setWatchCursor(true);
+        message = (semantic_->*call)(icon);
+    }
     gui_->setWatchCursor(false);
     if (message) gui_->showError(message);
 }
@@ -189,13 +203,22 @@ void GraphEditor::editEntry(const char* entry) {
     }
 }
 
+// A parameter dialogue holds its icon: the drawing is not rewound under it.
+bool GraphEditor::mayRewind() {
+    if (modify_icons.isEmpty()) return true;
+    gui_->showError("The editor have some critical action started\n\n  Conclude it before.");
+    return false;
+}
+
 void GraphEditor::undo() {
+    if (!mayRewind()) return;
     clearSelection();
     currentIcon_ = 0;
     if (history_->undo()) gui_->redraw();
 }
 
 void GraphEditor::redo() {
+    if (!mayRewind()) return;
     clearSelection();
     currentIcon_ = 0;
     if (history_->redo()) gui_->redraw();
@@ -204,9 +227,11 @@ void GraphEditor::redo() {
 void GraphEditor::guiOption(Cback& cb) {
     const char* entry = entryOf(cb);
     if (!entry) return;
-    pushStatus(CommandStatus);
-    const char* message = semantic_->executeCommand(entry);
-    popStatus();
+    const char* message = 0;
+    {
+        StatusFor command(*this, CommandStatus);
+        message = semantic_->executeCommand(entry);
+    }
     if (message) gui_->showError(message);
 }
 
@@ -228,16 +253,46 @@ void GraphEditor::guiHelp(Cback& cb) {
 
 // The window's offer to leave a critical action: back to the idle state.
 void GraphEditor::guiReset(Cback&) {
-    if (rubberLine) {
-        dropSame(gui_->drawArea().list(), *rubberLine);
-        delete rubberLine;
-        rubberLine = 0;
-        if (currentLink) semantic_->deleteLink(currentLink);
-        currentLink = 0;
-    }
+    abandonGesture();
     history_->cancel();
     status_ = savedStatus < CriticalStatus && savedStatus >= LinkMode ? savedStatus : OpenMode;
     gui_->setBusy(false);
     gui_->setStatus("");
     gui_->redraw();
+}
+
+void GraphEditor::abandonGesture() {
+    DrawArea& area = gui_->drawArea();
+    if (rubberLine) {
+        dropSame(area.list(), *rubberLine);
+        delete rubberLine;
+        rubberLine = 0;
+    }
+    if (currentLink) semantic_->deleteLink(currentLink);
+    currentLink = 0;
+    if (selectionArea) {
+        dropSame(area.list(), *selectionArea);
+        delete selectionArea;
+        selectionArea = 0;
+    }
+    IconNode* icon = currentIcon_;
+    bool placing = status_ == PlacingIcon || status_ == PlacingFirst || status_ == CreatingIcon ||
+                   status_ == IconParameters;
+    if (placing && icon && icon_cltn->assocAt(icon->name()) != icon) {
+        dropSame(area.list(), *icon->compositeIcon());
+        dropSame(insertList, *icon);
+        destroyIcon(icon);
+    } else if (status_ == MovingOneIcon && icon && !icon->isKindOf(class_IconArc)) {
+        board_->add(*icon);
+        followMove(*icon, dragStart);
+    } else if (status_ == PlacingComment && currentComment) {
+        currentComment->y = 0;
+    }
+    while (!moving_icons.isEmpty()) {
+        Assoc* moving = CAST(Assoc, moving_icons.removeFirst());
+        board_->add(*CAST(IconNode, moving->key()));
+        delete moving->value();
+        delete moving;
+    }
+    currentComment = 0;
 }

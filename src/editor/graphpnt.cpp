@@ -128,6 +128,7 @@ void GraphEditor::otherButtonDown(const FloatPoint& point) {
     }
     if (status_ >= CriticalStatus) return;
     if (!pick(point)) {
+        currentIcon_ = 0;
         pushStatus(CriticalStatus);
         gui_->popupCanvas();
         return;
@@ -200,17 +201,19 @@ void GraphEditor::startDrag(const FloatPoint&, unsigned modifiers) {
         pushStatus(MovingOneIcon);
         return;
     }
-    OrderedCltn moving;
+    // Pinned nodes leave the selection; the others move, each with its
+    // offset from the grab point and its start.
+    OrderedCltn nodes, pinned;
     for (unsigned i = 0; i < select_icons.size(); ++i) {
         IconNode* member = CAST(IconNode, select_icons.at(i));
-        if (member->isMovable() && !isLink(member)) moving.add(*member);
+        if (!isLink(member)) (member->isMovable() ? nodes : pinned).add(*member);
     }
-    select_icons.removeAll();
-    history_->begin("Move", moving);
-    for (unsigned i = 0; i < moving.size(); ++i) {
-        IconNode* member = CAST(IconNode, moving.at(i));
+    for (unsigned i = 0; i < pinned.size(); ++i) selectIcon(*CAST(IconNode, pinned.at(i)), false);
+    history_->begin("Move", nodes);
+    for (unsigned i = 0; i < nodes.size(); ++i) {
+        IconNode* member = CAST(IconNode, nodes.at(i));
         Point position = member->position();
-        select_icons.add(*new Assoc(*member, *new FloatPoint(downPoint.x() - position.x(),
+        moving_icons.add(*new Assoc(*member, *new FloatPoint(downPoint.x() - position.x(),
                                                              downPoint.y() - position.y())));
         board_->remove(*member);
         semantic_->moveStarted(*member);
@@ -227,8 +230,8 @@ void GraphEditor::dragTo(const FloatPoint& point) {
                 moveGhost(*currentIcon_, point - lastPoint);
             break;
         case MovingManyIcons:
-            for (unsigned i = 0; i < select_icons.size(); ++i) {
-                Assoc* moving = CAST(Assoc, select_icons.at(i));
+            for (unsigned i = 0; i < moving_icons.size(); ++i) {
+                Assoc* moving = CAST(Assoc, moving_icons.at(i));
                 moveGhost(*CAST(IconNode, moving->key()), point - *CAST(FloatPoint, moving->value()));
             }
             break;
@@ -301,7 +304,7 @@ void GraphEditor::finishOneMove(const FloatPoint& point) {
         board_->add(icon);
         semantic_->moveEnded(icon);
         highlightIcon(icon, holdsSame(select_icons, icon));
-        followLinks(icon, start);
+        followMove(icon, start);
     }
     setChanged();
     popStatus();
@@ -309,48 +312,55 @@ void GraphEditor::finishOneMove(const FloatPoint& point) {
 }
 
 void GraphEditor::finishManyMove(const FloatPoint& point) {
-    OrderedCltn moved, starts;
-    while (!select_icons.isEmpty()) {
-        Assoc* moving = CAST(Assoc, select_icons.removeFirst());
+    Deltas deltas;
+    OrderedCltn moved;
+    while (!moving_icons.isEmpty()) {
+        Assoc* moving = CAST(Assoc, moving_icons.removeFirst());
         IconNode& icon = *CAST(IconNode, moving->key());
         FloatPoint* offset = CAST(FloatPoint, moving->value());
-        // The start of the drag: the grab point less the offset.
-        starts.add(*new Point(int(downPoint.x() - offset->x() + 0.5), int(downPoint.y() - offset->y() + 0.5)));
+        Point start = icon.position();
         moveGhost(icon, point - *offset);
+        Point now = icon.position();
+        deltas[&icon] = FloatPoint(now.x() - start.x(), now.y() - start.y());
         moved.add(icon);
         delete offset;
         delete moving;
     }
-    select_icons.addContentsOf(moved);
     for (unsigned i = 0; i < moved.size(); ++i) {
         IconNode& icon = *CAST(IconNode, moved.at(i));
         board_->add(icon);
         semantic_->moveEnded(icon);
     }
-    for (unsigned i = 0; i < moved.size(); ++i)
-        followLinks(*CAST(IconNode, moved.at(i)), *CAST(Point, starts.at(i)), true);
-    starts.deleteContents();
+    for (unsigned i = 0; i < moved.size(); ++i) followLinks(*CAST(IconNode, moved.at(i)), deltas);
     setChanged();
     popStatus();
     history_->end();
 }
 
-void GraphEditor::followLinks(IconNode& icon, const Point& oldPosition, bool skipSelected) {
+void GraphEditor::followMove(IconNode& icon, const Point& start) {
     Point now = icon.position();
-    FloatPoint delta(now.x() - oldPosition.x(), now.y() - oldPosition.y());
+    followLinks(icon, {{&icon, FloatPoint(now.x() - start.x(), now.y() - start.y())}});
+}
+
+// The ends of the icon's links move with the icons they join: the start by
+// this icon's delta, the far end by its own icon's delta when that moved too.
+// An incoming link from a moved icon is that icon's to follow.
+void GraphEditor::followLinks(IconNode& icon, const Deltas& deltas) {
+    auto deltaOf = [&](const IconNode* node) {
+        auto found = deltas.find(node);
+        return found == deltas.end() ? FloatPoint(0, 0) : found->second;
+    };
+    FloatPoint delta = deltaOf(&icon);
     OrderedCltn outgoing, incoming;
     icon.toLinks(outgoing);
     icon.fromLinks(incoming);
     for (unsigned i = 0; i < outgoing.size(); ++i) {
         IconArc& link = *CAST(IconArc, outgoing.at(i));
-        FloatPoint last = link.lastPoint();
-        if (link.to() == &icon) last = last + delta;
-        updateLink(link, link.firstPoint() + delta, last, true);
+        updateLink(link, link.firstPoint() + delta, link.lastPoint() + deltaOf(link.to()), true);
     }
     for (unsigned i = 0; i < incoming.size(); ++i) {
         IconArc& link = *CAST(IconArc, incoming.at(i));
-        if (link.from() == &icon) continue;
-        if (skipSelected && holdsSame(select_icons, *link.from())) continue;
+        if (deltas.count(link.from())) continue;
         updateLink(link, link.firstPoint(), link.lastPoint() + delta, true);
     }
 }
@@ -470,9 +480,7 @@ void GraphEditor::updateEditMenu(int mode) {
     if (readOnly) return;
     bool resizable = false;
     for (unsigned i = 0; i < select_icons.size() && !resizable; ++i) {
-        Object* member = select_icons.at(i);
-        if (member->isKindOf(class_Assoc)) member = CAST(Assoc, member)->key();
-        IconNode& icon = *CAST(IconNode, member);
+        IconNode& icon = *CAST(IconNode, select_icons.at(i));
         resizable = icon.canScale() || icon.canScaleFont();
     }
     bool any = !select_icons.isEmpty();

@@ -137,12 +137,11 @@ TEST_F(GraphEditorTest, aDrawingSavedIsReadBackWholeAndADamagedOneIsRefused) {
 }
 
 TEST_F(GraphEditorTest, theLockRefusesASecondEditorAndMovesOnSaveAs) {
-    std::string file = scratch("locked.edt");
+    std::string file = scratch("locked.edt"), moved = scratch("moved.edt");
     std::string lock = file.substr(0, file.rfind('/')) + "/editfile.tarn";
     ASSERT_TRUE(editor->gui().fileMenu().saveAs(file.c_str()));
     EXPECT_EQ(access(lock.c_str(), F_OK), 0);
     EXPECT_EQ(std::string(GraphEditor::takeLock(file.c_str()).asCharPointer()), "\n\nThe file is already edited");
-    std::string moved = scratch("moved.edt");
     ASSERT_TRUE(editor->gui().fileMenu().saveAs(moved.c_str()));
     EXPECT_EQ(GraphEditor::takeLock(file.c_str()).size(), 0u);  // free again: taken now by the test
     GraphEditor::dropLock(file.c_str());
