@@ -7,13 +7,18 @@
 #include "editor/iconnode.h"
 #include "quill/dictnary.h"
 
-void EditHistory::begin(const char* gesture, const OrderedCltn& touched) {
-    current = Step();
-    current.gesture = gesture;
-    createdNames.clear();
+EditHistory::Step EditHistory::snapshot(const char* gesture, const OrderedCltn& touched) const {
+    Step step;
+    step.gesture = gesture;
     OrderedCltn icons;
     icons.addContentsOf(touched);
-    capture(icons, current.beforeNames, current.before);
+    capture(icons, step.beforeNames, step.before);
+    return step;
+}
+
+void EditHistory::begin(const char* gesture, const OrderedCltn& touched) {
+    current = snapshot(gesture, touched);
+    createdNames.clear();
     open = true;
 }
 
@@ -35,17 +40,21 @@ void EditHistory::capture(OrderedCltn& icons, std::vector<std::string>& names, s
 void EditHistory::end() {
     if (!open) return;
     open = false;
+    record(current, createdNames);
+}
+
+void EditHistory::record(Step step, const std::vector<std::string>& created) {
     Dictionary& drawing = editor.editorIcons();
     OrderedCltn icons;
-    std::vector<std::string> names = current.beforeNames;
-    names.insert(names.end(), createdNames.begin(), createdNames.end());
+    std::vector<std::string> names = step.beforeNames;
+    names.insert(names.end(), created.begin(), created.end());
     for (const std::string& name : names) {
         Object* icon = drawing.assocAt(String(name.c_str()));
         if (icon != nil && icons.indexOfSame(*icon) < 0) icons.add(*icon);
     }
-    capture(icons, current.afterNames, current.after);
-    if (current.before == current.after) return;
-    done.push_back(current);
+    capture(icons, step.afterNames, step.after);
+    if (step.before == step.after) return;
+    done.push_back(step);
     if (done.size() > DEPTH) done.pop_front();
     undone.clear();
 }

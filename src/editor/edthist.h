@@ -18,7 +18,21 @@ class EditHistory {
 public:
     enum { DEPTH = 200 };  // the gestures kept
 
+    // A gesture: the icons before it, and after.
+    struct Step {
+        std::string gesture;
+        std::vector<std::string> beforeNames;
+        std::string before;
+        std::vector<std::string> afterNames;
+        std::string after;
+    };
+
     explicit EditHistory(GraphEditor& editor) : editor(editor), open(false) {}
+
+    // A gesture that outlives others (a parameter dialogue): its start,
+    // kept by the caller, and its end with the icons of those names.
+    Step snapshot(const char* gesture, const OrderedCltn& touched) const;
+    void record(Step step, const std::vector<std::string>& created = std::vector<std::string>());
 
     void begin(const char* gesture, const OrderedCltn& touched);
     void begin(const char* gesture);
@@ -34,14 +48,6 @@ public:
     void clear();
 
 private:
-    struct Step {
-        std::string gesture;
-        std::vector<std::string> beforeNames;
-        std::string before;
-        std::vector<std::string> afterNames;
-        std::string after;
-    };
-
     void capture(OrderedCltn& icons, std::vector<std::string>& names, std::string& text) const;
     void replace(const std::vector<std::string>& goes, const std::string& comes);
 

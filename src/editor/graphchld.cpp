@@ -38,6 +38,7 @@ Editor* GraphEditor::openChildEditor(const char* className, const char* textOrFi
             } else {
                 known.getShell().realize();
                 openChildren.add(known);
+                gui_->setShowerChildren(true);
             }
             replaceChildData(known, userData);
             return &known;
@@ -49,6 +50,7 @@ Editor* GraphEditor::openChildEditor(const char* className, const char* textOrFi
     made->getShell().handle()->move(place, place);
     childEditors.atPut(*new String(key), *made);
     openChildren.add(*made);
+    gui_->setShowerChildren(true);
     replaceChildData(*made, userData);
     made->addCback(AnyCback, cbackMethod<&GraphEditor::childEvent>, *this);
     made->getShell().addCback(WindowManagerCloseRequest, cbackMethod<&GraphEditor::childClosing>, *this, made);
@@ -121,6 +123,7 @@ void GraphEditor::childEvent(Cback& cb) {
 
 void GraphEditor::closeChild(Editor& child) {
     dropSame(openChildren, child);
+    gui_->setShowerChildren(!openChildren.isEmpty());
     auto found = childData.find(&child);
     if (found != childData.end()) {
         semantic_->closeComment(found->second);

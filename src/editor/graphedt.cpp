@@ -223,6 +223,7 @@ void GraphEditor::destroyIcon(IconNode* icon) {
     if (icon == currentIcon_) currentIcon_ = 0;
     dropSame(select_icons, *icon);
     dropSame(modify_icons, *icon);
+    modifySteps.erase(icon);
     closeCommentOf(*icon);
     dropNamedLinks(*icon);
     icon->release();

@@ -4,6 +4,7 @@
 
 #include <map>
 
+#include "editor/edthist.h"
 #include "editor/editor.h"
 #include "quill/dictnary.h"
 #include "quill/orderedc.h"
@@ -13,7 +14,6 @@ class ChessBoard;
 class CompositeIcon;
 class DrawLine;
 class DrawRect;
-class EditHistory;
 class GraphEdtGui;
 class IconArc;
 class IconNode;
@@ -265,6 +265,7 @@ private:
     EditHistory* history_;
     String lockedName;  // the full name of the file this editor holds the lock of
     std::map<const Editor*, Object*> childData;
+    std::map<const IconNode*, EditHistory::Step> modifySteps;  // the icons as their dialogues found them
 };
 
 class GraphShower : public GraphEditor {

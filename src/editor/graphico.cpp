@@ -173,11 +173,11 @@ void GraphEditor::modifyCurrent() {
     else if (!holdsSame(modify_icons, icon)) {
         OrderedCltn touched;
         touched.add(icon);
-        history_->begin("Modify", touched);
-        if (semantic_->modifyIcon(icon, titleFor("Modify Parameters of ", icon).asCharPointer()))
+        EditHistory::Step before = history_->snapshot("Modify", touched);
+        if (semantic_->modifyIcon(icon, titleFor("Modify Parameters of ", icon).asCharPointer())) {
             modify_icons.add(icon);
-        else
-            history_->cancel();
+            modifySteps[&icon] = before;
+        }
     }
     gui_->setWatchCursor(false);
 }
@@ -197,8 +197,9 @@ void GraphEditor::modifyFinished(IconNode& icon, int action) {
     dropSame(modify_icons, icon);
     highlightIcon(icon, false);
     if (action == 1 && status_ >= CriticalStatus) action = 0;
+    EditHistory::Step before = modifySteps[&icon];
+    modifySteps.erase(&icon);
     if (action == 2) {
-        history_->cancel();
         gui_->refresh();
         return;
     }
@@ -211,12 +212,11 @@ void GraphEditor::modifyFinished(IconNode& icon, int action) {
     icon_cltn->add(icon);
     if (onBoard && board_->add(icon)) changeBoardExtent();
     setChanged();
+    history_->record(before, {icon.name().asCharPointer()});
     if (action == 1) {
         currentIcon_ = &icon;
         currentComment = icon.commentIcon();
         startComment();
-    } else {
-        history_->end();
     }
     gui_->redraw();
 }

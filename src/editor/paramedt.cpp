@@ -11,6 +11,7 @@
 #include "trellis/drawicon.h"
 #include "trellis/form.h"
 #include "trellis/formdlg.h"
+#include "trellis/shell.h"
 #include "trellis/label.h"
 #include "trellis/scrollb.h"
 #include "trellis/text.h"
@@ -85,7 +86,10 @@ void ParamEditor::connectButtons(bool on) {
     dialog_->removeCback(OkButtonPressed, cbackMethod<&ParamEditor::okPressed>, *this);
     dialog_->removeCback(CancelButtonPressed, cbackMethod<&ParamEditor::cancelPressed>, *this);
     dialog_->removeCback(HelpButtonPressed, cbackMethod<&ParamEditor::helpPressed>, *this);
+    dialog_->removeCback(WindowManagerCloseRequest, cbackMethod<&ParamEditor::cancelPressed>, *this);
     if (!on) return;
+    // Closing the window is a Cancel: the dialogue always ends in an event.
+    dialog_->addCback(WindowManagerCloseRequest, cbackMethod<&ParamEditor::cancelPressed>, *this);
     dialog_->addCback(OkButtonPressed, cbackMethod<&ParamEditor::okPressed>, *this);
     dialog_->addCback(CancelButtonPressed, cbackMethod<&ParamEditor::cancelPressed>, *this);
     dialog_->addCback(HelpButtonPressed, cbackMethod<&ParamEditor::helpPressed>, *this);
