@@ -95,6 +95,11 @@ IconNode::IconNode(BinIstream& is, Object* where) : LookupKey(is, where) {
     initMetaData();
 }
 
+void IconNode::deepDeleteContents() {
+    for (ArrayOb* slots : {from_icons, to_icons})
+        for (unsigned i = 0; i < slots->size(); ++i) deepDelete((*slots)[i]);
+}
+
 IconNode::~IconNode() noexcept(false) {
     takeOutLabelAndComment();
     delete key_;

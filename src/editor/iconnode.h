@@ -131,6 +131,9 @@ public:
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
     void clearCopiedState() override;
+    // The icon deletes what it owns itself: a deep delete goes on only to
+    // what its link slots hold (links, their icons, or their names).
+    void deepDeleteContents() override;
     // A new name, no links, no picture, fresh metadata.
     void deepenShallowCopy() override;
 
