@@ -170,3 +170,64 @@ TEST_F(GraphEditorTest, modifyAndTransformChangeTheIconAndAreUndone) {
     edit("Undo");
     EXPECT_STREQ(iconAt(3.5, 3.5)->iconLabel()->text.asCharPointer(), "before");
 }
+
+TEST_F(GraphEditorTest, anAreaSelectionMovesTogetherAndTheLinkBetweenKeepsItsSides) {
+    IconNode* a = place(3.5, 3.5);
+    IconNode* b = place(9.5, 3.5);
+    IconNode* c = place(3.5, 12.5);
+    IconArc* ab = link(3.5, 3.5, 9.5, 3.5);
+    ASSERT_TRUE(a && b && c && ab);
+    drag(1.2, 1.2, 11.8, 5.8);  // over a and b, not c
+    EXPECT_EQ(editor->selectedIcons().size(), 3u);  // the link between joins them
+    drag(3.5, 3.5, 3.5, 8.5);
+    EXPECT_EQ(a->posY(), 8);
+    EXPECT_EQ(b->posY(), 8);
+    EXPECT_EQ(c->posY(), 12);
+    ab = CAST(IconArc, editor->editorIcons().assocAt(ab->name()));
+    EXPECT_NEAR(ab->firstPoint().x(), 4.01, 1e-6);
+    EXPECT_NEAR(ab->lastPoint().x(), 8.99, 1e-6);
+    EXPECT_NEAR(ab->lastPoint().y(), 8.5, 1e-6);
+}
+
+TEST_F(GraphEditorTest, leavingACriticalActionDropsTheIconBeingPlaced) {
+    editor->gui().iconMenu().menu().choose("Rectangle");
+    answerDialog();
+    ASSERT_EQ(editor->status(), GraphEditor::PlacingFirst);
+    editor->gui().cbackOn(GraphEdtGuiReset);
+    EXPECT_LT(editor->status(), int(GraphEditor::CriticalStatus));
+    EXPECT_EQ(count(), 0u);
+    EXPECT_EQ(editor->gui().drawArea().list().size(), 0u);
+    EXPECT_TRUE(place(4.5, 4.5));
+}
+
+TEST(SemanticTest, placingRulesKeepIconsOnTheBoardAndNamesUnique) {
+    Semantic semantic;
+    IconNode icon;
+    icon.iconWidth(2.0f);
+    Point p(40, -3);
+    semantic.clampPosition(icon, p);
+    EXPECT_EQ(p.x(), 27);
+    EXPECT_EQ(p.y(), 0);
+
+    // A name taken and not a number becomes "1", then counts on while taken.
+    Dictionary icons;
+    IconNode gain, one;
+    gain.setName("gain");
+    one.setName("1");
+    icons.add(gain);
+    icons.add(one);
+    icon.setName("gain");
+    semantic.uniqueName(icon, icons);
+    EXPECT_STREQ(icon.name().asCharPointer(), "2");
+    icons.removeAll();
+
+    EXPECT_EQ(&semantic.linkClass("Unlabel"), &class_IconArc);
+    EXPECT_EQ(&semantic.linkClass("anything"), &class_ClassArc);
+    IconArc arrow;
+    IconNode from, to;
+    to.setPosition(Point(31, 5));
+    delete semantic.placeLink(arrow, from, to, FloatPoint(0, 0.5), FloatPoint(31, 5.5));
+    EXPECT_FLOAT_EQ(arrow.lastPoint().x(), 29.99f);  // clamped inside the board
+    EXPECT_STREQ(semantic.canLinkFrom(arrow, arrow, FloatPoint(1, 1)),
+                 "Link icon cannot be the from icon for another link");
+}
