@@ -14,9 +14,9 @@
 #include "editor/iconfld.h"
 #include "editor/iconmeta.h"
 #include "editor/iconnode.h"
-#include "editor/semantic.h"
 #include "editor/paramedt.h"
 #include "editor/resizdlg.h"
+#include "editor/semantic.h"
 #include "editor/textedt.h"
 #include "editor/textshow.h"
 

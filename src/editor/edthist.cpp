@@ -33,7 +33,8 @@ void EditHistory::cancel() { open = false; }
 void EditHistory::capture(OrderedCltn& icons, std::vector<std::string>& names, std::string& text) const {
     withLinks(icons);
     names.clear();
-    for (unsigned i = 0; i < icons.size(); ++i) names.push_back(CAST(IconNode, icons.at(i))->name().asCharPointer());
+    for (unsigned i = 0; i < icons.size(); ++i)
+        names.push_back(CAST(IconNode, icons.at(i))->name().asCharPointer());
     text = icons.isEmpty() ? std::string() : std::string(fragmentText(icons).asCharPointer());
 }
 

@@ -1,4 +1,5 @@
-// EditHistory: the undo and redo of a graph editor's gestures, each kept as the icons it touched, before and after.
+// EditHistory: the undo and redo of a graph editor's gestures, each kept as the icons it touched, before and
+// after.
 #ifndef EDITOR_EDTHIST_H
 #define EDITOR_EDTHIST_H
 

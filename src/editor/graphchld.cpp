@@ -1,16 +1,15 @@
 // GraphEditor: child windows tied to the drawing by title (comments, shown texts, sub-drawings).
-#include <cstring>
 #include <QWidget>
+#include <cstring>
+#include <vector>
 
 #include "editor/fileedt.h"
 #include "editor/graphedt.h"
 #include "editor/graphgui.h"
-#include "editor/iconnode.h"
 #include "editor/iconlist.h"
+#include "editor/iconnode.h"
 #include "editor/semantic.h"
 #include "editor/textshow.h"
-#include <vector>
-
 #include "quill/assoc.h"
 #include "quill/cback.h"
 #include "quill/quillerr.h"
@@ -53,16 +52,17 @@ Editor* GraphEditor::openChildEditor(const char* className, const char* textOrFi
     gui_->setShowerChildren(true);
     replaceChildData(*made, userData);
     made->addCback(AnyCback, cbackMethod<&GraphEditor::childEvent>, *this);
-    made->getShell().addCback(WindowManagerCloseRequest, cbackMethod<&GraphEditor::childClosing>, *this, made);
+    made->getShell().addCback(WindowManagerCloseRequest, cbackMethod<&GraphEditor::childClosing>, *this,
+                              made);
     if (made->isKindOf(class_TextEditor) && !static_cast<TextEditor*>(made)->isReadOnly())
-        static_cast<TextEditor*>(made)->textWidget().addCback(CppTextChanged,
-                                                              cbackMethod<&GraphEditor::childTextChanged>,
-                                                              *this, made);
+        static_cast<TextEditor*>(made)->textWidget().addCback(
+            CppTextChanged, cbackMethod<&GraphEditor::childTextChanged>, *this, made);
     if (!show) made->getShell().close();
     return made;
 }
 
-Editor* GraphEditor::makeChild(const char* className, const char* textOrFile, const char* title, bool fromFile) {
+Editor* GraphEditor::makeChild(const char* className, const char* textOrFile, const char* title,
+                               bool fromFile) {
     String kind(className);
     if (kind == "TextEditor") return new TextEditor("TextEditor", 0, title, textOrFile);
     if (kind == "TextShower") {
@@ -107,7 +107,8 @@ void GraphEditor::childTextChanged(Cback& cb) {
 void GraphEditor::closeCommentOf(IconNode& icon) {
     std::vector<Editor*> windows;
     for (auto& entry : childData)
-        if (entry.second->isKindOf(class_Assoc) && static_cast<Assoc*>(entry.second)->value() == static_cast<Object*>(&icon))
+        if (entry.second->isKindOf(class_Assoc) &&
+            static_cast<Assoc*>(entry.second)->value() == static_cast<Object*>(&icon))
             windows.push_back(const_cast<Editor*>(entry.first));
     for (Editor* window : windows) closeChild(*window);
 }

@@ -171,7 +171,8 @@ void GraphEditor::insertPasted(OrderedCltn& members, bool fromClipboard) {
         IconNode& icon = *CAST(IconNode, members.at(i));
         if (fromClipboard) {
             QASSERT_TEXT(icon.geoIcon()->isEmpty(), "icon->geoIcon()->isEmpty()");
-            QASSERT_TEXT(icon.compositeIcon()->icons().isEmpty(), "icon->compositeIcon()->icons()->isEmpty()");
+            QASSERT_TEXT(icon.compositeIcon()->icons().isEmpty(),
+                         "icon->compositeIcon()->icons()->isEmpty()");
             icon.update();
             restoreComment(icon);
         }

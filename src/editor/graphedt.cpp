@@ -1,11 +1,11 @@
 // GraphEditor: making the editor, its states, and the icons entering and leaving the board.
+#include "editor/graphedt.h"
+
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
 #include <string>
-
-#include "editor/graphedt.h"
 
 #include "editor/chessbrd.h"
 #include "editor/edthist.h"

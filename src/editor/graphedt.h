@@ -4,8 +4,8 @@
 
 #include <map>
 
-#include "editor/edthist.h"
 #include "editor/editor.h"
+#include "editor/edthist.h"
 #include "quill/dictnary.h"
 #include "quill/orderedc.h"
 #include "quill/point.h"
@@ -51,7 +51,8 @@ public:
     // semanticClass names the kind of drawing. A child editor is tied to a
     // parent; a shower is read-only; a deferred one is not shown yet.
     GraphEditor(CppWidget* topLevel, const char* semanticClass, const char* title, bool child = false,
-                bool shower = false, bool deferredShow = false, bool fromFile = false, const char* fileName = 0);
+                bool shower = false, bool deferredShow = false, bool fromFile = false,
+                const char* fileName = 0);
     ~GraphEditor() noexcept(false) override;
 
     // Shows the window on the file, locked, or on a new drawing when it
@@ -85,8 +86,8 @@ public:
     int setFileName(const char* name, bool lock);
     // A child window by its title: a text editor, shower or file editor, or
     // a graph editor of that semantic class.
-    Editor* openChildEditor(const char* className, const char* textOrFile, const char* title, Object* userData,
-                            bool show = true, bool fromFile = false);
+    Editor* openChildEditor(const char* className, const char* textOrFile, const char* title,
+                            Object* userData, bool show = true, bool fromFile = false);
     void closeChild(Editor& child);
     bool isReadOnly() const { return readOnly; }
     bool isChanged() const;
@@ -259,7 +260,7 @@ private:
     OrderedCltn cut_icons;
     OrderedCltn select_icons;
     OrderedCltn modify_icons;
-    OrderedCltn moving_icons;  // in a move of the selection, an Assoc of each node and its offset
+    OrderedCltn moving_icons;   // in a move of the selection, an Assoc of each node and its offset
     OrderedCltn resizeTargets;  // the names of the icons the resize dialogue works on
     Dictionary paramPool_;
     EditHistory* history_;

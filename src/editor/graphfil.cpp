@@ -1,10 +1,10 @@
 // GraphEditor: new, load, save and reset of a drawing, and the file locks of a drawing's directory.
-#include <cstring>
-#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <iostream>
+#include <string>
 
 #include "editor/chessbrd.h"
 #include "editor/edthist.h"
@@ -110,7 +110,8 @@ String GraphEditor::takeLock(const char* fileName) {
     String lockFile = lockFileOf(file.asCharPointer());
     bool exists = access(lockFile.asCharPointer(), F_OK) == 0;
     if (exists && access(lockFile.asCharPointer(), R_OK) != 0) return String("\n\nThe file cannot be read");
-    if (exists && access(lockFile.asCharPointer(), W_OK) != 0) return String("\n\nThe file cannot be written");
+    if (exists && access(lockFile.asCharPointer(), W_OK) != 0)
+        return String("\n\nThe file cannot be written");
     Set* locks = readLocks(lockFile);
     String base = baseOf(file.asCharPointer());
     if (locks->includes(base)) {

@@ -1,12 +1,11 @@
 // GraphEdtGui: the window's widget tree, its file cycle, boxes and status, and the view of the drawing.
 #include "editor/graphgui.h"
 
+#include <QWidget>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <initializer_list>
-
-#include <QWidget>
 
 #include "editor/resizdlg.h"
 #include "quill/arrayob.h"
@@ -353,7 +352,8 @@ void GraphEdtGui::setDrawSizes(int width, int height, int minWidth, int minHeigh
     drawArea().getGeometry(x, y, areaWidth, areaHeight);
     shell.getGeometry(x, y, shellWidth, shellHeight);
     // The window keeps its menus and bottom box around the area asked for.
-    int chromeWidth = std::max(0, shellWidth - areaWidth), chromeHeight = std::max(0, shellHeight - areaHeight);
+    int chromeWidth = std::max(0, shellWidth - areaWidth),
+        chromeHeight = std::max(0, shellHeight - areaHeight);
     shell.handle()->setMinimumSize(minWidth, minHeight);
     shell.resize(width + chromeWidth, height + chromeHeight);
 }

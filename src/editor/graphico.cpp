@@ -30,8 +30,8 @@ String titleFor(const char* action, IconNode& icon) {
 // ---------------------------------------------------------------- new icons
 
 void GraphEditor::createIcon(const char* name, int menu, int entry) {
-    IconNode* icon = insertList.isEmpty() ? semantic_->newIcon(name, menu, entry)
-                                          : CAST(IconNode, insertList.last());
+    IconNode* icon =
+        insertList.isEmpty() ? semantic_->newIcon(name, menu, entry) : CAST(IconNode, insertList.last());
     if (!icon || icon == nil) return;
     currentIcon_ = icon;
     semantic_->uniqueName(*icon, *icon_cltn);
@@ -137,7 +137,8 @@ void GraphEditor::finishPlacing(const FloatPoint&) {
 
 void GraphEditor::startComment() {
     QASSERT_TEXT(nil != currentIcon_, "nil != currentIcon");
-    QASSERT_TEXT(currentComment == currentIcon_->commentIcon(), "currentComment == currentIcon->commentIcon()");
+    QASSERT_TEXT(currentComment == currentIcon_->commentIcon(),
+                 "currentComment == currentIcon->commentIcon()");
     currentIcon_->defaultComment();
     if (currentComment->icons().isEmpty()) {
         history_->end();
@@ -350,7 +351,8 @@ void GraphEditor::guiResize(Cback&) {
         board_->remove(icon);
         icon.release();
         if (icon.canScale())
-            semantic_->resizeIcon(icon, std::max(1.0, icon.iconWidth() + dw), std::max(1.0, icon.iconHeight() + dh));
+            semantic_->resizeIcon(icon, std::max(1.0, icon.iconWidth() + dw),
+                                  std::max(1.0, icon.iconHeight() + dh));
         if (icon.canScaleFont()) semantic_->resizeFont(icon, std::max(0.01, icon.iconFontScale() + dfont));
         icon.update();
         if (board_->add(icon)) changeBoardExtent();

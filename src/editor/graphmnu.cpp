@@ -1,6 +1,7 @@
 // GraphEditor: the window's menus, popups and the double click.
 #include <cstring>
 
+#include "editor/chessbrd.h"
 #include "editor/edthist.h"
 #include "editor/graphedt.h"
 #include "editor/graphgui.h"
@@ -11,7 +12,6 @@
 #include "quill/assoc.h"
 #include "quill/cback.h"
 #include "quill/quillerr.h"
-#include "editor/chessbrd.h"
 #include "trellis/drawarea.h"
 #include "trellis/drawprim.h"
 
@@ -43,8 +43,8 @@ struct DoubleClickChoice {
 };
 
 const DoubleClickChoice doubleClickChoices[] = {
-    {"Open", GraphEditor::OpenMode},           {"Modify", GraphEditor::ModifyMode},
-    {"Comment", GraphEditor::CommentMode},     {"Transform", GraphEditor::TransformMode},
+    {"Open", GraphEditor::OpenMode},       {"Modify", GraphEditor::ModifyMode},
+    {"Comment", GraphEditor::CommentMode}, {"Transform", GraphEditor::TransformMode},
     {"Link", GraphEditor::LinkMode},
 };
 
@@ -103,8 +103,8 @@ void GraphEditor::doubleClickAction(IconNode& icon) {
             }
             String description;
             icon.iconDescription(description);
-            gui_->showError(formatText("The link %s cannot start from icon %s", gui_->currentLink().asCharPointer(),
-                                       description.asCharPointer()));
+            gui_->showError(formatText("The link %s cannot start from icon %s",
+                                       gui_->currentLink().asCharPointer(), description.asCharPointer()));
             break;
         }
     }

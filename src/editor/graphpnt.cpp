@@ -142,8 +142,9 @@ void GraphEditor::otherButtonDown(const FloatPoint& point) {
     String description;
     icon.iconDescription(description);
     bool deletable = icon.isDeletable();
-    gui_->popupIcon(description.asCharPointer(), links, transforms, !holdsSame(modify_icons, icon) && deletable,
-                    deletable, icon.canScale() || icon.canScaleFont());
+    gui_->popupIcon(description.asCharPointer(), links, transforms,
+                    !holdsSame(modify_icons, icon) && deletable, deletable,
+                    icon.canScale() || icon.canScaleFont());
     links.deleteContents();
     transforms.deleteContents();
 }
@@ -213,8 +214,8 @@ void GraphEditor::startDrag(const FloatPoint&, unsigned modifiers) {
     for (unsigned i = 0; i < nodes.size(); ++i) {
         IconNode* member = CAST(IconNode, nodes.at(i));
         Point position = member->position();
-        moving_icons.add(*new Assoc(*member, *new FloatPoint(downPoint.x() - position.x(),
-                                                             downPoint.y() - position.y())));
+        moving_icons.add(
+            *new Assoc(*member, *new FloatPoint(downPoint.x() - position.x(), downPoint.y() - position.y())));
         board_->remove(*member);
         semantic_->moveStarted(*member);
     }

@@ -117,7 +117,8 @@ ButtonMenu* GraphEdtGui::bottomChoice(CppForm& box, CppWidget*& before, const ch
 
 void GraphEdtGui::buildMenus(const OrderedCltn& iconNames, const OrderedCltn& linkNames,
                              const OrderedCltn& commandNames) {
-    for (unsigned i = 0; i < commandNames.size(); ++i) option->addChoice(commandEntry(commandNames.at(i)).asCharPointer());
+    for (unsigned i = 0; i < commandNames.size(); ++i)
+        option->addChoice(commandEntry(commandNames.at(i)).asCharPointer());
     addEntries(links->menu(), linkNames);
     if (!linkNames.isEmpty()) setCurrentLink(textOf(linkNames.at(0)));
     buildIconMenu(iconNames);

@@ -263,7 +263,8 @@ const float LINE_HEIGHT = 0.8f;  // a comment line's text, in a line 1.05 cells 
 
 void ClassArc::addCommentLine(const String& text, float& y) {
     String shown = " " + text + " ";
-    DrawImageString* line = new DrawImageString(0, y, shown.size() * 0.4f, shown.asCharPointer(), stringColour);
+    DrawImageString* line =
+        new DrawImageString(0, y, shown.size() * 0.4f, shown.asCharPointer(), stringColour);
     line->height = LINE_HEIGHT;
     commentIcon()->add(*line);
     y += 1.05f;

@@ -11,9 +11,9 @@
 #include "trellis/drawicon.h"
 #include "trellis/form.h"
 #include "trellis/formdlg.h"
-#include "trellis/shell.h"
 #include "trellis/label.h"
 #include "trellis/scrollb.h"
+#include "trellis/shell.h"
 #include "trellis/text.h"
 
 DEFINE_ABSTRACT_CLASS(ParamEditor, Object, 1, 0)

@@ -1,9 +1,9 @@
 // Semantic: the base kind of drawing, the forwarders to the editor and the placing rules.
 #include "editor/semantic.h"
 
-#include <cstring>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
 
 #include "editor/chessbrd.h"
@@ -68,10 +68,9 @@ void Semantic::attachEditor(Object& ob) { editor = CAST(GraphEditor, &ob); }
 // ---------------------------------------------------------------- the menus
 
 void Semantic::setEditorSizes() {
-    attached().gui().setDrawSizes(integerResource("graphicEditorDrawWidth", 700),
-                                  integerResource("graphicEditorDrawHeight", 550),
-                                  integerResource("graphicEditorMinWidth", 450),
-                                  integerResource("graphicEditorMinHeight", 400));
+    attached().gui().setDrawSizes(
+        integerResource("graphicEditorDrawWidth", 700), integerResource("graphicEditorDrawHeight", 550),
+        integerResource("graphicEditorMinWidth", 450), integerResource("graphicEditorMinHeight", 400));
 }
 
 IconNode* Semantic::newIcon(const char*, int, int) { return new IconNode; }
@@ -102,7 +101,8 @@ const DocumentCommand documentCommands[] = {
 
 }  // namespace
 
-void Semantic::addCommand(OrderedCltn& cltn, const char* text, const char* mnemonic, const char* accelerator) {
+void Semantic::addCommand(OrderedCltn& cltn, const char* text, const char* mnemonic,
+                          const char* accelerator) {
     if (!*mnemonic && !*accelerator) {
         cltn.add(*new String(text));
         return;
@@ -120,7 +120,8 @@ void Semantic::commandNames(OrderedCltn& cltn) {
 }
 
 void Semantic::enableDocumentCommands(bool flag) {
-    for (const DocumentCommand& command : documentCommands) attached().gui().enableCommand(command.text, flag);
+    for (const DocumentCommand& command : documentCommands)
+        attached().gui().enableCommand(command.text, flag);
 }
 
 const char* Semantic::executeCommand(const char* name) {
@@ -300,7 +301,8 @@ OrderedCltn* Semantic::placeLink(IconArc& link, IconNode& from, IconNode& to, co
     return others;
 }
 
-IconNode* Semantic::relinkTarget(IconArc&, int, IconNode&, IconNode&, const FloatPoint&, const FloatPoint&, int) {
+IconNode* Semantic::relinkTarget(IconArc&, int, IconNode&, IconNode&, const FloatPoint&, const FloatPoint&,
+                                 int) {
     return 0;
 }
 

@@ -1,4 +1,5 @@
-// Semantic: what one kind of drawing means to the graph editor: its icons, links, commands, checks and dialogues.
+// Semantic: what one kind of drawing means to the graph editor: its icons, links, commands, checks and
+// dialogues.
 #ifndef EDITOR_SEMANTIC_H
 #define EDITOR_SEMANTIC_H
 
@@ -126,7 +127,8 @@ public:
 
 protected:
     // Appends a command row: a String, or an ArrayOb of text, mnemonic and accelerator.
-    static void addCommand(OrderedCltn& cltn, const char* text, const char* mnemonic, const char* accelerator);
+    static void addCommand(OrderedCltn& cltn, const char* text, const char* mnemonic,
+                           const char* accelerator);
 
 private:
     GraphEditor& attached() const;

@@ -1,4 +1,5 @@
-// Semantic: the pool of parameter dialogues, the comments of icons, and the picture of a drawing for documents.
+// Semantic: the pool of parameter dialogues, the comments of icons, and the picture of a drawing for
+// documents.
 #include <cstring>
 
 #include "editor/graphedt.h"
@@ -31,7 +32,9 @@ ParamEditor* Semantic::newParamEditor(IconNode& icon, const char* title, Ordered
     return new ParamEditor(parent, icon, labels, values, title);
 }
 
-int Semantic::modifyIcon(IconNode& icon, const char* title) { return openParamEditor(icon, *icon.isA(), title); }
+int Semantic::modifyIcon(IconNode& icon, const char* title) {
+    return openParamEditor(icon, *icon.isA(), title);
+}
 
 ParamEditor* Semantic::takeFromPool(const Class& cls) {
     Dictionary& pool = attached().paramPool();

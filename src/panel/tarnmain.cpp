@@ -8,10 +8,10 @@
 #include <iostream>
 #include <string>
 
-#include "interpreter/runner.h"
-#include "panel/designcl.h"
 #include "editor/fileedt.h"
 #include "editor/graphdrv.h"
+#include "interpreter/runner.h"
+#include "panel/designcl.h"
 #include "quill/cback.h"
 #include "quill/language.h"
 #include "quill/quillstr.h"

@@ -141,11 +141,13 @@ TEST_F(GraphEditorTest, theLockRefusesASecondEditorAndMovesOnSaveAs) {
     std::string lock = file.substr(0, file.rfind('/')) + "/editfile.tarn";
     ASSERT_TRUE(editor->gui().fileMenu().saveAs(file.c_str()));
     EXPECT_EQ(access(lock.c_str(), F_OK), 0);
-    EXPECT_EQ(std::string(GraphEditor::takeLock(file.c_str()).asCharPointer()), "\n\nThe file is already edited");
+    EXPECT_EQ(std::string(GraphEditor::takeLock(file.c_str()).asCharPointer()),
+              "\n\nThe file is already edited");
     ASSERT_TRUE(editor->gui().fileMenu().saveAs(moved.c_str()));
     EXPECT_EQ(GraphEditor::takeLock(file.c_str()).size(), 0u);  // free again: taken now by the test
     GraphEditor::dropLock(file.c_str());
-    EXPECT_EQ(std::string(GraphEditor::takeLock(moved.c_str()).asCharPointer()), "\n\nThe file is already edited");
+    EXPECT_EQ(std::string(GraphEditor::takeLock(moved.c_str()).asCharPointer()),
+              "\n\nThe file is already edited");
 }
 
 TEST_F(GraphEditorTest, modifyAndTransformChangeTheIconAndAreUndone) {
@@ -177,7 +179,7 @@ TEST_F(GraphEditorTest, anAreaSelectionMovesTogetherAndTheLinkBetweenKeepsItsSid
     IconNode* c = place(3.5, 12.5);
     IconArc* ab = link(3.5, 3.5, 9.5, 3.5);
     ASSERT_TRUE(a && b && c && ab);
-    drag(1.2, 1.2, 11.8, 5.8);  // over a and b, not c
+    drag(1.2, 1.2, 11.8, 5.8);                      // over a and b, not c
     EXPECT_EQ(editor->selectedIcons().size(), 3u);  // the link between joins them
     drag(3.5, 3.5, 3.5, 8.5);
     EXPECT_EQ(a->posY(), 8);

@@ -63,7 +63,8 @@ protected:
         for (QWidget* window : QApplication::topLevelWidgets()) {
             if (!window->isVisible() || (active && window != active)) continue;
             Object* widget = widgetOfHandle(window);
-            if (widget && widget != nil && widget->isKindOf(class_ParamDialog)) return static_cast<ParamDialog*>(widget);
+            if (widget && widget != nil && widget->isKindOf(class_ParamDialog))
+                return static_cast<ParamDialog*>(widget);
         }
         return nullptr;
     }
