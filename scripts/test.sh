@@ -1,16 +1,18 @@
 #!/usr/bin/env bash
 # Builds Tarn with its tests and runs them all; fails when any test fails.
 #   scripts/test.sh          build-test/, optimised with debug information, every test;
-#                            then build-asan/, the object core, numerics, systems and
-#                            language suites again under AddressSanitizer and UBSan
+#                            then build-asan/, the object core, numerics, systems,
+#                            language and editor suites again under AddressSanitizer and UBSan
 #   scripts/test.sh --plain  the first half only
 #   scripts/test.sh --asan   build-asan/, every test under the sanitizers
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-# The suites that need no window system, with the replayed fuzz corpus, which the
-# sanitizer pass repeats.
-core_suites=(quill_tests algebra_tests control_tests reverse_tests interpreter_tests fuzz_replay_tests)
+# The suites that need no window system, with the replayed fuzz corpus, and the
+# editors (offscreen), whose drawings own and share many objects: the sanitizer
+# pass repeats them.
+core_suites=(quill_tests algebra_tests control_tests reverse_tests interpreter_tests fuzz_replay_tests
+  editor_tests)
 
 mode=all
 for arg in "$@"; do

@@ -29,6 +29,13 @@ void nameEnd(ArrayOb& ends, IconNode& icon) { ends[0] = new String(icon.name());
 
 }  // namespace
 
+// The icons of a cut that did not reach the clipboard: the names they hold
+// for outside ends go first, while every member is still there.
+void GraphEditor::discardCut() {
+    for (unsigned i = 0; i < cut_icons.size(); ++i) dropNamedLinks(*CAST(IconNode, cut_icons.at(i)));
+    while (!cut_icons.isEmpty()) destroyIcon(CAST(IconNode, cut_icons.removeLast()));
+}
+
 // The icon with its companions, or the selection.
 OrderedCltn& GraphEditor::closure(OrderedCltn& icons) {
     if (icons.isEmpty()) icons.addContentsOf(select_icons);
@@ -52,7 +59,7 @@ OrderedCltn& GraphEditor::closure(OrderedCltn& icons) {
 
 void GraphEditor::cut(IconNode* icon) {
     QASSERT_TEXT(icon != nil || !select_icons.isEmpty(), "iconToCut != nil || !select_icons.isEmpty()");
-    while (!cut_icons.isEmpty()) destroyIcon(CAST(IconNode, cut_icons.removeLast()));
+    discardCut();
     OrderedCltn members;
     if (icon) members.add(*icon);
     closure(members);
@@ -64,7 +71,7 @@ void GraphEditor::cut(IconNode* icon) {
     cut_icons.addContentsOf(members);
     setChanged();
     if (writeToClipboard(cut_icons))
-        while (!cut_icons.isEmpty()) destroyIcon(CAST(IconNode, cut_icons.removeLast()));
+        discardCut();
     history_->end();
     updateEditMenu(1);
     gui_->redraw();
@@ -190,7 +197,9 @@ void GraphEditor::insertPasted(OrderedCltn& members, bool fromClipboard) {
             IconArc& link = *CAST(IconArc, members.at(i));
             updateLink(link, link.firstPoint(), link.lastPoint(), true, true);
         }
-    // Links go first: detaching one touches the nodes it joins.
+    // Names go while every reject is there; then links, since detaching one
+    // touches the nodes it joins.
+    for (unsigned i = 0; i < rejects.size(); ++i) dropNamedLinks(*CAST(IconNode, rejects.at(i)));
     OrderedCltn nodes;
     while (!rejects.isEmpty()) {
         IconNode* icon = CAST(IconNode, rejects.removeFirst());

@@ -62,9 +62,9 @@ GraphEditor::GraphEditor(CppWidget* topLevel, const char* semanticClass, const c
     semantic_->linkNames(links);
     semantic_->commandNames(commands);
     gui_->buildMenus(icons, links, commands);
-    icons.deleteContents();
-    links.deleteContents();
-    commands.deleteContents();
+    for (OrderedCltn* names : {&icons, &links, &commands}) {
+        while (!names->isEmpty()) deepDelete(names->removeLast());
+    }
     connectEvents();
     semantic_->setEditorSizes();
     changeBoardExtent();
@@ -102,7 +102,7 @@ GraphEditor::~GraphEditor() noexcept(false) {
     OrderedCltn icons;
     icons.addContentsOf(*icon_cltn);
     for (unsigned i = 0; i < icons.size(); ++i) destroyIcon(CAST(IconNode, icons.at(i)));
-    while (!cut_icons.isEmpty()) destroyIcon(CAST(IconNode, cut_icons.removeLast()));
+    discardCut();
     resizeTargets.deleteContents();
     delete icon_cltn;
     delete board_;
@@ -225,7 +225,6 @@ void GraphEditor::destroyIcon(IconNode* icon) {
     dropSame(modify_icons, *icon);
     modifySteps.erase(icon);
     closeCommentOf(*icon);
-    dropNamedLinks(*icon);
     icon->release();
     if (icon->isKindOf(class_IconArc))
         semantic_->deleteLink(CAST(IconArc, icon));

@@ -229,6 +229,7 @@ private:
     void detachOutsideLinks(OrderedCltn& members);
     bool attachPastedLink(IconArc& link, OrderedCltn& rejects);
     void insertPasted(OrderedCltn& members, bool fromClipboard);
+    void discardCut();
 
     // Puts back icons stored by fragmentText, with their names and places.
     void restoreFragment(const char* text);

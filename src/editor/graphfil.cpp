@@ -127,6 +127,12 @@ String GraphEditor::takeLock(const char* fileName) {
 void GraphEditor::dropLock(const char* fileName) {
     if (!fileName || !*fileName) return;
     String file = fullName(fileName);
+    Dictionary& editors = editorsOfFiles();
+    if (editors.includesKey(file)) {
+        Object* key = CAST(LookupKey, editors.assocAt(file))->key();
+        delete editors.removeKey(file);
+        delete key;
+    }
     String lockFile = lockFileOf(file.asCharPointer());
     if (access(lockFile.asCharPointer(), R_OK | W_OK) != 0) {
         std::cerr << "Cannot read and write file " << lockFile << std::endl;
@@ -143,12 +149,6 @@ void GraphEditor::dropLock(const char* fileName) {
     else
         writeLocks(lockFile, *locks);
     deleteLocks(locks);
-    Dictionary& editors = editorsOfFiles();
-    if (editors.includesKey(file)) {
-        Object* key = CAST(LookupKey, editors.assocAt(file))->key();
-        delete editors.removeKey(file);
-        delete key;
-    }
 }
 
 GraphEditor* GraphEditor::editorOfFile(const char* fileName) {

@@ -77,6 +77,12 @@ TEST_F(GraphEditorTest, cutAndPasteCarryLinksAndDropThoseWhoseEndIsGone) {
     out.removeAll();
     ASSERT_EQ(a->toLinks(out).size(), 1u);
     EXPECT_EQ(CAST(IconArc, out.at(0))->to()->name(), iconAt(12.5, 3.5)->name());
+    edit("Undo");  // the paste
+    EXPECT_EQ(count(), 1u);
+    edit("Undo");  // the cut: b and its link are back, joined to a
+    EXPECT_EQ(count(), 3u);
+    out.removeAll();
+    EXPECT_EQ(a->toLinks(out).size(), 1u);
 
     // With a gone, the pasted link has no start: it is dropped, b stays.
     click(12.5, 3.5, 3);
