@@ -117,7 +117,8 @@ ButtonMenu* GraphEdtGui::bottomChoice(CppForm& box, CppWidget*& before, const ch
 
 void GraphEdtGui::buildMenus(const OrderedCltn& iconNames, const OrderedCltn& linkNames,
                              const OrderedCltn& commandNames) {
-    for (unsigned i = 0; i < commandNames.size(); ++i) option->addChoice(commandEntry(commandNames.at(i)).asCharPointer());
+    for (unsigned i = 0; i < commandNames.size(); ++i)
+        option->addChoice(commandEntry(commandNames.at(i)).asCharPointer());
     addEntries(links->menu(), linkNames);
     if (!linkNames.isEmpty()) setCurrentLink(textOf(linkNames.at(0)));
     buildIconMenu(iconNames);
@@ -202,7 +203,10 @@ void GraphEdtGui::iconChosen(Cback& cb) {
     MotifMenu& menu = *CAST(MotifMenu, cb.owner);
     String name = menu.choiceOf(cb);
     bool top = &menu == &icons->menu();
-    if (top && name == "Icons Palette") return paletteDialog->popup();
+    if (top && name == "Icons Palette") {
+        paletteDialog->popup();
+        return;
+    }
     if (!top || name != "Paste") {
         menuIndex_ = iconMenus.indexOfSame(menu);
         iconIndex_ = choiceIdentifier(cb) - 1;
