@@ -53,6 +53,18 @@ OrderedCltn& presentLinks(const ArrayOb& slots, OrderedCltn& cltn) {
     return cltn;
 }
 
+float setAbove0(float& field, float v) {
+    float former = field;
+    if (v > 0) field = v;
+    return former;
+}
+
+int setUnlessKept(int& field, int flag) {
+    int former = field;
+    if (flag != -1) field = flag;
+    return former;
+}
+
 // Cuts the trailing nils off, keeping two slots at least.
 ArrayOb* compacted(Object* read) {
     ArrayOb* slots = CAST(ArrayOb, read);
@@ -66,56 +78,18 @@ ArrayOb* compacted(Object* read) {
 
 DEFINE_CLASS(IconNode, LookupKey, 2, giveDefaultColours)
 
-IconNode::IconNode()
-    : LookupKey(*new String),
-      from_icons(new ArrayOb(2)),
-      to_icons(new ArrayOb(2)),
-      deletable(1),
-      movable(1),
-      scaleWidth(1.0f),
-      fontScale(0.1f),
-      scaleHeight(1.0f),
-      canScale_(0),
-      canScaleFont_(0) {
+IconNode::IconNode() : LookupKey(*new String), from_icons(new ArrayOb(2)), to_icons(new ArrayOb(2)) {
     nameByIdentity();
     makePictures();
     initMetaData();
 }
 
-IconNode::IconNode(std::istream& is, Object* where)
-    : LookupKey(is, where),
-      compositeIcon_(0),
-      geoIcon_(0),
-      iconLabel_(0),
-      commentIcon_(0),
-      from_icons(0),
-      to_icons(0),
-      deletable(1),
-      movable(1),
-      scaleWidth(1.0f),
-      fontScale(0.1f),
-      scaleHeight(1.0f),
-      canScale_(0),
-      canScaleFont_(0) {
+IconNode::IconNode(std::istream& is, Object* where) : LookupKey(is, where) {
     readFields(is);
     initMetaData();
 }
 
-IconNode::IconNode(BinIstream& is, Object* where)
-    : LookupKey(is, where),
-      compositeIcon_(0),
-      geoIcon_(0),
-      iconLabel_(0),
-      commentIcon_(0),
-      from_icons(0),
-      to_icons(0),
-      deletable(1),
-      movable(1),
-      scaleWidth(1.0f),
-      fontScale(0.1f),
-      scaleHeight(1.0f),
-      canScale_(0),
-      canScaleFont_(0) {
+IconNode::IconNode(BinIstream& is, Object* where) : LookupKey(is, where) {
     readFields(is);
     initMetaData();
 }
@@ -264,22 +238,6 @@ int IconNode::posX() const { return int(compositeIcon_->x); }
 int IconNode::posY() const { return int(compositeIcon_->y); }
 void IconNode::setPosX(int x) { compositeIcon_->x = float(x); }
 void IconNode::setPosY(int y) { compositeIcon_->y = float(y); }
-
-namespace {
-
-float setAbove0(float& field, float v) {
-    float former = field;
-    if (v > 0) field = v;
-    return former;
-}
-
-int setUnlessKept(int& field, int flag) {
-    int former = field;
-    if (flag != -1) field = flag;
-    return former;
-}
-
-}  // namespace
 
 float IconNode::iconWidth(float v) { return setAbove0(scaleWidth, v); }
 float IconNode::iconHeight(float v) { return setAbove0(scaleHeight, v); }

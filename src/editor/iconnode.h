@@ -151,21 +151,21 @@ private:
     void makePictures();
     void takeOutLabelAndComment();
 
-    CompositeIcon* compositeIcon_;
-    OrderedCltn* geoIcon_;
-    DrawString* iconLabel_;
-    CompositeIcon* commentIcon_;
+    CompositeIcon* compositeIcon_ = 0;
+    OrderedCltn* geoIcon_ = 0;
+    DrawString* iconLabel_ = 0;
+    CompositeIcon* commentIcon_ = 0;
     String helpText_;
-    ArrayOb* from_icons;
-    ArrayOb* to_icons;
+    ArrayOb* from_icons = 0;
+    ArrayOb* to_icons = 0;
     String comment_;
-    int deletable;
-    int movable;
-    float scaleWidth;
-    float fontScale;
-    float scaleHeight;
-    int canScale_;
-    int canScaleFont_;
+    int deletable = 1;
+    int movable = 1;
+    float scaleWidth = 1.0f;
+    float fontScale = 0.1f;
+    float scaleHeight = 1.0f;
+    int canScale_ = 0;
+    int canScaleFont_ = 0;
     OrderedCltn metaDataCltn_;
 };
 
