@@ -76,7 +76,8 @@ public:
     void setModified(bool flag);
     bool modified() const;
     // Reads the drawing (an ArrayOb) and raises GraphEdtGuiLoad, or
-    // GraphEdtGuiNew with the reader's message shown.
+    // GraphEdtGuiNew with the reader's message shown; unless silent the box
+    // "Opening " + name comes first. Answers whether a drawing was read.
     bool openFile(const char* name, bool silent = false);
     // Inside GraphEdtGuiSave: writes the drawing into the file being saved.
     bool store(const Object& drawing);
@@ -118,7 +119,7 @@ public:
                    bool mayCut, bool mayCopy, bool mayResize);
     void popupCanvas();
     void popupTransform(const OrderedCltn& names);
-    // The popup that is open, or null: tests choose its entries.
+    // The last popup, or null: tests choose its entries.
     PopupMenu* openPopup() const { return popup; }
 
     // Menu entries: the edit menu's by name, and the command menu's.
@@ -133,7 +134,9 @@ public:
     // The palette "IconDialog", built with the menus.
     FormDialog* palette() const { return paletteDialog; }
 
-    // The choices of the bottom box.
+    // The choices of the bottom box. The current icon's place: its entry in
+    // its menu, and its submenu's place among the icon names, -1 for the
+    // top level; at the top level both count the icon names.
     const String& currentIcon() const { return iconName; }
     int iconIndex() const { return iconIndex_; }
     int menuIndex() const { return menuIndex_; }
@@ -146,7 +149,9 @@ public:
     void setCurrentLink(const char* name);
 
     bool isReadOnly() const { return readOnly; }
-    // The editor is in a critical action: menus refuse.
+    // The editor is in a critical action: the edit, command and icon menus
+    // refuse, the file menu offers to clear the mark (GraphEdtGuiReset), the
+    // window does not close.
     void setBusy(bool flag) { busy = flag; }
     bool isBusy() const { return busy; }
     void setShowerChildren(bool flag) { showerChildren = flag; }

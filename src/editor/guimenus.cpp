@@ -203,7 +203,10 @@ void GraphEdtGui::iconChosen(Cback& cb) {
     MotifMenu& menu = *CAST(MotifMenu, cb.owner);
     String name = menu.choiceOf(cb);
     bool top = &menu == &icons->menu();
-    if (top && name == "Icons Palette") return paletteDialog->popup();
+    if (top && name == "Icons Palette") {
+        paletteDialog->popup();
+        return;
+    }
     if (!top || name != "Paste") {
         menuIndex_ = iconMenus.indexOfSame(menu);
         iconIndex_ = choiceIdentifier(cb) - 1;

@@ -17,6 +17,7 @@
 #include "quill/integer.h"
 #include "trellis/button.h"
 #include "trellis/dispatch.h"
+#include "trellis/drawarea.h"
 #include "trellis/filemenu.h"
 #include "trellis/form.h"
 #include "trellis/formdlg.h"
@@ -209,6 +210,22 @@ TEST_F(GraphGuiTest, menusFromTheDrawingsNames) {
     EXPECT_EQ((std::vector<std::string>{"GraphEdtGuiOpti:Create Document (ASCII)", "GraphEdtGuiIcon:Out",
                                         "GraphEdtGuiIcon:Block", "GraphEdtGuiIcon:Paste"}),
               journal);
+}
+
+TEST_F(GraphGuiTest, theViewFollowsTheWheelAndADragNearTheEdge) {
+    gui->setWorld(FloatRect(0, 0, 100, 100));
+    DrawArea& area = gui->drawArea();
+    area.raisePointer(WheelGraphic, FloatPoint(10, 10), 0, 0, 1);
+    EXPECT_DOUBLE_EQ(1, gui->zoom());
+    // With Control the zoom grows and the point under the pointer stays there.
+    area.raisePointer(WheelGraphic, FloatPoint(10, 10), 0, PointerState::CONTROL_MASK, 1);
+    EXPECT_DOUBLE_EQ(1.25, gui->zoom());
+    EXPECT_EQ(FloatPoint(2, 2), area.origin());
+    const FloatRect& seen = area.transl().world();
+    FloatPoint beyond(seen.x() + seen.width() + 3, 5);
+    gui->ensureVisible(beyond);
+    EXPECT_LT(beyond.x(), area.transl().world().x() + area.transl().world().width());
+    EXPECT_EQ(2, area.origin().y());
 }
 
 TEST_F(GraphGuiTest, resizeDialogOffsetsTheValuesAndAppliesIncrements) {
