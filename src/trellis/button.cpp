@@ -16,21 +16,23 @@ Symbol ToggleButtonChanged("ToggleButtonChanged");
 
 CppCommand::CppCommand(const char* name, CppWidget* parent, const char* label, bool managed)
     : CppPrimitive(name, parent, managed) {
-    QPushButton* button = new QPushButton(toQt(label ? label : name), parentContainer());
+    QPushButton* button = new QPushButton(toQtLabel(label ? label : name), parentContainer());
     button->setAutoDefault(false);
     setHandle(button);
     QObject::connect(button, &QPushButton::clicked, [this] { cbackOn(CppCommandPressed); });
 }
 
-void CppCommand::setLabel(const char* label) { static_cast<QPushButton*>(handle())->setText(toQt(label)); }
+void CppCommand::setLabel(const char* label) { static_cast<QPushButton*>(handle())->setText(toQtLabel(label)); }
 
-String CppCommand::label() const { return fromQt(static_cast<QPushButton*>(handle())->text()); }
+String CppCommand::label() const {
+    return fromQt(static_cast<QPushButton*>(handle())->text().replace("&& ", "& "));
+}
 
 void CppCommand::press() { static_cast<QPushButton*>(handle())->click(); }
 
 ToggleButton::ToggleButton(const char* name, CppWidget* parent, const char* label, bool radio)
     : CppPrimitive(name, parent) {
-    QString text = toQt(label ? label : name);
+    QString text = toQtLabel(label ? label : name);
     QAbstractButton* button = radio ? static_cast<QAbstractButton*>(new QRadioButton(text, parentContainer()))
                                     : static_cast<QAbstractButton*>(new QCheckBox(text, parentContainer()));
     setHandle(button);
@@ -45,5 +47,5 @@ bool ToggleButton::state() const { return static_cast<QAbstractButton*>(handle()
 void ToggleButton::setState(bool on) { static_cast<QAbstractButton*>(handle())->setChecked(on); }
 
 void ToggleButton::setLabel(const char* label) {
-    static_cast<QAbstractButton*>(handle())->setText(toQt(label));
+    static_cast<QAbstractButton*>(handle())->setText(toQtLabel(label));
 }

@@ -9,5 +9,8 @@
 inline QString toQt(const char* text) { return QString::fromUtf8(text ? text : ""); }
 inline QString toQt(const String& text) { return QString::fromUtf8(text.asCharPointer(), int(text.size())); }
 inline String fromQt(const QString& text) { return String(text.toUtf8().constData()); }
+// A button's label: "&" marks the mnemonic, but one followed by a blank
+// ("Black & White") is the character itself.
+inline QString toQtLabel(const char* text) { return toQt(text).replace("& ", "&& "); }
 
 #endif
