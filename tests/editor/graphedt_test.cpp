@@ -2,6 +2,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QPlainTextEdit>
+#include <QPointer>
 #include <fstream>
 
 #include "graphtest.h"
@@ -238,4 +240,24 @@ TEST(SemanticTest, placingRulesKeepIconsOnTheBoardAndNamesUnique) {
     EXPECT_FLOAT_EQ(arrow.lastPoint().x(), 29.99f);  // clamped inside the board
     EXPECT_STREQ(semantic.canLinkFrom(arrow, arrow, FloatPoint(1, 1)),
                  "Link icon cannot be the from icon for another link");
+}
+
+// The comment window of an icon: what is typed is the icon's comment, and the
+// window goes with the icon.
+TEST_F(GraphEditorTest, aCommentWindowWritesTheCommentAndClosesWithItsIcon) {
+    IconNode* a = place(5.5, 5.5);
+    ASSERT_TRUE(a);
+    editor->gui().choiceMenu().menu().choose("Comment");
+    doubleClick(5.5, 5.5);
+    QPlainTextEdit* text = nullptr;
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window->windowTitle().contains("Comment of IconNode"))
+            text = window->findChild<QPlainTextEdit*>();
+    ASSERT_TRUE(text);
+    text->setPlainText("the plant");
+    EXPECT_STREQ(a->comment().asCharPointer(), "the plant");
+    QPointer<QWidget> window = text->window();
+    click(5.5, 5.5, 3);
+    editor->gui().openPopup()->choose("Cut");
+    EXPECT_TRUE(window.isNull() || !window->isVisible());
 }
