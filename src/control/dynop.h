@@ -169,7 +169,7 @@ protected:
     // The number that isUnstablePole judges for the eigenvalue re + j im: the real part here, the
     // magnitude in discrete time.
     virtual double stabilityValue(double re, double im) const { return (void)im, re; }
-    // The largest singular value of C (zI - A)^-1 B + D at z = re + j im.
+    // The largest singular value of C (zI - A)^-1 B + D at z = re + j im; infinite at a pole.
     double gainAt(double re, double im) const;
     void printHeader(std::ostream& os) const;
 

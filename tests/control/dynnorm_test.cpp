@@ -85,6 +85,13 @@ TEST(DynOpNormTest, HinfSpecialCases) {
     EXPECT_NEAR(value, sweptPeak(s), 0.02 * value);
 }
 
+TEST(DynOpNormTest, GainAtAnUndampedPoleIsInfiniteNotFinite) {
+    // 1 / (s^2 + 1): the solve at s = j is exactly singular.
+    DynOp s(mat(2, 2, {0, 1, -1, 0}), mat(2, 1, {0, 1}), mat(1, 2, {1, 0}), Matrix(0, 0));
+    EXPECT_EQ(s.singularValueAt(1.0), HUGE_VAL);
+    EXPECT_NEAR(s.singularValueAt(2.0), 1.0 / 3.0, 1e-15);
+}
+
 TEST(DynOpNormTest, StabilityUsesThePoleTolerance) {
     auto pole = [](double p) { return DynOp(mat(1, 1, {p}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0)); };
     EXPECT_FALSE(pole(-1e-7).isStable());
