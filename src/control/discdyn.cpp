@@ -84,7 +84,7 @@ const char* DiscDynOp::typeName() const { return "Discrete-time System"; }
 
 SchurSelect DiscDynOp::selectFunction() const { return selectInsideCircle; }
 
-double DiscDynOp::stabilityValue(double re, double im) const { return std::hypot(re, im); }
+double DiscDynOp::stabilityValue(double re, double im) const { return std::hypot(re, im) - 1.0; }
 
 bool DiscDynOp::isUnstablePole(double value, double tolerance) const {
     return std::fabs(value) > 1.0 - tolerance;

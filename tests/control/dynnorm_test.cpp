@@ -153,6 +153,16 @@ TEST(DynOpNormTest, StabilizablePartKeepsUnstableUncontrollablePoles) {
     EXPECT_EQ(oneUnstable.stabilizableSubSystem(0, T, 1e-9, 1e-6).order(), 2u);
 }
 
+TEST(DynOpNormTest, StabilizablePartKeepsUncontrollableIntegratorsAndUndampedModes) {
+    Matrix T;
+    // Controllable -1; uncontrollable 0 (an integrator), +-2j (undamped) and -5 (dropped).
+    DynOp s(mat(5, 5, {-1, 1, 1, 1, 1, 0, 0, 1, 0, 1, 0, 0, 0, 2, 1, 0, 0, -2, 0, 1, 0, 0, 0, 0, -5}),
+            mat(5, 1, {1, 0, 0, 0, 0}), mat(1, 5, {1, 1, 1, 1, 1}), Matrix(0, 0));
+    DynOp kept = s.stabilizableSubSystem(0, T, 1e-9, 1e-6);
+    ASSERT_EQ(kept.order(), 4u);
+    EXPECT_NEAR(Algebra().trace(kept.getA()), -1.0, 1e-9);  // the poles -1, 0, 2j, -2j
+}
+
 TEST(DynOpNormTest, BalancedRealizationGivesTheHankelSingularValues) {
     DynOp s = randomStable(6, 2, 2, 11);
     Matrix lambda = Algebra().computeEigenvalues(s.contrGramian() * s.obsGramian());
