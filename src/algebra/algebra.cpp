@@ -80,11 +80,13 @@ Vector Algebra::svd(Matrix& A, Matrix& U, Matrix& VT, bool wantVectors) {
     return s;
 }
 
-Matrix Algebra::solve(const Matrix& A, const Matrix& B) {
+Matrix Algebra::solve(const Matrix& A, const Matrix& B, bool* singular) {
     requireSquare(A, "solve");
     if (B.rowNumber() != A.rowNumber()) A.dimensionError("solve", B.rowNumber(), B.columnNumber());
     Matrix x(B.rowNumber(), B.columnNumber());
-    lapackSolve(int(A.rowNumber()), int(B.columnNumber()), A.elements(), B.elements(), x.elements());
+    int info =
+        lapackSolve(int(A.rowNumber()), int(B.columnNumber()), A.elements(), B.elements(), x.elements());
+    if (singular) *singular = info > 0;
     return x;
 }
 

@@ -54,8 +54,9 @@ public:
     // Singular values of A (overwritten), min(m, n) of them; U, VT set when wanted.
     Vector svd(Matrix& A, Matrix& U, Matrix& VT, bool wantVectors);
     Vector svd(CMatrix& A, CMatrix& U, CMatrix& VT, bool wantVectors);  // cmatrix.cpp
-    // Solution X of A X = B; A and B are left as they are.
-    Matrix solve(const Matrix& A, const Matrix& B);
+    // Solution X of A X = B; A and B are left as they are. singular, when given, is set when A is
+    // exactly singular, X then being meaningless.
+    Matrix solve(const Matrix& A, const Matrix& B, bool* singular = nullptr);
 
     // --- Direct solvers and factorisations ---
     Matrix computeEigenvalues(const Matrix& A, bool isSchur = false);

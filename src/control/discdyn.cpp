@@ -84,7 +84,7 @@ const char* DiscDynOp::typeName() const { return "Discrete-time System"; }
 
 SchurSelect DiscDynOp::selectFunction() const { return selectInsideCircle; }
 
-double DiscDynOp::stabilityValue(double re, double im) const { return std::hypot(re, im); }
+double DiscDynOp::stabilityValue(double re, double im) const { return std::hypot(re, im) - 1.0; }
 
 bool DiscDynOp::isUnstablePole(double value, double tolerance) const {
     return std::fabs(value) > 1.0 - tolerance;
@@ -123,7 +123,8 @@ Matrix DiscDynOp::poles() const {
         table(i, 1) = im;
         table(i, 2) = magnitude;
         table(i, 3) = !pair && magnitude < tollPoles ? -100000.0 : std::log(magnitude) / T;
-        double frequency = std::atan(std::fabs(im / re)) / T;
+        // A real pole has no frequency, also at z = 0 where im / re is 0 / 0.
+        double frequency = im == 0.0 ? 0.0 : std::atan(std::fabs(im / re)) / T;
         table(i, 4) = pair && im < 0.0 ? -frequency : frequency;
     }
     return table;

@@ -112,7 +112,10 @@ double DynOp::gainAt(double re, double im) const {
     unsigned n = order_;
     Matrix shifted = Matrix::diagonal(n, re) - A, turn = Matrix::diagonal(n, im);
     Matrix M = stack(sideBySide(shifted, -turn), sideBySide(turn, shifted));
-    Matrix X = numerics().solve(M, stack(B, Matrix(n, inputNumber_)));
+    bool singular = false;
+    Matrix X = numerics().solve(M, stack(B, Matrix(n, inputNumber_)), &singular);
+    // At a pole on the contour the transfer is unbounded, as inv's infinities say elsewhere.
+    if (singular) return HUGE_VAL;
     Matrix real = C * block(X, 0, 0, n, inputNumber_) + D, imaginary = C * block(X, n, 0, n, inputNumber_);
     return CMatrix(real, imaginary).maxSingularValue();
 }

@@ -166,10 +166,10 @@ protected:
     // The factor of the gramian of (A, L): the continuous Lyapunov equation here, the discrete
     // one in discrete time.
     virtual Matrix gramianFactor(const Matrix& L) const;
-    // The number that isUnstablePole judges for the eigenvalue re + j im: the real part here, the
-    // magnitude in discrete time.
+    // How far the eigenvalue re + j im lies beyond the stability boundary: the real part here, the
+    // magnitude less 1 in discrete time; selectUnstablePoles selects those above -tolerance.
     virtual double stabilityValue(double re, double im) const { return (void)im, re; }
-    // The largest singular value of C (zI - A)^-1 B + D at z = re + j im.
+    // The largest singular value of C (zI - A)^-1 B + D at z = re + j im; infinite at a pole.
     double gainAt(double re, double im) const;
     void printHeader(std::ostream& os) const;
 

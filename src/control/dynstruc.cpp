@@ -90,14 +90,15 @@ unsigned DynOp::observableOrder(const IntArray* rows, double tolerance, bool pri
 
 namespace {
 
-// The Schur selection of stabilizableSubSystem: the eigenvalues its owner judges unstable.
+// The Schur selection of stabilizableSubSystem: the eigenvalues selectUnstablePoles of its owner
+// would select, integrators and undamped modes included, since no feedback moves them either.
 const DynOp* judge = 0;
 double judgeTolerance = 0.0;
 
 }  // namespace
 
 int DynOp::selectUnstable(const double* re, const double* im) {
-    return judge->isUnstablePole(judge->stabilityValue(*re, *im), judgeTolerance) ? 1 : 0;
+    return judge->stabilityValue(*re, *im) > -judgeTolerance ? 1 : 0;
 }
 
 // The controllable part and, behind it, the uncontrollable states whose poles are unstable, which

@@ -101,6 +101,12 @@ TEST(DiscDynOpTest, PoleTableGivesContinuousDecayAndFrequency) {
     }
 }
 
+TEST(DiscDynOpTest, PoleAtTheOriginHasNoNaNInTheTable) {
+    // z = 0 is s = log(z) / T = -infinity: the table's decay for it, and no frequency.
+    DiscDynOp s(mat(1, 1, {0}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0), 0.1);
+    EXPECT_TRUE(s.poles().isEqual(mat(1, 5, {0, 0, 0, -100000, 0})));
+}
+
 TEST(DiscDynOpTest, NormsAgreeWithTheUnitCircle) {
     // 1/(z - a): H2 norm 1/sqrt(1 - a^2), peak 1/(1 - |a|).
     for (double a : {0.5, -0.9, 0.99}) {

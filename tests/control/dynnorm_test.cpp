@@ -85,6 +85,13 @@ TEST(DynOpNormTest, HinfSpecialCases) {
     EXPECT_NEAR(value, sweptPeak(s), 0.02 * value);
 }
 
+TEST(DynOpNormTest, GainAtAnUndampedPoleIsInfiniteNotFinite) {
+    // 1 / (s^2 + 1): the solve at s = j is exactly singular.
+    DynOp s(mat(2, 2, {0, 1, -1, 0}), mat(2, 1, {0, 1}), mat(1, 2, {1, 0}), Matrix(0, 0));
+    EXPECT_EQ(s.singularValueAt(1.0), HUGE_VAL);
+    EXPECT_NEAR(s.singularValueAt(2.0), 1.0 / 3.0, 1e-15);
+}
+
 TEST(DynOpNormTest, StabilityUsesThePoleTolerance) {
     auto pole = [](double p) { return DynOp(mat(1, 1, {p}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0)); };
     EXPECT_FALSE(pole(-1e-7).isStable());
@@ -144,6 +151,16 @@ TEST(DynOpNormTest, StabilizablePartKeepsUnstableUncontrollablePoles) {
     EXPECT_EQ(partlyBlind().stabilizableSubSystem(0, T, 1e-9, 1e-6).order(), 2u);
     DynOp oneUnstable(mat(2, 2, {-1, 0, 0, 3}), mat(2, 1, {1, 0}), mat(1, 2, {1, 1}), Matrix(0, 0));
     EXPECT_EQ(oneUnstable.stabilizableSubSystem(0, T, 1e-9, 1e-6).order(), 2u);
+}
+
+TEST(DynOpNormTest, StabilizablePartKeepsUncontrollableIntegratorsAndUndampedModes) {
+    Matrix T;
+    // Controllable -1; uncontrollable 0 (an integrator), +-2j (undamped) and -5 (dropped).
+    DynOp s(mat(5, 5, {-1, 1, 1, 1, 1, 0, 0, 1, 0, 1, 0, 0, 0, 2, 1, 0, 0, -2, 0, 1, 0, 0, 0, 0, -5}),
+            mat(5, 1, {1, 0, 0, 0, 0}), mat(1, 5, {1, 1, 1, 1, 1}), Matrix(0, 0));
+    DynOp kept = s.stabilizableSubSystem(0, T, 1e-9, 1e-6);
+    ASSERT_EQ(kept.order(), 4u);
+    EXPECT_NEAR(Algebra().trace(kept.getA()), -1.0, 1e-9);  // the poles -1, 0, 2j, -2j
 }
 
 TEST(DynOpNormTest, BalancedRealizationGivesTheHankelSingularValues) {

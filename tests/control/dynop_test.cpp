@@ -228,6 +228,40 @@ TEST(DynOpTest, PlaceGivesTheDesiredPoles) {
     EXPECT_TRUE(none.isEqual(Matrix()));
 }
 
+TEST(DynOpTest, PlaceWithOneInputGivesRepeatedPolesNotNoise) {
+    // A chain of n integrators fed at its end: K holds the desired characteristic polynomial's
+    // coefficients, lowest power first.
+    for (unsigned multiplicity : {2u, 3u})
+        for (unsigned n = 2; n <= 10; ++n) {
+            Matrix A(n, n), b(n, 1), desired(n, 2);
+            for (unsigned i = 0; i + 1 < n; ++i) A(i, i + 1) = 1.0;
+            b(n - 1, 0) = 1.0;
+            std::vector<double> coefficients = {1.0};  // highest power first
+            for (unsigned i = 0; i < n; ++i) {
+                desired(i, 0) = -1.0 - double(i / multiplicity);
+                coefficients.push_back(0.0);
+                for (size_t j = coefficients.size() - 1; j > 0; --j)
+                    coefficients[j] -= desired(i, 0) * coefficients[j - 1];
+            }
+            DynOp chain(A, b, b.transpose(), Matrix(0, 0));
+            Matrix K;
+            EXPECT_EQ(consoleOf([&] { K = chain.place(desired); }), "") << n;
+            for (unsigned i = 0; i < n; ++i)
+                EXPECT_NEAR(K(0, i), coefficients[n - i], 1e-6 * coefficients[n - i])
+                    << multiplicity << n << i;
+        }
+}
+
+TEST(DynOpTest, PlaceWarnsWhenItMissesThePoles) {
+    // Two inputs cannot give a triple pole with three eigenvectors.
+    DynOp s(mat(3, 3, {0, 1, 0, 0, 0, 1, 0, 0, 0}), mat(3, 2, {0, 0, 1, 0, 0, 1}), mat(1, 3, {1, 0, 0}),
+            Matrix(0, 0));
+    EXPECT_EQ(consoleOf([&] {
+                  s.place(mat(3, 2, {-1, 0, -1, 0, -1, 0}));
+              }).rfind("Warning, the placed poles miss the desired ones, relative distance up to ", 0),
+              0u);
+}
+
 TEST(DynOpTest, PrintsItsShapeAndMatrices) {
     std::ostringstream dynamic, gain;
     dynamic << DynOp(mat(1, 1, {-1}), mat(1, 1, {1}), mat(1, 1, {2}), Matrix(0, 0));
