@@ -78,6 +78,10 @@ DiscDynOp& DiscDynOp::operator=(const DiscDynOp& s) {
     return *this;
 }
 
+std::unique_ptr<DynOp> DiscDynOp::inTimeDomain(const DynOp& s) const {
+    return std::make_unique<DiscDynOp>(s, true, samplingTime);
+}
+
 // Stability
 
 const char* DiscDynOp::typeName() const { return "Discrete-time System"; }
@@ -154,7 +158,9 @@ void DiscDynOp::cleanPolesInZero(double tolerance) {
 
 // Norms and frequency gains
 
-Matrix DiscDynOp::gramianFactor(const Matrix& L) const { return numerics().steinFactor(A, L); }
+Matrix DiscDynOp::gramianFactor(const Matrix& a, const Matrix& L) const {
+    return numerics().steinFactor(a, L);
+}
 
 double DiscDynOp::singularValueAt(double w) const {
     double angle = w * period();

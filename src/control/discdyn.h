@@ -7,8 +7,7 @@
 
 extern Class class_DiscDynOp;
 
-// The compositions of DynOp give DynOp results; wrap turns them into systems of this sampling
-// time. A sampling time that is not positive counts as 1 at the frequency points.
+// A sampling time that is not positive counts as 1 at the frequency points.
 class DiscDynOp : public DynOp {
     DECLARE_MEMBERS(DiscDynOp)
 public:
@@ -31,7 +30,6 @@ public:
     DiscDynOp& operator=(const DiscDynOp& s);
 
     double getSamplingTime() const { return samplingTime; }
-    DiscDynOp wrap(const DynOp& s) const { return DiscDynOp(s, true, samplingTime); }
 
     void selectUnstablePoles(const Matrix& poles, IntArray& list, double tolerance) const override;
     Matrix splitBlock(const Matrix& block, double tolerance) const override;
@@ -55,9 +53,10 @@ public:
 
     bool isDiscreteTime() const override { return true; }
     double samplingTimeOf() const override { return samplingTime; }
+    std::unique_ptr<DynOp> inTimeDomain(const DynOp& s) const override;
 
 protected:
-    Matrix gramianFactor(const Matrix& L) const override;
+    Matrix gramianFactor(const Matrix& a, const Matrix& L) const override;
     double stabilityValue(double re, double im) const override;
     // The sampling time used at the frequency points.
     double period() const { return samplingTime > 0.0 ? samplingTime : 1.0; }

@@ -39,18 +39,21 @@ void DynOp::selectUnstablePoles(const Matrix& poles, IntArray& list, double tole
 
 // Gramians
 
-Matrix DynOp::gramianFactor(const Matrix& L) const { return numerics().lyapFactor(A, L); }
+Matrix DynOp::gramianFactor(const Matrix& a, const Matrix& L) const { return numerics().lyapFactor(a, L); }
 
-Matrix DynOp::gramianOf(Matrix* factor) const {
+Matrix DynOp::gramianOfPair(const Matrix& a, const Matrix& L, Matrix* factor) const {
     if (isStatic) return Matrix(0, 0);
-    Matrix R = gramianFactor(C);
+    Matrix R = gramianFactor(a, L);
     if (factor) *factor = R;
     return R.transpose() * R;
 }
 
+Matrix DynOp::gramianOf(Matrix* factor) const { return gramianOfPair(A, C, factor); }
+
 Matrix DynOp::obsGramian() const { return gramianOf(); }
 
-Matrix DynOp::contrGramian() const { return transpose().gramianOf(); }
+// The gramian of the dual (A', B'), solved in this system's time domain.
+Matrix DynOp::contrGramian() const { return gramianOfPair(A.transpose(), B.transpose(), 0); }
 
 // Norms
 
@@ -134,7 +137,7 @@ Matrix DynOp::balancedRealization(double threshold) {
     if (isStatic) return Matrix(0, 0);
     Algebra& alg = numerics();
     Matrix Rc(0, 0), Ro(0, 0), U(0, 0), Vt(0, 0);
-    transpose().gramianOf(&Rc);
+    gramianOfPair(A.transpose(), B.transpose(), &Rc);
     gramianOf(&Ro);
     Matrix product = Ro * Rc.transpose();
     Vector sigma = alg.svd(product, U, Vt, true);

@@ -213,6 +213,8 @@ Matrix DynOp::getB(const IntArray* columns) const { return dynop::columnsOf(B, c
 
 Matrix DynOp::getC(const IntArray* rows) const { return dynop::columnsOf(C.transpose(), rows).transpose(); }
 
+std::unique_ptr<DynOp> DynOp::inTimeDomain(const DynOp& s) const { return std::make_unique<DynOp>(s); }
+
 RFMatrix DynOp::transferMatrix() const { return RFMatrix(stateA(), stateB(), stateC(), D, samplingTimeOf()); }
 
 // Printing and streams

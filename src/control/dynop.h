@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 
 #include "algebra/algebra.h"
 #include "algebra/matrix.h"
@@ -146,6 +147,10 @@ public:
     // false and 0.
     virtual bool isDiscreteTime() const { return false; }
     virtual double samplingTimeOf() const { return 0.0; }
+    // A copy of s in this system's time domain: continuous here, of this sampling time in discrete
+    // time. The compositions build their results in continuous time; a result that is to keep the
+    // time domain of a system it came from passes through here.
+    virtual std::unique_ptr<DynOp> inTimeDomain(const DynOp& s) const;
 
     bool isEqual(const Object& ob) const override;
     void printOn(std::ostream& os) const override;
@@ -163,9 +168,12 @@ protected:
     Matrix hamiltonianAt(double gamma) const;
     // The norm of D for a static system or one without inputs or outputs: false otherwise.
     bool feedThroughNorm(HinfNorm& result) const;
-    // The factor of the gramian of (A, L): the continuous Lyapunov equation here, the discrete
+    // The factor of the gramian of (a, L): the continuous Lyapunov equation here, the discrete
     // one in discrete time.
-    virtual Matrix gramianFactor(const Matrix& L) const;
+    virtual Matrix gramianFactor(const Matrix& a, const Matrix& L) const;
+    // R'R with R the factor of the gramian of (a, L); factor, when given, receives R. Nil (0x0)
+    // for a static system.
+    Matrix gramianOfPair(const Matrix& a, const Matrix& L, Matrix* factor) const;
     // How far the eigenvalue re + j im lies beyond the stability boundary: the real part here, the
     // magnitude less 1 in discrete time; selectUnstablePoles selects those above -tolerance.
     virtual double stabilityValue(double re, double im) const { return (void)im, re; }

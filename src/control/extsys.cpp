@@ -113,6 +113,10 @@ Matrix ExtendedSystem::splitBlock(const Matrix& block, double tolerance) const {
     return isDiscrete() ? DiscDynOp::splitBlock(block, tolerance) : DynOp::splitBlock(block, tolerance);
 }
 
+std::unique_ptr<DynOp> ExtendedSystem::inTimeDomain(const DynOp& s) const {
+    return isDiscrete() ? DiscDynOp::inTimeDomain(s) : DynOp::inTimeDomain(s);
+}
+
 const char* ExtendedSystem::typeName() const {
     return isDiscrete() ? DiscDynOp::typeName() : DynOp::typeName();
 }
@@ -147,8 +151,8 @@ SchurSelect ExtendedSystem::selectFunction() const {
     return isDiscrete() ? DiscDynOp::selectFunction() : DynOp::selectFunction();
 }
 
-Matrix ExtendedSystem::gramianFactor(const Matrix& L) const {
-    return isDiscrete() ? DiscDynOp::gramianFactor(L) : DynOp::gramianFactor(L);
+Matrix ExtendedSystem::gramianFactor(const Matrix& a, const Matrix& L) const {
+    return isDiscrete() ? DiscDynOp::gramianFactor(a, L) : DynOp::gramianFactor(a, L);
 }
 
 double ExtendedSystem::stabilityValue(double re, double im) const {

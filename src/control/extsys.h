@@ -46,6 +46,7 @@ public:
     ExtendedSystem operator*(const Matrix& M) const;
     bool isDiscrete() const { return samplingTime != 0.0; }
     bool isDiscreteTime() const override { return isDiscrete(); }
+    std::unique_ptr<DynOp> inTimeDomain(const DynOp& s) const override;
     bool isOriginal() const { return original != 0; }
 
     // Continuous or discrete by isDiscrete().
@@ -69,7 +70,7 @@ public:
     void clearCopiedState() override;
 
 protected:
-    Matrix gramianFactor(const Matrix& L) const override;
+    Matrix gramianFactor(const Matrix& a, const Matrix& L) const override;
     double stabilityValue(double re, double im) const override;
 
 private:

@@ -63,8 +63,7 @@ bool OptimumGramian::normalize(const DynOp& given) {
     inputTransform = Matrix::blockDiagonal(Matrix::diagonal(nd, 1.0), D12factor);
     DynOp normalised(given.stateA(), given.stateB() * inputTransform, outputTransform * given.stateC(),
                      outputTransform * given.getD() * inputTransform, nc, nm);
-    fullSystem = given.isDiscreteTime() ? new DiscDynOp(normalised, true, given.samplingTimeOf())
-                                        : new DynOp(normalised);
+    fullSystem = given.inTimeDomain(normalised).release();
     printPoles("system poles", *fullSystem);
     return true;
 }
@@ -161,9 +160,7 @@ void OptimumGramian::initialPoles(const Matrix& startPoles) {
 bool OptimumGramian::isDiscrete() const { return fullSystem && fullSystem->isDiscreteTime(); }
 
 std::unique_ptr<DynOp> OptimumGramian::like(const DynOp& s) const {
-    if (!isDiscrete()) return std::unique_ptr<DynOp>(new DynOp(s));
-    return std::unique_ptr<DynOp>(
-        new DiscDynOp(s, true, static_cast<const DiscDynOp*>(fullSystem)->getSamplingTime()));
+    return fullSystem ? fullSystem->inTimeDomain(s) : DynOp().inTimeDomain(s);
 }
 
 std::unique_ptr<DynOp> OptimumGramian::close(const DynOp& s, const Matrix& gain) const {

@@ -203,7 +203,7 @@ Matrix RobustControlDesign::structuring(const DynOp& system, bool useReal) {
     Matrix N(m, m);
     for (unsigned i = 0; i < m; ++i)
         for (unsigned j = 0; j < m; ++j) {
-            double w = wMin, norm = system.subSystem(i, j, 1, 1).normHinfInFrequency(w);
+            double w = wMin, norm = system.inTimeDomain(system.subSystem(i, j, 1, 1))->normHinfInFrequency(w);
             N(i, j) = norm * norm;
         }
     std::vector<double> d(m, 1.0), next(m, 1.0);

@@ -11,7 +11,6 @@
 
 DEFINE_CLASS(RobustControl, Algebra, 1, 0)
 
-
 namespace {
 
 void fillLast(IntArray& indices, unsigned count, unsigned total) {
@@ -65,10 +64,7 @@ void RobustControl::setOwner(Object* o) {
     if (observer) observer->setOwner(o);
 }
 
-RobustControl::System RobustControl::timed(const DynOp& s) const {
-    if (input.isDiscrete()) return System(new DiscDynOp(s, true, input.getSamplingTime()));
-    return System(new DynOp(s));
-}
+RobustControl::System RobustControl::timed(const DynOp& s) const { return input.inTimeDomain(s); }
 
 RobustControl::System RobustControl::designCopy(const DynOp& s) const {
     return timed(

@@ -28,8 +28,6 @@ const String& DiscDynOpVar::getType() const {
     return type;
 }
 
-DynOp* DiscDynOpVar::sameTime(const DynOp& s) const { return new DiscDynOp(discrete().wrap(s)); }
-
 DynOpVar* DiscDynOpVar::newValue(DynOp* s) const { return new DiscDynOpVar(static_cast<DiscDynOp*>(s)); }
 
 DynOp* DiscDynOpVar::converted(const Variable* v) const { return toDiscDynOp(v); }

@@ -19,7 +19,6 @@ public:
     const DiscDynOp& discrete() const { return static_cast<const DiscDynOp&>(getValue()); }
 
     const String& getType() const override;
-    DynOp* sameTime(const DynOp& s) const override;
     DynOpVar* newValue(DynOp* s) const override;
     DynOp* converted(const Variable* v) const override;
 

@@ -42,7 +42,7 @@ void DynOpVar::replace(DynOp* s) {
 
 Matrix DynOpVar::computeEigenvalues() { return system->poles(); }
 
-DynOp* DynOpVar::sameTime(const DynOp& s) const { return new DynOp(s); }
+DynOp* DynOpVar::sameTime(const DynOp& s) const { return system->inTimeDomain(s).release(); }
 
 DynOpVar* DynOpVar::newValue(DynOp* s) const { return new DynOpVar(s); }
 

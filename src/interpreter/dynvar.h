@@ -10,7 +10,7 @@ extern Class class_DynOpVar;
 
 // Holds its system through a pointer, so that DiscDynOpVar holds a DiscDynOp in the same place.
 // The compositions of the library give a DynOp; sameTime brings a result into the time domain of
-// this value's class, so that the code of the methods serves both classes.
+// this value's system, so that the code of the methods serves both classes.
 class DynOpVar : public AlgebraVar {
     DECLARE_MEMBERS(DynOpVar)
 public:
@@ -26,8 +26,8 @@ public:
     Matrix computeEigenvalues() override;  // the poles
     void deepenShallowCopy() override;
 
-    // A new system in this class's time domain: a discrete one takes the own sampling time.
-    virtual DynOp* sameTime(const DynOp& s) const;
+    // A new system in this value's time domain: a discrete one takes the own sampling time.
+    DynOp* sameTime(const DynOp& s) const;
     // A new value of this class that takes s.
     virtual DynOpVar* newValue(DynOp* s) const;
     // A new system converted from v in this class's time domain, or the empty one after the line.

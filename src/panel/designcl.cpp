@@ -156,8 +156,7 @@ bool riccatiDesign(const DynOp& plant, double gamma) {
         return false;
     }
     DynOp loop = plant.closedLoop(route.compensator(gamma));
-    HinfNorm h = plant.isDiscreteTime() ? DiscDynOp(loop, true, plant.samplingTimeOf()).certifiedNormHinf()
-                                        : loop.certifiedNormHinf();
+    HinfNorm h = plant.inTimeDomain(loop)->certifiedNormHinf();
     std::cout << "certified H-infinite norm of the output feedback w-z operator = " << h << std::endl;
     return h.upper <= gamma;
 }
@@ -167,8 +166,7 @@ bool riccatiDesign(const DynOp& plant, double gamma) {
 double lmiStateFeedbackGamma(const DynOp& plant) {
     unsigned objectives = plant.outputNumber() - plant.measureNumber();
     DynOp stateFeedback(plant.subSystem(0, 0, objectives, 0), plant.controlNumber(), 0, 0);
-    LMI lmi = plant.isDiscreteTime() ? LMI(DiscDynOp(stateFeedback, true, plant.samplingTimeOf()))
-                                     : LMI(stateFeedback);
+    LMI lmi(*plant.inTimeDomain(stateFeedback));
     return lmi.solveMinimum() == 0 ? lmi.getGamma() : HUGE_VAL;
 }
 

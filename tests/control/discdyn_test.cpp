@@ -134,6 +134,29 @@ TEST(DiscDynOpTest, NormsAgreeWithTheUnitCircle) {
     EXPECT_LT(residual(A.transpose() * Q * A + C.transpose() * C - Q), 1e-13 * residual(Q));
 }
 
+TEST(DiscDynOpTest, ControllabilityGramianSolvesTheSteinEquation) {
+    // 2/(z - a): P = a P a + 4 gives 4/(1 - a^2) on either side of the origin.
+    for (double a : {0.5, -0.5}) {
+        Matrix P =
+            DiscDynOp(mat(1, 1, {a}), mat(1, 1, {2}), mat(1, 1, {1}), Matrix(0, 0), 1.0).contrGramian();
+        EXPECT_NEAR(P(0, 0), 4 / (1 - a * a), 1e-12);
+    }
+    DiscDynOp s(randomStable(4, 2, 2, 5), false, 0.3);
+    Matrix P = s.contrGramian(), A = s.getA(), B = s.getB();
+    EXPECT_LT(residual(A * P * A.transpose() + B * B.transpose() - P), 1e-13 * residual(P));
+}
+
+TEST(DiscDynOpTest, BalancedRealizationKeepsTheDiscreteState) {
+    // 1/(z - a): both gramians are 1/(1 - a^2), and so is the Hankel singular value.
+    for (double a : {0.5, -0.5}) {
+        DiscDynOp s(mat(1, 1, {a}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0), 1.0);
+        Matrix sigma = s.balancedRealization(0.1);
+        EXPECT_NEAR(sigma(0, 0), 4.0 / 3, 1e-12);
+        ASSERT_EQ(s.order(), 1u);
+        EXPECT_NEAR(s.getA()(0, 0), a, 1e-12);
+    }
+}
+
 TEST(DiscDynOpTest, CleaningForcesPolesOntoTheCircle) {
     DiscDynOp s(mat(3, 3, {1 + 1e-9, 1e-9, 0.5, 0, -1 + 1e-9, 0.3, 0, 0, 0.5}), mat(3, 1, {1, 1, 1}),
                 mat(1, 3, {1, 1, 1}), Matrix(0, 0), 0.1);
@@ -158,7 +181,7 @@ TEST(DiscDynOpTest, PrintsAndStoresTheSamplingTime) {
     EXPECT_TRUE(read->isEqual(s));
     EXPECT_EQ(static_cast<DiscDynOp*>(read)->getSamplingTime(), 0.25);
     delete read;
-    EXPECT_EQ(s.wrap(s * 2.0).getSamplingTime(), 0.25);
+    EXPECT_EQ(s.inTimeDomain(s * 2.0)->samplingTimeOf(), 0.25);
 }
 
 }  // namespace

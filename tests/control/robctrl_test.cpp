@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 #include <memory>
 
@@ -384,6 +385,17 @@ TEST_F(DesignTest, StructuringASquareLoopSetsTheNextStructuringMatrix) {
     double scaled = (Algebra().inv(S) * (loop * S)).normHinfInFrequency(w);
     EXPECT_NEAR(scaled, printed, 1e-4 * printed);
     delete read;
+}
+
+TEST(StructuringTest, DiscreteChannelsAreMeasuredOnTheUnitCircle) {
+    // Channel (1, 0) is 1/(z - 0.9), peak 10, channel (0, 1) is 1/(z - 0.5), peak 2, both at z = 1:
+    // the scaling balances them with D(0, 0)^2 = 10 / 2. At s = jw the first would peak at 1/0.9.
+    DiscDynOp loop(mat(2, 2, {0.5, 0, 0, 0.9}), mat(2, 2, {0, 1, 1, 0}), Matrix::diagonal(2, 1.0),
+                   Matrix(0, 0), 0.1);
+    Matrix D = RobustControlDesign().structuring(loop, false);
+    ASSERT_EQ(D.rowNumber(), 2u);
+    EXPECT_NEAR(D(0, 0), std::sqrt(5.0), 1e-6);
+    EXPECT_EQ(D(1, 1), 1.0);
 }
 
 }  // namespace

@@ -234,6 +234,16 @@ TEST(SystemsTest, discreteSystemsKeepTheirSamplingTime) {
     EXPECT_TRUE(failsWith(mixed, "[PARSE ERROR] [DIFFMTRXDIM]")) << mixed.message;
 }
 
+TEST(SystemsTest, discreteGramianAndBalancingSolveTheSteinEquation) {
+    // 1/(z + 0.5): the gramian is 1/(1 - 0.25), and so is the Hankel singular value, above 0.1:
+    // balancing keeps the state.
+    ProgramRun run = runMain(
+        "DiscDynOp d = 1 / (z + 0.5);\n"
+        "cout << d.contrGramian() << d.balancedRealization(0.1) << d.order() << endl;");
+    EXPECT_EQ(run.message, "");
+    EXPECT_EQ(run.out, "n 1\n" + shown(Matrix::diagonal(1, 4.0 / 3)) + "11\n");
+}
+
 TEST(SystemsTest, everySystemConversionMessage) {
     ProgramRun run = runMain(
         "DynOp fromPolynomial(s);\n"
