@@ -79,7 +79,7 @@ DiscDynOp& DiscDynOp::operator=(const DiscDynOp& s) {
 }
 
 std::unique_ptr<DynOp> DiscDynOp::inTimeDomain(const DynOp& s) const {
-    return std::make_unique<DiscDynOp>(s, true, samplingTime);
+    return std::make_unique<DiscDynOp>(timed(s));
 }
 
 // Stability

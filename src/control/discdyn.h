@@ -31,6 +31,52 @@ public:
 
     double getSamplingTime() const { return samplingTime; }
 
+    // The compositions of DynOp, of this sampling time.
+    DiscDynOp operator*(const DynOp& other) const { return timed(DynOp::operator*(other)); }
+    DiscDynOp operator+(const DynOp& other) const { return timed(DynOp::operator+(other)); }
+    DiscDynOp operator+(const Matrix& M) const { return timed(DynOp::operator+(M)); }
+    DiscDynOp operator*(const Matrix& M) const { return timed(DynOp::operator*(M)); }
+    DiscDynOp operator*(double x) const { return timed(DynOp::operator*(x)); }
+    friend DiscDynOp operator*(const Matrix& M, const DiscDynOp& s) {
+        return s.timed(M * static_cast<const DynOp&>(s));
+    }
+    DiscDynOp operator-() const { return timed(DynOp::operator-()); }
+    DiscDynOp append(const DynOp& other) const { return timed(DynOp::append(other)); }
+    DiscDynOp appendGain(const Matrix& D2) const { return timed(DynOp::appendGain(D2)); }
+    DiscDynOp sumOfOutputs(const DynOp& other) const { return timed(DynOp::sumOfOutputs(other)); }
+    DiscDynOp subSystem(unsigned firstOutput, unsigned firstInput, unsigned outputs = 0, unsigned inputs = 0,
+                        bool minimal = false) const {
+        return timed(DynOp::subSystem(firstOutput, firstInput, outputs, inputs, minimal));
+    }
+    DiscDynOp transpose() const { return timed(DynOp::transpose()); }
+    DiscDynOp changeBasis(const Matrix& T) const { return timed(DynOp::changeBasis(T)); }
+    DiscDynOp reduceOrder(unsigned n, bool keepFirst = true) const {
+        return timed(DynOp::reduceOrder(n, keepFirst));
+    }
+    DiscDynOp scaleObjectives(double alpha) const { return timed(DynOp::scaleObjectives(alpha)); }
+    DiscDynOp stateFeedback(const Matrix& K, const IntArray* columns = 0) const {
+        return timed(DynOp::stateFeedback(K, columns));
+    }
+    DiscDynOp closedLoop(const DynOp& controller) const { return timed(DynOp::closedLoop(controller)); }
+    DiscDynOp outputFeedback(const DynOp& controller) const {
+        return timed(DynOp::outputFeedback(controller));
+    }
+    DiscDynOp closeBlockLoop(const Matrix& coupling) const { return timed(DynOp::closeBlockLoop(coupling)); }
+    DiscDynOp contrSubSystem(const IntArray* columns, Matrix& T, double tolerance, bool print = false,
+                             unsigned forcedOrder = 0) const {
+        return timed(DynOp::contrSubSystem(columns, T, tolerance, print, forcedOrder));
+    }
+    DiscDynOp obsSubSystem(const IntArray* rows, Matrix& T, double tolerance, bool print = false,
+                           unsigned forcedOrder = 0) const {
+        return timed(DynOp::obsSubSystem(rows, T, tolerance, print, forcedOrder));
+    }
+    DiscDynOp stabilizableSubSystem(const IntArray* columns, Matrix& T, double tolerance,
+                                    double unstableTolerance, bool print = false,
+                                    unsigned forcedOrder = 0) const {
+        return timed(
+            DynOp::stabilizableSubSystem(columns, T, tolerance, unstableTolerance, print, forcedOrder));
+    }
+
     void selectUnstablePoles(const Matrix& poles, IntArray& list, double tolerance) const override;
     Matrix splitBlock(const Matrix& block, double tolerance) const override;
     const char* typeName() const override;
@@ -60,6 +106,8 @@ protected:
     double stabilityValue(double re, double im) const override;
     // The sampling time used at the frequency points.
     double period() const { return samplingTime > 0.0 ? samplingTime : 1.0; }
+    // s, already discrete, with this sampling time.
+    DiscDynOp timed(const DynOp& s) const { return DiscDynOp(s, true, samplingTime); }
 
     double samplingTime = 0.0;
 };

@@ -148,8 +148,8 @@ public:
     virtual bool isDiscreteTime() const { return false; }
     virtual double samplingTimeOf() const { return 0.0; }
     // A copy of s in this system's time domain: continuous here, of this sampling time in discrete
-    // time. The compositions build their results in continuous time; a result that is to keep the
-    // time domain of a system it came from passes through here.
+    // time. The compositions here give continuous systems and DiscDynOp's keep its sampling time;
+    // a result reached through a DynOp reference passes through here to keep its system's domain.
     virtual std::unique_ptr<DynOp> inTimeDomain(const DynOp& s) const;
 
     bool isEqual(const Object& ob) const override;

@@ -44,6 +44,29 @@ public:
     ExtendedSystem dual() const;
     // B M and D M: the inputs change, the last controlNumber of them stay the controls.
     ExtendedSystem operator*(const Matrix& M) const;
+    // The other compositions are DynOp's, whose results are continuous whatever isDiscrete() says:
+    // one that is to keep this system's time domain passes through inTimeDomain.
+    using DynOp::append;
+    using DynOp::appendGain;
+    using DynOp::changeBasis;
+    using DynOp::closeBlockLoop;
+    using DynOp::closedLoop;
+    using DynOp::contrSubSystem;
+    using DynOp::obsSubSystem;
+    using DynOp::operator*;
+    using DynOp::operator+;
+    using DynOp::operator-;
+    using DynOp::outputFeedback;
+    using DynOp::reduceOrder;
+    using DynOp::scaleObjectives;
+    using DynOp::stabilizableSubSystem;
+    using DynOp::stateFeedback;
+    using DynOp::subSystem;
+    using DynOp::sumOfOutputs;
+    using DynOp::transpose;
+    friend DynOp operator*(const Matrix& M, const ExtendedSystem& s) {
+        return M * static_cast<const DynOp&>(s);
+    }
     bool isDiscrete() const { return samplingTime != 0.0; }
     bool isDiscreteTime() const override { return isDiscrete(); }
     std::unique_ptr<DynOp> inTimeDomain(const DynOp& s) const override;
