@@ -160,29 +160,15 @@ TEST(DiscDynOpTest, BalancedRealizationKeepsTheDiscreteState) {
 TEST(DiscDynOpTest, CompositionsKeepTheSamplingTime) {
     DiscDynOp s(mat(1, 1, {0.5}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0), 0.25), loop(s, 1, 1, 0);
     Matrix one = Matrix::diagonal(1, 1.0), T;
-    std::vector<DiscDynOp> results = {s * s,
-                                      s + s,
-                                      s + one,
-                                      s * one,
-                                      s * 2.0,
-                                      one * s,
-                                      -s,
-                                      s.append(s),
-                                      s.appendGain(one),
-                                      s.sumOfOutputs(s),
-                                      s.subSystem(0, 0, 1, 1, true),
-                                      s.transpose(),
-                                      s.changeBasis(one),
-                                      s.reduceOrder(1),
-                                      s.scaleObjectives(2.0),
-                                      s.stateFeedback(one),
-                                      loop.closedLoop(DynOp(one)),
-                                      loop.outputFeedback(DynOp(one)),
-                                      s.closeBlockLoop(one),
-                                      s.contrSubSystem(0, T, 1e-9),
-                                      s.obsSubSystem(0, T, 1e-9),
-                                      s.stabilizableSubSystem(0, T, 1e-9, 1e-9)};
-    for (const DiscDynOp& r : results) EXPECT_EQ(r.getSamplingTime(), 0.25);
+    // getSamplingTime is DiscDynOp's: each result has the type as well as the time.
+    auto timesOf = [](const auto&... r) { return std::vector<double>{r.getSamplingTime()...}; };
+    for (double time :
+         timesOf(s * s, s + s, s + one, s * one, s * 2.0, one * s, -s, s.append(s), s.appendGain(one),
+                 s.sumOfOutputs(s), s.subSystem(0, 0, 1, 1, true), s.transpose(), s.changeBasis(one),
+                 s.reduceOrder(1), s.scaleObjectives(2.0), s.stateFeedback(one), loop.closedLoop(DynOp(one)),
+                 loop.outputFeedback(DynOp(one)), s.closeBlockLoop(one), s.contrSubSystem(0, T, 1e-9),
+                 s.obsSubSystem(0, T, 1e-9), s.stabilizableSubSystem(0, T, 1e-9, 1e-9)))
+        EXPECT_EQ(time, 0.25);
     // The dual's H2 norm is that of 1/(z - 0.5), 1/sqrt(1 - 0.25); a pole at s = 0.5 is unstable.
     EXPECT_NEAR(s.transpose().normH2(), 2 / std::sqrt(3.0), 1e-12);
 }
