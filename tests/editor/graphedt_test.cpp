@@ -5,6 +5,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <fstream>
+#include <iterator>
 
 #include "graphtest.h"
 #include "quill/arrayob.h"
@@ -260,4 +261,21 @@ TEST_F(GraphEditorTest, aCommentWindowWritesTheCommentAndClosesWithItsIcon) {
     click(5.5, 5.5, 3);
     editor->gui().openPopup()->choose("Cut");
     EXPECT_TRUE(window.isNull() || !window->isVisible());
+}
+
+// Every cut of the example drawing is refused with a message or read whole;
+// the editor survives each and still places icons.
+TEST_F(GraphEditorTest, aDrawingCutAnywhereIsRefusedWithoutHarm) {
+    std::ifstream in(TARN_EXAMPLES "/feedback.edt");
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    ASSERT_GT(text.size(), 500u);
+    std::string file = scratch("cut.edt");
+    CerrCapture errors;
+    for (size_t length = 0; length < text.size(); length += 37) {
+        std::ofstream(file, std::ios::trunc) << text.substr(0, length);
+        editor->load(file.c_str());
+        EXPECT_LE(count(), 5u);
+    }
+    editor->gui().fileMenu().newFile();
+    EXPECT_TRUE(place(20.5, 20.5));
 }
