@@ -141,3 +141,22 @@ int lapackSolve(int n, int nrhs, const double* a, const double* b, double* x) {
     dgesv_(&n, &nrhs, lu.data(), &lda, pivots.data(), x, &lda, &info);
     return info;
 }
+
+int lapackGeneralizedEigenvalues(int n, double* a, double* b, double* alphaR, double* alphaI, double* beta) {
+    const char jobv = 'N';
+    const int lda = atLeastOne(n);
+    double noVectors[1];
+    const int ldv = 1;
+    int info = 0;
+
+    double query[1];
+    int lwork = -1;
+    dggev_(&jobv, &jobv, &n, a, &lda, b, &lda, alphaR, alphaI, beta, noVectors, &ldv, noVectors, &ldv, query,
+           &lwork, &info, 1, 1);
+    if (info < 0) return info;
+    lwork = reportedSize(query[0]);
+    std::vector<double> work(lwork);
+    dggev_(&jobv, &jobv, &n, a, &lda, b, &lda, alphaR, alphaI, beta, noVectors, &ldv, noVectors, &ldv,
+           work.data(), &lwork, &info, 1, 1);
+    return info;
+}

@@ -1,4 +1,4 @@
-// Thin layers on the four LAPACK drivers (DGEES, DGESDD, ZGESDD, DGESV) over column-major arrays.
+// Thin layers on the five LAPACK drivers (DGEES, DGESDD, ZGESDD, DGESV, DGGEV) over column-major arrays.
 #ifndef ALGEBRA_LAPACK_H
 #define ALGEBRA_LAPACK_H
 
@@ -22,6 +22,10 @@ void zgesdd_(const char* jobz, const int* m, const int* n, std::complex<double>*
              std::size_t jobzLength);
 void dgesv_(const int* n, const int* nrhs, double* a, const int* lda, int* ipiv, double* b, const int* ldb,
             int* info);
+void dggev_(const char* jobvl, const char* jobvr, const int* n, double* a, const int* lda, double* b,
+            const int* ldb, double* alphar, double* alphai, double* beta, double* vl, const int* ldvl,
+            double* vr, const int* ldvr, double* work, const int* lwork, int* info, std::size_t jobvlLength,
+            std::size_t jobvrLength);
 
 // LAPACK's error handler for illegal arguments. Ours prints the message on the console and
 // returns to the driver, which then returns with INFO < 0, instead of stopping the program.
@@ -50,5 +54,10 @@ int lapackSvd(int m, int n, std::complex<double>* a, double* s, std::complex<dou
 // Solution x (n×nrhs) of A X = B through LU with partial pivoting; a and b are left as they
 // are. For a singular A (INFO > 0) x holds B unchanged. Returns LAPACK's INFO.
 int lapackSolve(int n, int nrhs, const double* a, const double* b, double* x);
+
+// Generalised eigenvalues (alphaR[k] + i alphaI[k]) / beta[k] of the n×n pencil a - s b through
+// QZ, both matrices overwritten; beta[k] = 0 is an infinite eigenvalue. A complex pair stands at
+// k, k + 1 with alphaI[k] > 0. Returns LAPACK's INFO.
+int lapackGeneralizedEigenvalues(int n, double* a, double* b, double* alphaR, double* alphaI, double* beta);
 
 #endif

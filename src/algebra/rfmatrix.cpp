@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "algebra/freqsrch.h"
+#include "algebra/transnum.h"
 #include "quill/collectn.h"
 #include "quill/objalloc.h"
 #include "quill/objio.h"
@@ -98,14 +99,8 @@ RFMatrix::RFMatrix(const Matrix& A, const Matrix& B, const Matrix& C, const Matr
     if (C.rowNumber() != rows || C.columnNumber() != n) C.dimensionError("RFMatrix", rows, n);
     Vector den = polynomialFromRoots(n ? computeEigenvalues(A) : Matrix());
     for (unsigned i = 0; i < rows; ++i)
-        for (unsigned j = 0; j < columns; ++j) {
-            Vector num = den * D(i, j);
-            if (n) {
-                Matrix closed = A - B.subMatrix(0, int(j), int(n), 1) * C.subMatrix(int(i), 0, 1, int(n));
-                num += polynomialFromRoots(computeEigenvalues(closed)) - den;
-            }
-            elements[size_t(i) * columns + j] = RationalFunction(num, den, T);
-        }
+        for (unsigned j = 0; j < columns; ++j)
+            elements[size_t(i) * columns + j] = RationalFunction(transferNumerator(A, B, C, D, i, j), den, T);
 }
 
 // Access

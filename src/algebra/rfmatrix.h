@@ -21,8 +21,8 @@ public:
     RFMatrix(const RFMatrix& m);
     // Each element of the numerator over the one denominator, with the numerator's sampling time.
     RFMatrix(const PMatrix& numerator, const Polynomial& denominator);
-    // C (sI - A)^-1 B + D element by element: each numerator is det(sI - A + B_j C_i) less
-    // det(sI - A), plus D_ij det(sI - A), the determinants from the eigenvalues.
+    // C (sI - A)^-1 B + D element by element over det(sI - A) from the eigenvalues of A; each
+    // numerator from the invariant zeros of its entry and the entry's gain.
     RFMatrix(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& D, double samplingTime = 0.0);
     // Stream form: rows, columns, the sampling time, then the elements row by row.
     RFMatrix(std::istream& is, Object* where);

@@ -304,6 +304,54 @@ TEST(RFMatrixTest, FromStateMatricesAgreesWithTheResolvent) {
         }
 }
 
+TEST(RFMatrixTest, EntriesFromStateMatricesHaveTheirZerosAndGains) {
+    Matrix A = Matrix("[-1 0 0;0 -2 0;0 0 -3]");
+    Matrix B = Matrix("[1 1;1 0;1 1]");
+    Matrix C = Matrix("[1 -2 1;0 1 0]");
+    Matrix D = Matrix("[0 0;0.5 0]");
+    RFMatrix G(A, B, C, D);
+    for (unsigned k = 0; k < 4; ++k)
+        expectCoefficients({1, 6, 11, 6}, G(k / 2, k % 2).denominatorCoefficients());
+    // 1/(s+1) - 2/(s+2) + 1/(s+3) = 2 / ((s+1)(s+2)(s+3))
+    expectCoefficients({2}, G(0, 0).numeratorCoefficients());
+    // 1/(s+1) + 1/(s+3) = 2 (s+2)^2 / ((s+1)(s+2)(s+3))
+    expectCoefficients({2, 8, 8}, G(0, 1).numeratorCoefficients());
+    // 1/(s+2) + 0.5 = 0.5 (s+1)(s+3)(s+4) / ((s+1)(s+2)(s+3))
+    expectCoefficients({0.5, 4, 9.5, 6}, G(1, 0).numeratorCoefficients());
+    expectRoots({{-1, 0}, {-3, 0}, {-4, 0}}, G(1, 0).zeros());
+    EXPECT_NEAR(0.5, G(1, 0).gainOf(), 1e-12);
+    // The second input does not reach the second state.
+    expectCoefficients({0}, G(1, 1).numeratorCoefficients(), 0.0);
+}
+
+TEST(RFMatrixTest, OrderThirtyNumeratorsKeepTheirDigits) {
+    // A cascade of the lags k / (s + k), k = 1 .. 30. (sI - cascade)^-1 is lower triangular with
+    // diagonal 1 / (s + k) and corner 30! / ((s + 1) ... (s + 30)), below 1e-9 at w = 20.
+    const unsigned n = 30;
+    Matrix cascade(n, n), B(n, 2), C(2, n), D(2, 2);
+    for (unsigned k = 0; k < n; ++k) cascade(k, k) = -(k + 1.0);
+    for (unsigned k = 1; k < n; ++k) cascade(k, k - 1) = k + 1.0;
+    B(0, 0) = B(n - 1, 1) = C(0, n - 1) = C(1, 0) = 1.0;
+    D(0, 1) = 0.5;
+    RFMatrix G(cascade, B, C, D);
+    double factorial = std::tgamma(n + 1.0);
+    expectCoefficients({1.0}, G(0, 0).numeratorCoefficients() * (1.0 / factorial));
+    for (double w : {0.5, 3.0, 20.0}) {
+        Cx s(0.0, w), corner = 1.0;
+        for (unsigned k = 1; k <= n; ++k) corner *= double(k) / (s + double(k));
+        const Cx expected[2][2] = {{corner, 1.0 / (s + double(n)) + 0.5}, {1.0 / (s + 1.0), 0.0}};
+        for (unsigned i = 0; i < 2; ++i)
+            for (unsigned j = 0; j < 2; ++j) {
+                SCOPED_TRACE(std::to_string(w) + " at " + std::to_string(i) + "," + std::to_string(j));
+                Cx got = G(i, j).value(0.0, w).value();
+                if (expected[i][j] == 0.0)
+                    EXPECT_LT(std::abs(got), 1e-12);
+                else
+                    EXPECT_LT(std::abs(got - expected[i][j]) / std::abs(expected[i][j]), 1e-8);
+            }
+    }
+}
+
 TEST(RFMatrixTest, ProductsAndSizeErrors) {
     RFMatrix a = rowOfFirstOrders({1, 2});  // 1x2
     RFMatrix col(2, 1);
