@@ -8,6 +8,7 @@
 #include "control/extsys.h"
 #include "control/hinfric.h"
 #include "control/lmi.h"
+#include "control/muxparse.h"
 #include "control/optgram.h"
 #include "control/rcdesign.h"
 #include "control/robctrl.h"
