@@ -162,11 +162,6 @@ Matrix DiscDynOp::gramianFactor(const Matrix& a, const Matrix& L) const {
     return numerics().steinFactor(a, L);
 }
 
-double DiscDynOp::singularValueAt(double w) const {
-    double angle = w * period();
-    return gainAt(std::cos(angle), std::sin(angle));
-}
-
 // Through the bilinear map of the unit circle onto the imaginary axis, where the bisection of
 // the continuous case applies.
 double DiscDynOp::normHinf() const {

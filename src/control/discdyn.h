@@ -89,7 +89,6 @@ public:
     HinfNorm certifiedNormHinf() const override;
     // Diagonal elements within tolerance of magnitude 1 become exactly +-1.
     void cleanPolesInZero(double tolerance) override;
-    double singularValueAt(double w) const override;
 
     SchurSelect selectFunction() const override;
     bool isEqual(const Object& ob) const override;
@@ -104,6 +103,7 @@ public:
 protected:
     Matrix gramianFactor(const Matrix& a, const Matrix& L) const override;
     double stabilityValue(double re, double im) const override;
+    std::complex<double> frequencyPoint(double w) const override { return std::polar(1.0, w * period()); }
     // The sampling time used at the frequency points.
     double period() const { return samplingTime > 0.0 ? samplingTime : 1.0; }
     // s, already discrete, with this sampling time.

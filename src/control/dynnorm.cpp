@@ -110,20 +110,38 @@ Matrix DynOp::hamiltonianAt(double gamma) const {
                             -topLeft.transpose()));
 }
 
-double DynOp::gainAt(double re, double im) const {
-    if (isStatic) return CMatrix(D).maxSingularValue();
+bool DynOp::transferAt(double re, double im, CMatrix& G) const {
+    if (isStatic) {
+        G = CMatrix(D);
+        return true;
+    }
     unsigned n = order_;
     Matrix shifted = Matrix::diagonal(n, re) - A, turn = Matrix::diagonal(n, im);
     Matrix M = stack(sideBySide(shifted, -turn), sideBySide(turn, shifted));
     bool singular = false;
     Matrix X = numerics().solve(M, stack(B, Matrix(n, inputNumber_)), &singular);
-    // At a pole on the contour the transfer is unbounded, as inv's infinities say elsewhere.
-    if (singular) return HUGE_VAL;
-    Matrix real = C * block(X, 0, 0, n, inputNumber_) + D, imaginary = C * block(X, n, 0, n, inputNumber_);
-    return CMatrix(real, imaginary).maxSingularValue();
+    if (singular) return false;
+    G = CMatrix(C * block(X, 0, 0, n, inputNumber_) + D, C * block(X, n, 0, n, inputNumber_));
+    return true;
 }
 
-double DynOp::singularValueAt(double w) const { return gainAt(0.0, w); }
+// At a pole on the contour the transfer is unbounded, as inv's infinities say elsewhere.
+double DynOp::gainAt(double re, double im) const {
+    CMatrix G;
+    return transferAt(re, im, G) ? G.maxSingularValue() : HUGE_VAL;
+}
+
+double DynOp::singularValueAt(double w) const {
+    std::complex<double> z = frequencyPoint(w);
+    return gainAt(z.real(), z.imag());
+}
+
+Vector DynOp::singularValuesAt(double w) const {
+    std::complex<double> z = frequencyPoint(w);
+    CMatrix G;
+    if (transferAt(z.real(), z.imag(), G)) return G.singularValues();
+    return Vector(std::min(outputNumber_, inputNumber_), HUGE_VAL);
+}
 
 double DynOp::normHinfInFrequency(double& wStart) const {
     if (isStatic) return numerics().norm2(D);

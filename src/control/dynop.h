@@ -3,6 +3,7 @@
 #ifndef CONTROL_DYNOP_H
 #define CONTROL_DYNOP_H
 
+#include <complex>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
@@ -12,6 +13,7 @@
 #include "algebra/vector.h"
 #include "control/hinfnorm.h"
 
+class CMatrix;
 class IntArray;
 class RationalFunction;
 class RFMatrix;
@@ -73,7 +75,10 @@ public:
     virtual Matrix balancedRealization(double threshold);
     virtual void removeInputs(unsigned first, unsigned count);
     virtual void removeOutputs(unsigned first, unsigned count);
-    virtual double singularValueAt(double w) const;
+    // The largest singular value of the frequency response at w; infinite at a pole.
+    double singularValueAt(double w) const;
+    // All min(outputs, inputs) singular values at w, largest first; infinite at a pole.
+    Vector singularValuesAt(double w) const;
 
     // --- Accessors ---
     // rows x cols block of A from (r, c); all zero gives the whole A.
@@ -177,6 +182,10 @@ protected:
     // How far the eigenvalue re + j im lies beyond the stability boundary: the real part here, the
     // magnitude less 1 in discrete time; selectUnstablePoles selects those above -tolerance.
     virtual double stabilityValue(double re, double im) const { return (void)im, re; }
+    // The point where the frequency w is evaluated: j w here, e^(j w T) in discrete time.
+    virtual std::complex<double> frequencyPoint(double w) const { return {0.0, w}; }
+    // C (zI - A)^-1 B + D at z = re + j im into G; false, with G untouched, at a pole.
+    bool transferAt(double re, double im, CMatrix& G) const;
     // The largest singular value of C (zI - A)^-1 B + D at z = re + j im; infinite at a pole.
     double gainAt(double re, double im) const;
     void printHeader(std::ostream& os) const;

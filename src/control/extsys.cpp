@@ -143,8 +143,8 @@ void ExtendedSystem::cleanPolesInZero(double tolerance) {
         DynOp::cleanPolesInZero(tolerance);
 }
 
-double ExtendedSystem::singularValueAt(double w) const {
-    return isDiscrete() ? DiscDynOp::singularValueAt(w) : DynOp::singularValueAt(w);
+std::complex<double> ExtendedSystem::frequencyPoint(double w) const {
+    return isDiscrete() ? DiscDynOp::frequencyPoint(w) : DynOp::frequencyPoint(w);
 }
 
 SchurSelect ExtendedSystem::selectFunction() const {

@@ -83,7 +83,6 @@ public:
     double normHinfInFrequency(double& wStart) const override;
     HinfNorm certifiedNormHinf() const override;
     void cleanPolesInZero(double tolerance) override;
-    double singularValueAt(double w) const override;
     SchurSelect selectFunction() const override;
 
     bool isEqual(const Object& ob) const override;
@@ -93,6 +92,7 @@ public:
     void clearCopiedState() override;
 
 protected:
+    std::complex<double> frequencyPoint(double w) const override;
     Matrix gramianFactor(const Matrix& a, const Matrix& L) const override;
     double stabilityValue(double re, double im) const override;
 
