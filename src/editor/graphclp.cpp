@@ -65,8 +65,9 @@ void GraphEditor::cut(IconNode* icon) {
     closure(members);
     if (members.isEmpty()) return;
     history_->begin("Cut", members);
-    clearSelection();
     detachOutsideLinks(members);
+    // What goes leaves the selection; what may not be deleted stays selected.
+    for (unsigned i = 0; i < members.size(); ++i) dropSame(select_icons, *members.at(i));
     for (unsigned i = 0; i < members.size(); ++i) removeIcon(*CAST(IconNode, members.at(i)));
     cut_icons.addContentsOf(members);
     setChanged();
