@@ -279,3 +279,18 @@ TEST_F(GraphEditorTest, aDrawingCutAnywhereIsRefusedWithoutHarm) {
     editor->gui().fileMenu().newFile();
     EXPECT_TRUE(place(20.5, 20.5));
 }
+
+TEST(GraphShowerTest, aShownDrawingCannotBeChangedByThePointer) {
+    GraphShower shower(topLevelWidget, "Semantic", "Drawing - ");
+    ASSERT_TRUE(shower.load(TARN_EXAMPLES "/feedback.edt"));
+    IconNode* plant = shower.board().iconAt(5, 5);
+    ASSERT_TRUE(plant);
+    DrawArea& area = shower.gui().drawArea();
+    area.raisePointer(DownGraphic, FloatPoint(5.5, 5.5), 1, 0);
+    toolkitSleep(350);
+    area.raisePointer(MoveDownGraphic, FloatPoint(5.5, 9.5), 1, 0);
+    area.raisePointer(UpGraphic, FloatPoint(5.5, 9.5), 1, 0);
+    EXPECT_EQ(plant->posY(), 5);
+    EXPECT_TRUE(shower.isReadOnly());
+    EXPECT_EQ(shower.editorIcons().size(), 5u);
+}
