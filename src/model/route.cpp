@@ -10,7 +10,6 @@
 namespace {
 
 const double sideTolerance = 0.01;
-const double pointTolerance = 0.001;
 
 double halfCell(double v) { return std::floor(v * 2) / 2; }
 
@@ -67,31 +66,6 @@ const Shape shapes[16] = {
     exchangeAxes<rightToRight>,
 };
 
-bool samePoint(const FloatPoint& a, const FloatPoint& b) {
-    return std::fabs(a.x() - b.x()) < pointTolerance && std::fabs(a.y() - b.y()) < pointTolerance;
-}
-
-// b continues the run from a to c in the same direction.
-bool straightThrough(const FloatPoint& a, const FloatPoint& b, const FloatPoint& c) {
-    FloatPoint u = b - a, v = c - b;
-    if (std::fabs(u.y()) < pointTolerance && std::fabs(v.y()) < pointTolerance) return u.x() * v.x() > 0;
-    if (std::fabs(u.x()) < pointTolerance && std::fabs(v.x()) < pointTolerance) return u.y() * v.y() > 0;
-    return false;
-}
-
-// Without repeated points and without bends that do not turn.
-Polyline tidy(const Polyline& points) {
-    Polyline result;
-    for (const FloatPoint& p : points) {
-        if (!result.empty() && samePoint(result.back(), p)) continue;
-        if (result.size() >= 2 && straightThrough(result[result.size() - 2], result.back(), p))
-            result.back() = p;
-        else
-            result.push_back(p);
-    }
-    return result;
-}
-
 }  // namespace
 
 int sideOf(const FloatRect& box, const FloatPoint& point) {
@@ -111,5 +85,5 @@ FloatPoint attachmentPoint(const FloatRect& box, const FloatPoint& point) {
 Polyline orthogonalRoute(const FloatRect& fromBox, const FloatRect& toBox, const FloatPoint& start,
                          const FloatPoint& end) {
     Shape shape = shapes[sideOf(toBox, end) + 4 * sideOf(fromBox, start)];
-    return tidy(shape(RouteEnds{fromBox, toBox, start, end}));
+    return shape(RouteEnds{fromBox, toBox, start, end});
 }

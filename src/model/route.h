@@ -25,9 +25,11 @@ int sideOf(const FloatRect& box, const FloatPoint& point);
 FloatPoint attachmentPoint(const FloatRect& box, const FloatPoint& point);
 
 // The polyline of a link from start, on an edge of fromBox, to end, on an
-// edge of toBox. Every segment is horizontal or vertical; the route leaves
-// start and enters end perpendicular to their sides, each by a run of at
-// least one cell outside its box.
+// edge of toBox, by the shape that the pair of sides selects. Every segment
+// is horizontal or vertical; the route leaves start and enters end
+// perpendicular to their sides. Between boxes two or more cells apart it
+// keeps one cell from both; closer boxes leave room only for shorter runs
+// out and in, and the route stays out of both when they are a cell apart.
 Polyline orthogonalRoute(const FloatRect& fromBox, const FloatRect& toBox, const FloatPoint& start,
                          const FloatPoint& end);
 

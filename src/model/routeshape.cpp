@@ -19,19 +19,20 @@ double right(const FloatRect& b) { return b.x() + b.width(); }
 double top(const FloatRect& b) { return b.y(); }
 double bottom(const FloatRect& b) { return b.y() + b.height(); }
 
-// The span from a to b comes closer than the clearance to the span from low to high.
-bool nearSpan(double a, double b, double low, double high) {
-    return std::max(a, b) > low - clearance + tolerance && std::min(a, b) < high + clearance - tolerance;
+// The span from a to b comes closer than margin to the span from low to high.
+bool nearSpan(double a, double b, double low, double high, double margin) {
+    return std::max(a, b) > low - margin + tolerance && std::min(a, b) < high + margin - tolerance;
 }
 
-// A horizontal run at y from x1 to x2 passes within the clearance of the box.
-bool rowBlocked(double y, double x1, double x2, const FloatRect& box) {
-    return nearSpan(y, y, top(box), bottom(box)) && nearSpan(x1, x2, left(box), right(box));
+// A horizontal run at y from x1 to x2 passes within margin of the box.
+bool rowBlocked(double y, double x1, double x2, const FloatRect& box, double margin = clearance) {
+    return nearSpan(y, y, top(box), bottom(box), margin) && nearSpan(x1, x2, left(box), right(box), margin);
 }
 
 // A vertical run at x from y1 to y2 passes within the clearance of the box.
 bool columnBlocked(double x, double y1, double y2, const FloatRect& box) {
-    return nearSpan(x, x, left(box), right(box)) && nearSpan(y1, y2, top(box), bottom(box));
+    return nearSpan(x, x, left(box), right(box), clearance) &&
+           nearSpan(y1, y2, top(box), bottom(box), clearance);
 }
 
 Polyline run(const FloatPoint& a, const FloatPoint& b) { return {a, b}; }
@@ -57,14 +58,15 @@ Polyline chain(std::initializer_list<Polyline> pieces) {
     return points;
 }
 
-// A row clear of both boxes for a run that joins y1 and y2: the middle of
-// the gap between them when it leaves the clearance on both sides, else
-// above or below both, whichever is nearer.
+// A row for a horizontal run, and whether it lies between the two boxes.
 struct Row {
     double y;
     bool between;
 };
 
+// A row clear of both boxes for a run that joins y1 and y2: the middle of
+// the gap between them when it leaves the clearance on both sides, else
+// above or below both, whichever is nearer.
 Row freeRow(const FloatRect& a, const FloatRect& b, double y1, double y2) {
     if (top(b) - bottom(a) >= 2 * clearance) return Row{(bottom(a) + top(b)) / 2, true};
     if (top(a) - bottom(b) >= 2 * clearance) return Row{(bottom(b) + top(a)) / 2, true};
@@ -97,6 +99,15 @@ Polyline rightToRightAround(const RouteEnds& e, double x) {
     return chain({run(s, outer), stepAlong(outer, inner, y), run(inner, t)});
 }
 
+// The column to turn in when the one a cell out is too near the end's box:
+// right of that box, or, when the way there runs through it, the middle of
+// the narrow gap before it.
+double freeColumn(const RouteEnds& e) {
+    const FloatPoint& s = e.start;
+    double beyond = std::max(s.x(), right(e.toBox)) + clearance;
+    return rowBlocked(s.y(), s.x(), beyond, e.toBox, 0) ? (s.x() + left(e.toBox)) / 2 : beyond;
+}
+
 // Into the top (sign -1) or the bottom (sign +1) of the end's box: one bend
 // when the end lies ahead and the start beyond the entry row, else out to a
 // free column, along the entry row, or round the start's box when it is in
@@ -106,7 +117,7 @@ Polyline rightToEdge(const RouteEnds& e, double sign) {
     double entry = t.y() + sign * clearance;
     if (t.x() >= s.x() + clearance - tolerance && sign * (s.y() - entry) >= -tolerance) return bend(s, t);
     double x = s.x() + clearance;
-    if (columnBlocked(x, s.y(), entry, e.toBox)) x = std::max(x, right(e.toBox) + clearance);
+    if (columnBlocked(x, s.y(), entry, e.toBox)) x = freeColumn(e);
     double y = entry;
     double around = sign < 0 ? std::min(top(e.fromBox), t.y()) - clearance
                              : std::max(bottom(e.fromBox), t.y()) + clearance;
@@ -119,8 +130,8 @@ Polyline rightToEdge(const RouteEnds& e, double sign) {
 
 Polyline rightToLeft(const RouteEnds& e) {
     const FloatPoint &s = e.start, &t = e.end;
-    if (std::fabs(s.y() - t.y()) < tolerance && t.x() > s.x() + tolerance) return run(s, t);
     bool ahead = t.x() > s.x() + tolerance;
+    if (ahead && std::fabs(s.y() - t.y()) < tolerance) return run(s, t);
     if (ahead && t.x() - s.x() >= 2 * clearance - tolerance) return stepAcross(s, t, (s.x() + t.x()) / 2);
     Row row = freeRow(e.fromBox, e.toBox, s.y(), t.y());
     // Boxes too close for the clearance on any way: the short way, between them.

@@ -17,6 +17,12 @@ TEST(SideOf, EachSideWithinItsTolerance) {
     EXPECT_EQ(sideOf(node, FloatPoint(10.02, 20.005)), TopSide);
 }
 
+TEST(SideOf, BeyondTheToleranceTheBottom) {
+    EXPECT_EQ(sideOf(node, FloatPoint(11, 20.02)), BottomSide);
+    EXPECT_EQ(sideOf(node, FloatPoint(10.02, 21)), BottomSide);
+    EXPECT_EQ(sideOf(node, FloatPoint(12.98, 21)), BottomSide);
+}
+
 TEST(AttachmentPoint, TopAndBottomWithinTheWidth) {
     EXPECT_EQ(attachmentPoint(node, FloatPoint(11.7, 20.3)), FloatPoint(11.5, 20));
     EXPECT_EQ(attachmentPoint(node, FloatPoint(11.2, 25)), FloatPoint(11, 22));
