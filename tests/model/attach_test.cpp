@@ -9,36 +9,23 @@ namespace {
 
 const FloatRect node(10, 20, 3, 2);
 
-TEST(SideOf, EachSideWithinItsTolerance) {
+TEST(SideOf, WithinTheToleranceOfAnEdgeElseTheBottom) {
     EXPECT_EQ(sideOf(node, FloatPoint(10.009, 21)), LeftSide);
     EXPECT_EQ(sideOf(node, FloatPoint(12.991, 21)), RightSide);
-    EXPECT_EQ(sideOf(node, FloatPoint(11, 19.991)), TopSide);
-    EXPECT_EQ(sideOf(node, FloatPoint(11, 22)), BottomSide);
     EXPECT_EQ(sideOf(node, FloatPoint(10.02, 20.005)), TopSide);
-}
-
-TEST(SideOf, BeyondTheToleranceTheBottom) {
     EXPECT_EQ(sideOf(node, FloatPoint(11, 20.02)), BottomSide);
-    EXPECT_EQ(sideOf(node, FloatPoint(10.02, 21)), BottomSide);
     EXPECT_EQ(sideOf(node, FloatPoint(12.98, 21)), BottomSide);
 }
 
-TEST(AttachmentPoint, TopAndBottomWithinTheWidth) {
-    EXPECT_EQ(attachmentPoint(node, FloatPoint(11.7, 20.3)), FloatPoint(11.5, 20));
-    EXPECT_EQ(attachmentPoint(node, FloatPoint(11.2, 25)), FloatPoint(11, 22));
-    EXPECT_EQ(attachmentPoint(node, FloatPoint(12.5, 18)), FloatPoint(12.5, 20));
-    EXPECT_EQ(attachmentPoint(node, FloatPoint(10.5, 21)), FloatPoint(10.5, 22));
-}
-
-TEST(AttachmentPoint, LeftAndRightKeptHalfACellFromTheCorners) {
-    EXPECT_EQ(attachmentPoint(node, FloatPoint(9, 21.3)), FloatPoint(10, 21));
-    EXPECT_EQ(attachmentPoint(node, FloatPoint(15, 20.2)), FloatPoint(13, 20.5));
-    EXPECT_EQ(attachmentPoint(node, FloatPoint(15, 21.9)), FloatPoint(13, 21.5));
-}
-
-TEST(AttachmentPoint, BeyondACornerNextToItOnTopOrBottom) {
-    EXPECT_EQ(attachmentPoint(node, FloatPoint(8, 17)), FloatPoint(10.5, 20));
-    EXPECT_EQ(attachmentPoint(node, FloatPoint(16, 30)), FloatPoint(12.5, 22));
+// Top and bottom within the width, left and right half a cell from the
+// corners, and beyond a corner the top or bottom next to it.
+TEST(AttachmentPoint, NearestOnTheEdge) {
+    const double cases[][4] = {{11.7, 20.3, 11.5, 20}, {11.2, 25, 11, 22}, {12.5, 18, 12.5, 20},
+                               {10.5, 21, 10.5, 22},   {9, 21.3, 10, 21},  {15, 20.2, 13, 20.5},
+                               {15, 21.9, 13, 21.5},   {8, 17, 10.5, 20},  {16, 30, 12.5, 22}};
+    for (const auto& c : cases)
+        EXPECT_EQ(attachmentPoint(node, FloatPoint(c[0], c[1])), FloatPoint(c[2], c[3]))
+            << c[0] << ", " << c[1];
 }
 
 // Points all around the node land on its edge, on the half-cell grid, never
