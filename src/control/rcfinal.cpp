@@ -141,10 +141,16 @@ void RobustControlDesign::referenceInputs(unsigned& first, unsigned& count) cons
 void RobustControlDesign::analyseClosedLoop(const DynOp& compensator, const char* title, const char* name,
                                             const DynOp* model) {
     RobustControl::System plant = robustControl->getModel();
-    RobustControl::System closed = robustControl->timed((model ? *model : *plant).closedLoop(compensator));
+    const DynOp& loop = model ? *model : *plant;
+    // The compensator's inputs beyond the plant's measures (the measured reference) stay inputs of
+    // the loop, behind the plant's disturbances.
+    unsigned inputs = compensator.inputNumber(), measures = loop.measureNumber();
+    unsigned own = inputs > measures ? inputs - measures : 0;
+    RobustControl::System closed = robustControl->timed(loop.closedLoop(DynOp(compensator, own, 0, 0)));
     unsigned first = 0, references = 0;
     referenceInputs(first, references);
     std::cout << (references ? "is two degree of freedom" : "is one degree of freedom") << std::endl;
+    if (own) first = loop.inputNumber() - loop.controlNumber();
     if (references) {
         // The steady gain from the reference to the objectives.
         unsigned objectives = closed->outputNumber() - closed->measureNumber();
@@ -237,7 +243,7 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     keepResult("Control", *compensator, (p + "Control.dyn").c_str());
     analyseClosedLoop(*compensator, " Model with reduced order and cleaned controller", "ModelFeedback");
 
-    RobustControl::System feedback = rc.timed(rc.getModel()->closedLoop(*compensator));
+    RobustControl::System feedback = rc.timed(rc.getExtended()->closedLoop(*compensator));
     keepResult("ExtendedSystemFeedback", *feedback, (p + "ExtendedSystemFeedback.dyn").c_str());
     std::cout << "poles of the extended system in closed loop = " << feedback->poles() << std::endl;
 

@@ -72,6 +72,13 @@ RobustControl::System RobustControl::designCopy(const DynOp& s) const {
 }
 
 RobustControl::System RobustControl::getModel() const {
+    if (!input.hasElement("Model")) return getExtended();
+    const DynOp& m = input.getElement("Model");
+    return timed(DynOp(m.stateA(), m.stateB(), dynop::stack(m.stateC(), m.stateC()),
+                       dynop::stack(m.getD(), m.getD()), m.inputNumber(), m.outputNumber(), 0, false));
+}
+
+RobustControl::System RobustControl::getExtended() const {
     return timed(observerFirst ? input.transpose() : DynOp(input));
 }
 
@@ -163,7 +170,7 @@ void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) 
     keep(isObserver ? "QO" : "QC", design.gramian(), prefix);
     if (isObserver) {
         keep("L", design.getL(), prefix);
-        keep("BlackBoxModel", *getModel(), prefix, "BlackBoxModel.dyn");
+        keep("BlackBoxModel", *getExtended(), prefix, "BlackBoxModel.dyn");
         if (!first) keep("Observer", *observerSystem(), prefix, "Observer.dyn");
     } else if (first) {
         keep("FullControlError", *timed(input.stateFeedback(feedbackGain(), &controlIndices)), prefix);
@@ -306,7 +313,7 @@ RobustControl::System RobustControl::compensator() const {
 }
 
 RobustControl::System RobustControl::closedLoopExperimental() const {
-    return timed(getModel()->closedLoop(*compensator()));
+    return timed(getExtended()->closedLoop(*compensator()));
 }
 
 RobustControl::System RobustControl::closedLoopTheoretical() const {

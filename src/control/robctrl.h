@@ -54,8 +54,12 @@ public:
     const ExtendedSystem& getInput() const { return input; }
     // Systems come in the time domain of the input (DynOp or DiscDynOp).
     typedef std::unique_ptr<DynOp> System;
-    // The plant as given: the dual of input again when the observer came first.
+    // The element "Model" of input, its inputs the controls and its outputs both the objectives and
+    // the measures, so that closedLoop with the compensator gives the plant's outputs. A system
+    // taken as extended without a Model is its own model: then this is getExtended().
     System getModel() const;
+    // The extended system as given: the dual of input again when the observer came first.
+    System getExtended() const;
     // Where the dialogues and the stop checks of the two designs go.
     void setOwner(Object* owner);
     void orders() const;

@@ -246,7 +246,7 @@ TEST_P(TwoStepDesign, ParameterQKeepsThePolesOfTheTwoDesigns) {
     without.push_back(Cx(pole, 0));
     std::sort(without.begin(), without.end(),
               [](Cx a, Cx b) { return a.real() != b.real() ? a.real() < b.real() : a.imag() < b.imag(); });
-    std::vector<Cx> with = sortedPoles(*rc.timed(rc.getModel()->closedLoop(*rc.compensator(Q))));
+    std::vector<Cx> with = sortedPoles(*rc.timed(rc.getExtended()->closedLoop(*rc.compensator(Q))));
     ASSERT_EQ(with.size(), without.size());
     for (size_t i = 0; i < with.size(); ++i) EXPECT_NEAR(std::abs(with[i] - without[i]), 0.0, 1e-6) << i;
 }
@@ -334,6 +334,28 @@ TEST_F(DesignTest, TwoDegreesOfFreedomGiveTheSteadyGainOfTheReference) {
     EXPECT_NE(console.find("is two degree of freedom"), std::string::npos);
     EXPECT_NE(console.find("G = "), std::string::npos);
     EXPECT_EQ(console.find("is one degree of freedom"), std::string::npos);
+}
+
+// getModel answered the whole extended system, so "Model with controller", gainDes and the
+// perturbation analysis acted on the weighted system. It is the plant: closed by the compensator,
+// its loop holds the plant's and the compensator's states only.
+TEST_F(DesignTest, GetModelGaveTheWeightedSystemInsteadOfThePlant) {
+    ExtendedSystem e = extendedComponents();
+    consoleOf([&] { ASSERT_TRUE(e.make()); });
+    RobustControl rc(e, false, 0.0);
+    consoleOf([&] {
+        rc.firstStepSetup(1e-8, 1, 0);
+        rc.firstStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.secondStepSetup(1e-8, 1, 0);
+        rc.secondStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+    });
+    RobustControl::System model = rc.getModel(), k = rc.compensator();
+    ASSERT_LT(e.getElement("Model").order(), e.order());
+    ASSERT_EQ(model->order(), e.getElement("Model").order());
+    // The measured reference stays an input of the loop.
+    DynOp loop = model->closedLoop(DynOp(*k, k->inputNumber() - model->measureNumber(), 0, 0));
+    EXPECT_EQ(loop.order(), model->order() + k->order());
+    EXPECT_EQ(rc.getExtended()->order(), e.order());
 }
 
 }  // namespace
