@@ -16,6 +16,7 @@
 #include "editor/iconnode.h"
 #include "editor/semantic.h"
 #include "quill/cback.h"
+#include "quill/filename.h"
 #include "quill/quillerr.h"
 #include "trellis/dispatch.h"
 #include "trellis/drawarea.h"
@@ -74,9 +75,7 @@ GraphEditor::GraphEditor(CppWidget* topLevel, const char* semanticClass, const c
 
 void GraphEditor::open(const char* fileName) {
     start();
-    String name(fileName ? fileName : "");
-    if (name.size() && !strchr(name.asCharPointer() + name.size() - std::min(name.size(), 5u), '.'))
-        name += semantic_->fileExtension();
+    String name = withExtension(fileName);
     bool exists = name.size() && access(name.asCharPointer(), F_OK) == 0;
     if (!exists) gui_->fileMenu().newFile();
     String refusal = name.size() ? relock(name.asCharPointer()) : String();
@@ -180,12 +179,17 @@ void GraphEditor::setChanged(bool flag) { gui_->setModified(flag); }
 
 const String& GraphEditor::fileName() const { return gui_->fileName(); }
 
+// The file's name without its extension, in its directory.
 String GraphEditor::baseName() const {
-    String name = gui_->hasFile() ? gui_->fileName() : String("no-file");
-    const char* text = name.asCharPointer();
-    const char* dot = strrchr(text, '.');
-    const char* slash = strrchr(text, '/');
-    if (dot && (!slash || dot > slash)) return String(std::string(text, dot - text).c_str());
+    if (!gui_->hasFile()) return String("no-file");
+    const char* name = gui_->fileName().asCharPointer();
+    return directoryPart(name) + "/" + ::baseName(name);
+}
+
+// A name without an extension takes that of the kind of drawing; no name stays none.
+String GraphEditor::withExtension(const char* fileName) const {
+    String name(fileName ? fileName : "");
+    if (name.size() && extensionPart(name.asCharPointer()).size() == 0) name += semantic_->fileExtension();
     return name;
 }
 

@@ -83,6 +83,7 @@ public:
     const char* checkPlace(IconNode& icon);
     const String& fileName() const;
     String baseName() const;
+    String withExtension(const char* fileName) const;
     int setFileName(const char* name, bool lock);
     // A child window by its title: a text editor, shower or file editor, or
     // a graph editor of that semantic class.

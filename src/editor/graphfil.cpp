@@ -17,6 +17,7 @@
 #include "quill/arrayob.h"
 #include "quill/assoc.h"
 #include "quill/cback.h"
+#include "quill/filename.h"
 #include "quill/integer.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
@@ -41,35 +42,12 @@ Dictionary& editorsOfFiles() {
     return editors;
 }
 
-String directoryOf(const char* fileName) {
-    const char* slash = strrchr(fileName, '/');
-    return slash ? String(std::string(fileName, slash - fileName).c_str()) : String();
-}
-
-String baseOf(const char* fileName) {
-    const char* slash = strrchr(fileName, '/');
-    return String(slash ? slash + 1 : fileName);
-}
-
+// The lock file of the directory that holds the file (an absolute name).
 String lockFileOf(const char* fileName) {
-    String lock = directoryOf(fileName);
+    String lock = directoryPart(fileName);
     lock += "/";
     lock += LOCK_FILE;
     return lock;
-}
-
-String fullName(const char* fileName) {
-    char* resolved = realpath(fileName, 0);
-    if (!resolved) {
-        String directory = directoryOf(fileName);
-        char* folder = realpath(directory.size() ? directory.asCharPointer() : ".", 0);
-        String name = folder ? String(folder) + "/" + baseOf(fileName) : String(fileName);
-        free(folder);
-        return name;
-    }
-    String name(resolved);
-    free(resolved);
-    return name;
 }
 
 // The Set of the lock file, a new one when the file is missing or holds something else.
@@ -102,7 +80,7 @@ void deleteLocks(Set* locks) {
 
 String GraphEditor::takeLock(const char* fileName) {
     if (!fileName || !*fileName) return String();
-    String file = fullName(fileName);
+    String file = absolutePath(fileName);
     String message;
     if (access(file.asCharPointer(), F_OK) == 0 &&
         (access(file.asCharPointer(), R_OK) != 0 || access(file.asCharPointer(), W_OK) != 0))
@@ -113,7 +91,7 @@ String GraphEditor::takeLock(const char* fileName) {
     if (exists && access(lockFile.asCharPointer(), W_OK) != 0)
         return String("\n\nThe file cannot be written");
     Set* locks = readLocks(lockFile);
-    String base = baseOf(file.asCharPointer());
+    String base = fileNamePart(file.asCharPointer());
     if (locks->includes(base)) {
         deleteLocks(locks);
         return String("\n\nThe file is already edited");
@@ -126,7 +104,7 @@ String GraphEditor::takeLock(const char* fileName) {
 
 void GraphEditor::dropLock(const char* fileName) {
     if (!fileName || !*fileName) return;
-    String file = fullName(fileName);
+    String file = absolutePath(fileName);
     Dictionary& editors = editorsOfFiles();
     if (editors.includesKey(file)) {
         Object* key = CAST(LookupKey, editors.assocAt(file))->key();
@@ -139,7 +117,7 @@ void GraphEditor::dropLock(const char* fileName) {
         return;
     }
     Set* locks = readLocks(lockFile);
-    String base = baseOf(file.asCharPointer());
+    String base = fileNamePart(file.asCharPointer());
     if (locks->includes(base))
         delete locks->remove(base);
     else
@@ -153,14 +131,12 @@ void GraphEditor::dropLock(const char* fileName) {
 
 GraphEditor* GraphEditor::editorOfFile(const char* fileName) {
     Dictionary& editors = editorsOfFiles();
-    String file = fullName(fileName);
+    String file = absolutePath(fileName);
     return editors.includesKey(file) ? static_cast<GraphEditor*>(editors.atKey(file)) : 0;
 }
 
 int GraphEditor::setFileName(const char* name, bool lock) {
-    String file(name ? name : "");
-    const char* extension = semantic_->fileExtension();
-    if (file.size() && !strchr(baseOf(file.asCharPointer()).asCharPointer(), '.')) file += extension;
+    String file = withExtension(name);
     if (isA() == &class_GraphEditor && lock && file.size()) {
         String message = relock(file.asCharPointer());
         if (message.size()) {
@@ -176,7 +152,7 @@ int GraphEditor::setFileName(const char* name, bool lock) {
 // so far is dropped; answers the message of a refusal, and then keeps the
 // old lock.
 String GraphEditor::relock(const char* fileName) {
-    String file = fileName && *fileName ? fullName(fileName) : String();
+    String file = fileName && *fileName ? absolutePath(fileName) : String();
     if (file == lockedName || isA() != &class_GraphEditor) return String();
     if (file.size()) {
         String message = takeLock(file.asCharPointer());
@@ -244,9 +220,7 @@ void GraphEditor::guiSave(Cback& cb) {
 }
 
 bool GraphEditor::load(const char* fileName) {
-    String name(fileName);
-    if (!strchr(baseOf(fileName).asCharPointer(), '.')) name += semantic_->fileExtension();
-    return gui_->openFile(name.asCharPointer(), true);
+    return gui_->openFile(withExtension(fileName).asCharPointer(), true);
 }
 
 void GraphEditor::guiLoad(Cback& cb) {

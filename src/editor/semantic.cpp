@@ -186,7 +186,7 @@ int Semantic::findPlace(IconNode& icon, int x0, int y0, int x1, int y1, int step
             icon.setPosition(Point(x, y));
             if (!attached().checkPlace(icon)) return 1;
         }
-    std::cerr << "No more position for insert the " << icon.className() << ' ' << icon << std::endl;
+    std::cerr << "No more position for insert the " << icon.className() << icon << std::endl;
     return 0;
 }
 

@@ -50,7 +50,7 @@ void syncDirectory(const std::string& directory) {
 // The name mkstemp makes the temporary from: the target's name, hidden, with
 // the six characters that mkstemp replaces by a unique suffix.
 std::string temporaryTemplate(const std::string& path) {
-    const char* const uniqueSuffix = "XXXXXX";
+    const std::string uniqueSuffix(6, 'X');  // mkstemp's template: six X's at the end
     std::string base = path.substr(path.find_last_of('/') + 1);
     return directoryOf(path) + "/." + base + "." + uniqueSuffix;
 }
