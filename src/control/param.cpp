@@ -132,8 +132,11 @@ void Parameter::storer(BinOstream& os) const {
 }
 
 void Parameter::printOn(std::ostream& os) const {
-    os << name_ << " (" << type_ << ") = " << value_;
-    if (subParameters_) os << " " << *subParameters_;
+    os << name_ << " (" << type_ << ")";
+    if (subParameters_)
+        os << " " << *subParameters_;
+    else
+        os << " = " << value_;
 }
 
 void Parameter::clearCopiedState() {

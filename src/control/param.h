@@ -37,7 +37,7 @@ public:
 
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
-    void printOn(std::ostream& os) const override;  // name (type) = value, then the members
+    void printOn(std::ostream& os) const override;  // name (type) = value, or name (type) and the members
     void clearCopiedState() override;
     void deepenShallowCopy() override;
 
