@@ -11,6 +11,8 @@
 #include "control/lmi.h"
 #include "control/muxparse.h"
 #include "control/optgram.h"
+#include "control/param.h"
+#include "control/paramcl.h"
 #include "control/rcdesign.h"
 #include "control/response.h"
 #include "control/robctrl.h"
