@@ -12,6 +12,7 @@
 #include "editor/graphdrv.h"
 #include "interpreter/runner.h"
 #include "panel/designcl.h"
+#include "panel/modelcl.h"
 #include "quill/cback.h"
 #include "quill/language.h"
 #include "quill/quillstr.h"
@@ -151,10 +152,7 @@ int notBuilt(const char* what, const char* file) {
     return 0;
 }
 
-int runBlockDiagram() {
-    if (Argc >= 3) return usageError();
-    return notBuilt("the block-diagram editor", fileArgument());
-}
+int runBlockDiagram() { return runGraphEditor("StateTransSem", "Block Diagram Editor - ", Argc, Argv); }
 
 int runTextEditor() {
     if (Argc >= 3) return usageError();
@@ -169,6 +167,7 @@ int dispatchMode() {
     String program;
     if (findOption("-run", program)) return runProgram(program);
     if (findOption("-design", program)) return runDesign(program);
+    if (findOption("-model", program)) return runModel(program);
     if (findFlag("-blockDiagram")) return runBlockDiagram();
     if (findFlag("-interpreter")) return notBuilt("the interpreter", 0);
     if (findFlag("-robustControlDesign")) return notBuilt("the robust control design panel", 0);
@@ -197,7 +196,12 @@ const OptionLine optionLines[] = {
     {"  -initialFeedback name", "\"pole placement\" (default) or zero; -noiseL x noise on the controls (0)"},
     {"  -continue", "continue the design in RobustControl.rc instead of starting anew"},
     {"  -matlab dir", "where the Matlab script TarnOut.m goes (default: the working directory)"},
-    {"-blockDiagram [file]", "edit a block diagram"},
+    {"-model file.bdg", "check a block diagram and build its model on the console; the options below"},
+    {"  -dyn file.dyn", "save the model (an extended system when the title splits its channels)"},
+    {"  -matlab dir", "write the Matlab script <title>.m into dir"},
+    {"  -discretize T", "discretise the model at the period T (s)"},
+    {"  -poles", "print the model's poles"},
+    {"-blockDiagram [file.bdg]", "edit a block diagram"},
     {"-interpreter", "run the interpreter with its debugger"},
     {"-robustControlDesign", "open the robust control design panel"},
     {"-text [file]", "edit a text file"},

@@ -1,4 +1,5 @@
 // The interconnection of systems against the same system composed by series, parallel and feedback.
+#include "diagram.h"
 #include "model/network.h"
 
 #include <gtest/gtest.h>
@@ -6,19 +7,6 @@
 #include "quill/quillerr.h"
 
 namespace {
-
-DynOp firstOrder(double pole, double gain, double direct = 0.0) {
-    return DynOp(Matrix::diagonal(1, -pole), Matrix::diagonal(1, gain), Matrix::diagonal(1, 1.0),
-                 Matrix::diagonal(1, direct));
-}
-
-void expectSameTransfer(const DynOp& a, const DynOp& b) {
-    ASSERT_EQ(a.inputNumber(), b.inputNumber());
-    ASSERT_EQ(a.outputNumber(), b.outputNumber());
-    DynOp difference = a + (-b);
-    for (double w : {0.0, 0.3, 1.0, 7.0})
-        EXPECT_LT(difference.singularValueAt(w), 1e-9 * (1.0 + b.singularValueAt(w))) << "at w = " << w;
-}
 
 NetLink link(NetEnd from, NetEnd to, double sign = 1.0) {
     NetLink l;
