@@ -61,6 +61,8 @@ public:
     // and "Error\n\n" with "\n\nIgnore error ?" behind for any other kind.
     // An empty text gives an empty message.
     static String errorText(const char* kind, const char* text);
+    // The value of a dialogue's row, trimmed; empty past the last row.
+    static String trimmedValue(const OrderedCltn& values, unsigned index);
 
     // The outgoing links that start at p and the incoming ones that end at p.
     OrderedCltn& linksAt(OrderedCltn& result, const FloatPoint& p);
@@ -89,9 +91,6 @@ protected:
     void addCommentText(const String& text, double y);
     // Rebuilds the picture after an apply.
     void rebuild();
-    void setEditMode(int mode) { editMode = mode; }
-    // The value of a dialogue's row, trimmed.
-    static String trimmedValue(const OrderedCltn& values, unsigned index);
 
 private:
     template <class Stream>
