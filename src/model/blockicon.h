@@ -81,7 +81,8 @@ private:
     template <class Stream>
     void readFields(Stream& is);
     void applyEntries();
-    // The size faults of the model's matrices, a line each; empty when they fit.
+    // The size faults of the model's matrices as quoted parts of a dialogue's
+    // message; empty when they fit.
     static String sizeMessage(const ModelData& data);
 
     int fromMenu = 0;

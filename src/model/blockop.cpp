@@ -70,8 +70,9 @@ String BlockIcon::sizeMessage(const ModelData& data) {
     BlockMatrices m = matricesOf(data);
     bool stateValid, gainValid;
     String message;
-    for (const char* fault : sizeFaults(m, stateValid, gainValid)) message += String(fault) + "\n";
-    return message.stripRight();
+    for (const char* fault : sizeFaults(m, stateValid, gainValid))
+        message += String(message.size() ? ",'" : "'") + fault + "'";
+    return message;
 }
 
 bool BlockIcon::isDynamic() { return !isNull(matrixOf(blockData_.aText)); }

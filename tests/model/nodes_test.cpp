@@ -13,6 +13,7 @@
 #include "model/termicon.h"
 #include "model/titleicon.h"
 #include "quill/cback.h"
+#include "trellis/ask.h"
 
 namespace {
 
@@ -119,6 +120,16 @@ TEST(BlockOperator, SizeFaultsAreReportedInOrderAndLeftOut) {
     EXPECT_EQ(badD.op->order(), 1u);
     EXPECT_EQ(badD.op->inputNumber(), 1u);
 
+    BlockIcon block;
+    OrderedCltn values;
+    for (const char* v : {"G", "[-1]", "[1]", "[1 1]", "[1 2]", "", "1, 1"}) values.add(*new String(v));
+    int status = 0;
+    EXPECT_EQ(str(block.checkParameters(0, values, status)),
+              "Error\n\n The C matrix has not the same number of columns of the A matrix\n"
+              " The D matrix has not the same number of rows and columns of the B or C matrices, respectively"
+              "\n\nIgnore error ?");
+    values.deleteContents();
+
     Built gain("", "", "", "[1 2;3 4;5 6]");
     EXPECT_EQ(gain.messages, "");
     EXPECT_TRUE(gain.op->isStaticGain());
@@ -174,6 +185,44 @@ TEST(BlockFile, OperatorIsLoadedAndOtherClassesRefused) {
     EXPECT_STREQ(refusal, "Invalid class loaded Matrix");
     std::remove(model.c_str());
     std::remove(matrix.c_str());
+}
+
+// Answers the file window with a fixed name, or cancels it; keeps what it was shown.
+struct FileAnswer : DialogAnswerer {
+    std::string file, proposed, shown;
+    void message(int, const char*, const char* text) override { shown += text; }
+    bool question(const char*, const char*, bool byDefault) override { return byDefault; }
+    bool fileName(const char*, const char*, const char*, bool, String& name) override {
+        proposed = name.asCharPointer();
+        name = file.c_str();
+        return !file.empty();
+    }
+};
+
+TEST(BlockFile, WindowStartsAtHomeAndLoadsTheChosenFile) {
+    std::string dir = testing::TempDir(), model = dir + "loop.dyn";
+    Algebra files;
+    ASSERT_TRUE(
+        files.storeToFile(DynOp(Matrix("[-1]"), Matrix("[1]"), Matrix("[1]"), Matrix("[0]")), model.c_str()));
+    std::string home = getenv("HOME") ? getenv("HOME") : "";
+    FileAnswer answer;
+    DialogAnswerer* former = setDialogAnswerer(&answer);
+    BlockIcon block(true);
+
+    setenv("HOME", dir.c_str(), 1);
+    EXPECT_FALSE(block.chooseBlockFile());  // cancelled
+    EXPECT_EQ(answer.proposed, dir + "/");
+
+    setenv("HOME", "/no/such/folder", 1);
+    answer.file = model;
+    EXPECT_TRUE(block.chooseBlockFile());
+    EXPECT_EQ(answer.shown, "Directory does not exist\n\n/no/such/folder");
+    EXPECT_EQ(str(block.nodeName()), "loop");
+    EXPECT_EQ(str(block.blockFile()), model);
+
+    setDialogAnswerer(former);
+    setenv("HOME", home.c_str(), 1);
+    std::remove(model.c_str());
 }
 
 TEST(TitleIcon, ListsCountTheirGroups) {
