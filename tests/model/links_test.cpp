@@ -2,6 +2,7 @@
 // cross.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <regex>
 #include <string>
 
@@ -51,8 +52,8 @@ struct Wired {
     }
 };
 
-BlockIcon* blockOf(const char* name, const char* d) {
-    BlockIcon* block = new BlockIcon;
+std::unique_ptr<BlockIcon> blockOf(const char* name, const char* d) {
+    std::unique_ptr<BlockIcon> block(new BlockIcon);
     block->setFromGain(Matrix(d), name, 0);
     return block;
 }
@@ -94,7 +95,7 @@ TEST(SignalLinkStream, OlderFormsReadWithoutMultiplexingOrDimensions) {
 }
 
 TEST(SignalLinkDialog, DimensionsPassFromBlockToTerminals) {
-    BlockIcon* block = blockOf("G", "[1 2;3 4;5 6]");
+    std::unique_ptr<BlockIcon> block = blockOf("G", "[1 2;3 4;5 6]");
     OutputSignalIcon out;
     out.setNodeName("y");
     Wired wired(*block, out);
@@ -102,12 +103,11 @@ TEST(SignalLinkDialog, DimensionsPassFromBlockToTerminals) {
     EXPECT_EQ(wired.link.signalDimension(), 3);
     EXPECT_EQ(out.inputDimension(), 3);
     EXPECT_EQ(wired.link.signValue(), 1);
-    delete block;
 }
 
 TEST(SignalLinkDialog, MismatchedDimensionsAreWarnedAbout) {
-    BlockIcon* first = blockOf("G1", "[1 2;3 4;5 6]");
-    BlockIcon* second = blockOf("G2", "[1 2]");
+    std::unique_ptr<BlockIcon> first = blockOf("G1", "[1 2;3 4;5 6]");
+    std::unique_ptr<BlockIcon> second = blockOf("G2", "[1 2]");
     Wired wired(*first, *second);
     std::string printed;
     wired.enter("s", "", "", &printed);
@@ -121,13 +121,11 @@ TEST(SignalLinkDialog, MismatchedDimensionsAreWarnedAbout) {
     EXPECT_EQ(wired.link.signalDimension(), 4);
     EXPECT_EQ(wired.link.inputDimension(), 3);
     EXPECT_EQ(wired.link.outputDimension(), 2);
-    delete first;
-    delete second;
 }
 
 TEST(SignalLinkDialog, NarrowMultiplexingIntoABlockNeedsASum) {
     InputSignalIcon in;
-    BlockIcon* block = blockOf("G", "[1 2 3]");
+    std::unique_ptr<BlockIcon> block = blockOf("G", "[1 2 3]");
     Wired wired(in, *block);
     EXPECT_EQ(wired.enter("s", "", "1:2,1:2"),
               "Error\n\nicon G cannot be directly connected to a multiplexer link\nuse a Sum icon\n\nIgnore "
@@ -136,7 +134,6 @@ TEST(SignalLinkDialog, NarrowMultiplexingIntoABlockNeedsASum) {
     int first, last;
     wired.link.destIndices(first, last);
     EXPECT_EQ(last, 3);
-    delete block;
 }
 
 TEST(ModelNodeRoute, RouteReportsTheLinksItCrosses) {

@@ -50,6 +50,13 @@ TEST(NodeStream, BlockKeepsItsModelAndReadsTheOlderContinuousForm) {
     EXPECT_EQ(read->inputDimension(), 1);
     EXPECT_TRUE(read->isFileLoaded());
 
+    // A copy, as the editor's paste makes, owns its own model.
+    BlockIcon* copy = CAST(BlockIcon, block->deepCopy());
+    copy->blockData().setName("H");
+    EXPECT_EQ(str(block->blockData().name()), "G");
+    EXPECT_EQ(str(copy->blockData().dText), str(block->blockData().dText));
+    delete copy;
+
     BlockIcon* old = roundTrip<BlockIcon>(withoutTail(text, "1 \\S+ "));
     ASSERT_NE(old, nullptr);
     EXPECT_FALSE(old->isDiscrete());
