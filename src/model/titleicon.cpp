@@ -35,6 +35,7 @@ void TitleIcon::readFields(Stream& is) {
     readFrom(is, class_String, &description_);
     readFrom(is, class_String, &inputList_);
     readFrom(is, class_String, &outputList_);
+    if (!atObjectEnd(is)) readFrom(is, class_String, &stateList_);
     setTitleName(name);
 }
 
@@ -122,13 +123,15 @@ void TitleIcon::drawIcon() { placeLabel(1.4); }
 
 void TitleIcon::storer(std::ostream& os) const {
     ModelNode::storer(os);
-    for (const String* text : {&titleName_, &systemLabel_, &description_, &inputList_, &outputList_})
+    for (const String* text :
+         {&titleName_, &systemLabel_, &description_, &inputList_, &outputList_, &stateList_})
         text->storeOn(os);
 }
 
 void TitleIcon::storer(BinOstream& os) const {
     ModelNode::storer(os);
-    for (const String* text : {&titleName_, &systemLabel_, &description_, &inputList_, &outputList_})
+    for (const String* text :
+         {&titleName_, &systemLabel_, &description_, &inputList_, &outputList_, &stateList_})
         text->storeOn(os);
 }
 

@@ -22,7 +22,8 @@ public:
     // new title cannot be deleted.
     explicit TitleIcon(const char* baseName = "");
     // Stream form: ModelNode's, then the name, the system label, the
-    // description and the input and output lists. An empty name reads as "TITLE".
+    // description and the input, output and state lists. An empty name reads
+    // as "TITLE"; older streams end before the state list.
     TitleIcon(std::istream& is, Object* where);
     TitleIcon(BinIstream& is, Object* where);
     ~TitleIcon() noexcept(false) override;

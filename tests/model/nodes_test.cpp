@@ -80,12 +80,14 @@ TEST(NodeStream, TerminalsAndTitleKeepTheirTexts) {
     TitleIcon title("plant");
     title.setInputList("d1, u1");
     title.setSystemLabel("Discrete System 0.25");
+    title.setStateList("2 -1");
     std::string text = storedText(title);
     TitleIcon* read = roundTrip<TitleIcon>(text);
     ASSERT_NE(read, nullptr);
     EXPECT_EQ(str(read->titleName()), "plant");
     EXPECT_EQ(str(read->inputList()), "d1, u1");
     EXPECT_DOUBLE_EQ(read->samplingTime(), 0.25);
+    EXPECT_EQ(str(read->stateList()), "2 -1");
     EXPECT_FALSE(read->isDeletable());
     delete read;
 
@@ -94,6 +96,13 @@ TEST(NodeStream, TerminalsAndTitleKeepTheirTexts) {
     ASSERT_NE(unnamed, nullptr);
     EXPECT_EQ(str(unnamed->titleName()), "TITLE");
     EXPECT_EQ(str(unnamed->nodeName()), "TITLE");
+    delete unnamed;
+
+    // Without the state list the title is one of an older editor.
+    unnamed = roundTrip<TitleIcon>(withoutTail(text, "\\S+\\{\\d+ \\d+ \"2 -1\"\\}\\n"));
+    ASSERT_NE(unnamed, nullptr);
+    EXPECT_EQ(str(unnamed->stateList()), "");
+    EXPECT_EQ(str(unnamed->inputList()), "d1, u1");
     delete unnamed;
 }
 
