@@ -136,6 +136,28 @@ TEST(SignalLinkDialog, NarrowMultiplexingIntoABlockNeedsASum) {
     EXPECT_EQ(last, 3);
 }
 
+TEST(SignalLinkDialog, LinkWithOneModelEndComparesItsOwnDimension) {
+    std::unique_ptr<BlockIcon> block = blockOf("G", "[1 2;3 4;5 6]");
+    InputSignalIcon other;
+    Wired wired(*block, other);
+    wired.link.setSignalDimension(2);
+    OrderedCltn labels, values;
+    for (const char* v : {"s", "", ""}) values.add(*new String(v));
+    int status, count;
+    wired.link.checkParameters(0, values, status);
+    values.deleteContents();
+    testing::internal::CaptureStderr();
+    wired.link.iconParametersTo(1, labels, values, count);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Warning: signal dimension (2) of this link\nis not equal to output dimension (3) of block G\n"
+              "when the network has been completed execute the command \"Check Model Consistency\"\n");
+    EXPECT_EQ(wired.link.signalDimension(), 3);
+    OrderedCltn atStart;
+    EXPECT_EQ(block->linksAt(atStart, wired.link.firstPoint()).size(), 1u);
+    OrderedCltn elsewhere;
+    EXPECT_EQ(block->linksAt(elsewhere, wired.link.lastPoint()).size(), 0u);
+}
+
 TEST(ModelNodeRoute, RouteReportsTheLinksItCrosses) {
     InputSignalIcon a, c;
     OutputSignalIcon b, d;
