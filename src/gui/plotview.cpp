@@ -52,7 +52,6 @@ PlotView::PlotView(const char* name, CppWidget* parent, int width, int height) :
     plot->resize(width, height);
     plot->setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
     plot->legend->setVisible(true);
-    plot->axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignBottom | Qt::AlignRight);
     setHandle(plot);
 }
 
@@ -65,11 +64,15 @@ void PlotView::draw(const PlotPicture& picture) {
     p.xAxis->setLabel(toQt(picture.xLabel.c_str()));
     p.yAxis->setLabel(toQt(picture.yLabel.c_str()));
     setLogarithmic(p, picture.logarithmic);
+    // Gains fall with the frequency and time responses mostly rise: the legend goes where they are not.
+    Qt::Alignment corner = picture.logarithmic ? Qt::AlignTop : Qt::AlignBottom;
+    p.axisRect()->insetLayout()->setInsetAlignment(0, corner | Qt::AlignRight);
     for (unsigned j = 0; j < picture.response.values.columnNumber(); ++j)
         addGraph(p, picture.response, j, j < picture.legends.size() ? picture.legends[j] : std::string());
     p.rescaleAxes();
-    // A flat response would leave an empty value range: open it a little.
+    // A margin above and below the values; a flat response would leave an empty range.
     QCPRange values = p.yAxis->range();
-    if (values.size() < 1e-12) p.yAxis->setRange(values.lower - 1.0, values.upper + 1.0);
+    double margin = values.size() < 1e-12 ? 1.0 : 0.05 * values.size();
+    p.yAxis->setRange(values.lower - margin, values.upper + margin);
     p.replot();
 }

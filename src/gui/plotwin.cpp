@@ -19,6 +19,7 @@ DEFINE_ABSTRACT_CLASS(PlotWindow, CppShell, 1, 0)
 namespace {
 
 const int GAP = 6;
+const int WIDTH = 780, HEIGHT = 620;  // the window's first size
 const char* const choiceLabels[] = {"Step response", "Free response", "Random noise", "Frequency plot"};
 const char* const fieldLabels[] = {"Channels (output,input)", "Final time (s)", "Frequencies (rad/s) from",
                                    "to", "Initial state"};
@@ -40,12 +41,13 @@ std::string numberText(double value) {
     return text.str();
 }
 
-// The widgets one after the other from the form's left edge, under above.
+// The widgets one after the other from the form's left edge, under above; a label a little lower, to
+// meet the line of the field beside it.
 void placeRow(CppForm& f, CppWidget& above, std::initializer_list<CppWidget*> row) {
     CppWidget* left = &f;
     for (CppWidget* w : row) {
         f.attachHorizontal(left, w, GAP);
-        f.attachVertical(&above, w, GAP);
+        f.attachVertical(&above, w, w->isKindOf(class_CppLabel) ? GAP + 4 : GAP);
         left = w;
     }
 }
@@ -69,6 +71,7 @@ PlotWindow::PlotWindow(Plot& plot) : CppShell("PlotWindow", 0, "Plot"), plot(plo
     f.attachVertical(lastRow, view_, GAP);
     f.attachBottomToSibling(*view_, *messageLine, GAP);
     connect();
+    resize(WIDTH, HEIGHT);
 }
 
 void PlotWindow::buildChoices(CppForm& f) {
