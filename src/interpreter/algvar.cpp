@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "algebra/algebra.h"
+#include "control/dynop.h"
 #include "control/workspc.h"
 #include "interpreter/charvar.h"
 #include "interpreter/discvar.h"
@@ -25,6 +26,18 @@
 #include "quill/quillerr.h"
 
 DEFINE_ABSTRACT_CLASS(AlgebraVar, Variable, 1, 0)
+
+namespace {
+
+PlotOpener plotOpener = 0;
+
+}  // namespace
+
+PlotOpener setPlotOpener(PlotOpener opener) {
+    PlotOpener former = plotOpener;
+    plotOpener = opener;
+    return former;
+}
 
 // --- Kinds ---
 
@@ -145,6 +158,12 @@ Variable* storeNamed(Variable& v, OrderedCltn& a) { return new IntVar(storeIn(se
 
 Variable* eigenvalues(Variable& v, OrderedCltn&) { return new MatrixVar(self(v).computeEigenvalues()); }
 
+Variable* plotted(Variable& v, OrderedCltn&) {
+    if (!self(v).isPlottable())
+        Variable::typeError(String("Run time error, a ") + v.getType() + " cannot be plotted");
+    return new IntVar(self(v).plotOn());
+}
+
 }  // namespace
 
 const MethodTable& AlgebraVar::methods() const {
@@ -162,6 +181,7 @@ const MethodTable& AlgebraVar::methods() const {
     table->add("storeOn", "int", {"string"}, storeNamed);
     table->add("save", "int", {"string"}, saveNamed);
     table->add("save", "int", {}, saveOwn);
+    table->add("plot", "int", {}, plotted);
     table->add("eig", "Matrix", {}, eigenvalues);
     return *table;
 }
@@ -185,6 +205,31 @@ Variable* AlgebraVar::execMethodCall(FuncDeclare* method, OrderedCltn& arguments
     } catch (TarnException* e) {
         numericFault(e);
     }
+}
+
+AlgebraVar::~AlgebraVar() noexcept(false) {
+    if (plot) delete plot;
+}
+
+void AlgebraVar::deepenShallowCopy() {
+    plot = 0;
+    initialCondition.clearCopiedState();
+    Variable::deepenShallowCopy();
+}
+
+// --- The plot ---
+
+int AlgebraVar::plotOn() { return 0; }
+
+// Without an opener the program runs without windows (tarn -run): the plot is refused at once.
+int AlgebraVar::plotSystem(const DynOp& s) {
+    if (!plotOpener)
+        typeError(
+            "Run time error, plot needs the window system: run the program from the interpreter's "
+            "window, not with -run");
+    initialCondition.reSize(s.order());
+    plot = plotOpener(plot, s, initialCondition, getName().asCharPointer());
+    return 1;
 }
 
 // --- Files and the workspace ---

@@ -6,8 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "algebra/vector.h"
 #include "interpreter/variable.h"
 
+class DynOp;
 class Matrix;
 class TarnException;
 
@@ -71,13 +73,25 @@ private:
     std::vector<Entry> entries;
 };
 
+// Opens the plot window of a system for the value named title: makes the plot object when plot is
+// null, shows the system with the initial condition and answers the plot object, which the value owns
+// from then on. The window library installs it at start-up; the language's core has no windows.
+typedef Object* (*PlotOpener)(Object* plot, const DynOp& system, const Vector& initialCondition,
+                              const char* title);
+// Answers the former opener; null leaves plot refused.
+PlotOpener setPlotOpener(PlotOpener opener);
+
 // A numeric value: an object of the numeric library held by value, stored on files and in the
 // workspace, with operators by double dispatch. A fault that the numeric library raises (a
 // dimension, an index) ends the run as the interpreter's error, with the library's text.
 class AlgebraVar : public Variable {
     DECLARE_MEMBERS(AlgebraVar)
 public:
+    ~AlgebraVar() noexcept(false) override;
+
     // --- The slots of the numeric values (ORDER SLOT) ---
+    // Opens the plot of the value's system; refused for a value without one.
+    virtual int plotOn();
     // Loads from the file named after the variable with the class's extension; 1, or 0 after the warning.
     virtual int buildFromDefaultFile();
     virtual int buildAlgebraObject(const String& fileName);
@@ -85,6 +99,7 @@ public:
     virtual Matrix computeEigenvalues();
     // Takes the value of the name (the own name when empty) from the workspace; fails otherwise.
     virtual void recoverFromWorkspace(const String& workspaceName);
+    virtual int isPlottable() const { return 0; }
 
     Variable* getOperationType(Variable* other, int op, int swapped) override;
     Variable* doOperation(Variable* other, int op, int swapped) override;
@@ -97,6 +112,8 @@ public:
     FuncDeclare* getMethod(const String& methodName, const OrderedCltn& types) const override;
     Variable* execMethodCall(FuncDeclare* method, OrderedCltn& arguments, std::int32_t& errorFlag) override;
     String getValueString() const override;  // the printed form of the numeric object
+    // A copy plots in a window of its own.
+    void deepenShallowCopy() override;
 
     // The line "Var <name> of level <rank> cannot be converted in a <type>" on the standard output.
     static void conversionFailure(const Variable* v, const char* typeName);
@@ -108,7 +125,10 @@ public:
     bool isTemporary() const { return getName().size() == 0; }
 
 protected:
-    AlgebraVar() {}
+    AlgebraVar() : plot(0), initialCondition(0u) {}
+
+    // Opens the plot of s through the installed opener, with the initial condition sized to its order.
+    int plotSystem(const DynOp& s);
 
     // --- What each class adds ---
     virtual const Object& numericObject() const = 0;
@@ -129,6 +149,12 @@ protected:
 
     // A comparison result: == and != by equality, the others by the library's byte order.
     static Variable* comparison(const Object& left, const Object& right, int op, int swapped);
+
+    // The state of the plot: its object, made on first use, and the initial state of the free
+    // response, kept over repeated plots of the same order. The plot keeps the system and its
+    // sampling time.
+    Object* plot;
+    Vector initialCondition;
 
 private:
     Variable* passOn(Variable* other, int op, int swapped, bool execute);

@@ -16,11 +16,11 @@ void registerDynOp(Class*) { Variable::registerType(new DynOpVar); }
 
 DEFINE_CLASS(DynOpVar, AlgebraVar, 1, registerDynOp)
 
-DynOpVar::DynOpVar() : system(new DynOp), initialCondition(0u) {}
+DynOpVar::DynOpVar() : system(new DynOp) {}
 
-DynOpVar::DynOpVar(const DynOp& s) : system(new DynOp(s)), initialCondition(0u) {}
+DynOpVar::DynOpVar(const DynOp& s) : system(new DynOp(s)) {}
 
-DynOpVar::DynOpVar(DynOp* owned) : system(owned), initialCondition(0u) {}
+DynOpVar::DynOpVar(DynOp* owned) : system(owned) {}
 
 DynOpVar::~DynOpVar() noexcept(false) { delete system; }
 
@@ -32,7 +32,6 @@ const String& DynOpVar::getType() const {
 void DynOpVar::deepenShallowCopy() {
     AlgebraVar::deepenShallowCopy();
     system = static_cast<DynOp*>(system->deepCopy());
-    initialCondition.clearCopiedState();
 }
 
 void DynOpVar::replace(DynOp* s) {

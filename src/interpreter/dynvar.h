@@ -25,6 +25,8 @@ public:
     int getLevel() const override { return 101; }
     Matrix computeEigenvalues() override;  // the poles
     void deepenShallowCopy() override;
+    int plotOn() override { return plotSystem(*system); }
+    int isPlottable() const override { return 1; }
 
     // A new system in this value's time domain: a discrete one takes the own sampling time.
     DynOp* sameTime(const DynOp& s) const;
@@ -62,7 +64,6 @@ private:
     DynOp combined(const Variable* other, int op, int swapped) const;
 
     DynOp* system;  // owned
-    Vector initialCondition;
 };
 
 // "Run time error, <what> <count> out of range" for a negative count or one above its limit.

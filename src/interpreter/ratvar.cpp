@@ -1,6 +1,9 @@
 // RationalFunctionVar: conversion, operators, methods and constructors.
 #include "interpreter/ratvar.h"
 
+#include <memory>
+
+#include "control/discdyn.h"
 #include "interpreter/intvar.h"
 #include "interpreter/mtrxvar.h"
 #include "interpreter/operator.h"
@@ -30,6 +33,11 @@ void RationalFunctionVar::deepenShallowCopy() {
 }
 
 Matrix RationalFunctionVar::computeEigenvalues() { return RationalFunction(value).poles(); }
+
+int RationalFunctionVar::plotOn() {
+    std::unique_ptr<DynOp> s(value.isDiscrete() ? new DiscDynOp(value, 0.0) : new DynOp(value));
+    return plotSystem(*s);
+}
 
 RationalFunction RationalFunctionVar::toRational(const Variable* v, double samplingTime) {
     const Variable* d = dereference(const_cast<Variable*>(v));

@@ -21,6 +21,9 @@ public:
     int getLevel() const override { return 23; }
     Matrix computeEigenvalues() override;  // the poles
     void deepenShallowCopy() override;
+    // Plots the realisation: a companion form, in discrete time at the function's sampling time.
+    int plotOn() override;
+    int isPlottable() const override { return 1; }
 
     // Int and float as constants, a polynomial over 1, a rational function; anything else is the
     // conversion line and 0 / 1. The number takes the sampling time given.

@@ -10,6 +10,8 @@
 
 #include "editor/fileedt.h"
 #include "editor/graphdrv.h"
+#include "gui/plot.h"
+#include "interpreter/algvar.h"
 #include "interpreter/runner.h"
 #include "panel/designcl.h"
 #include "panel/modelcl.h"
@@ -163,11 +165,13 @@ int runTextEditor() {
     return 0;
 }
 
+// -run and -design work without windows; the other modes plot the language's values in the plot window.
 int dispatchMode() {
     String program;
     if (findOption("-run", program)) return runProgram(program);
     if (findOption("-design", program)) return runDesign(program);
     if (findOption("-model", program)) return runModel(program);
+    setPlotOpener(openPlotWindow);
     if (findFlag("-blockDiagram")) return runBlockDiagram();
     if (findFlag("-interpreter")) return notBuilt("the interpreter", 0);
     if (findFlag("-robustControlDesign")) return notBuilt("the robust control design panel", 0);
