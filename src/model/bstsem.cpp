@@ -14,6 +14,7 @@
 #include "quill/dictnary.h"
 #include "quill/orderedc.h"
 #include "quill/validobj.h"
+#include "trellis/shell.h"
 
 DEFINE_CLASS(BaseStateTransSem, Semantic, 1, 0)
 

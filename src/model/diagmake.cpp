@@ -8,23 +8,20 @@
 #include "quill/arrayob.h"
 #include "quill/integer.h"
 
-DiagramMaker::DiagramMaker(const char* name) : sem(new StateTransSem), title_(new TitleIcon(name)) {
+DiagramMaker::DiagramMaker(const char* name) : sem(new StateTransSem), title_(new TitleIcon(name)), icons(new Dictionary) {
     title_->setPosition(Point(71, 53));
     title_->update();
-    icons.add(*title_);
+    icons->add(*title_);
     sem->iconInserted(*title_);
 }
 
-DiagramMaker::~DiagramMaker() {
-    delete sem;
-    icons.deepDeleteContents();
-}
+DiagramMaker::~DiagramMaker() { deleteDrawing(*icons, sem); }
 
 void DiagramMaker::place(ModelNode& node, const char* name, int x, int y) {
     node.setNodeName(name);
     node.setPosition(Point(x, y));
     node.update();
-    icons.add(node);
+    icons->add(node);
     sem->iconInserted(node);
 }
 
@@ -63,14 +60,16 @@ SignalLink& DiagramMaker::link(ModelNode& from, ModelNode& to, const char* sign,
     to.addFromLink(*l);
     l->setFrom(&from);
     l->setTo(&to);
+    l->update();
     OrderedCltn labels, values;
     for (const char* v : {name, sign, mux}) values.add(*new String(v));
     int status = 0, count = 0;
     l->checkParameters(0, values, status);
     l->iconParameters(1, labels, values, count);
     values.deleteContents();
+    l->release();
     l->update();
-    icons.add(*l);
+    icons->add(*l);
     return *l;
 }
 
@@ -86,7 +85,7 @@ std::unique_ptr<DynOp> DiagramMaker::build(std::string* reports) {
 
 void DiagramMaker::save(const char* fileName) {
     ArrayOb drawing(6);
-    drawing[0] = &icons;
+    drawing[0] = icons;
     drawing[1] = sem;
     Float x(0.3), y(0.3), one(1.0);
     drawing[2] = &x;

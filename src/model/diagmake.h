@@ -40,7 +40,7 @@ private:
 
     StateTransSem* sem;
     TitleIcon* title_;
-    Dictionary icons;
+    Dictionary* icons;
 };
 
 #endif

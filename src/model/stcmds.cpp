@@ -71,7 +71,7 @@ bool StateTransSem::askValues(const char* title, std::vector<std::pair<const cha
 bool StateTransSem::askValue(const char* title, const char* label, String& value) {
     std::vector<std::pair<const char*, String>> rows = {{label, value}};
     if (!askValues(title, rows)) return false;
-    value = rows[0].second.strip();
+    value = rows[0].second.stripBoth();
     return true;
 }
 

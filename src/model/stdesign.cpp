@@ -12,7 +12,7 @@ namespace {
 
 // Row or column indices first, first + 1, ..., first + count - 1.
 IntArray range(unsigned first, unsigned count) {
-    IntArray list(int(count));
+    IntArray list(count);
     for (unsigned i = 0; i < count; ++i) list[int(i)] = int(first + i);
     return list;
 }

@@ -20,6 +20,7 @@
 #include "model/titleicon.h"
 #include "quill/arrayob.h"
 #include "quill/cback.h"
+#include "quill/dictnary.h"
 #include "quill/objio.h"
 #include "trellis/drawarea.h"
 #include "trellis/resource.h"
@@ -219,8 +220,9 @@ const char* StateTransSem::checkLink(IconNode& from, IconNode& to, const Class&,
     return 0;
 }
 
+// Disconnected and taken out of the collections, which must never hold a deleted icon.
 void StateTransSem::deleteIcon(IconNode* icon) {
-    if (icon) connectEvents(*icon, false);
+    if (icon) iconRemoved(*icon);
     delete icon;
 }
 
@@ -342,6 +344,27 @@ DiagramFile::DiagramFile(const char* fileName) {
 
 DiagramFile::~DiagramFile() {
     if (!drawing) return;
+    ArrayOb* array = drawing->isKindOf(class_ArrayOb) ? CAST(ArrayOb, drawing) : 0;
+    if (semantic_ && array && (*array)[0] != nil && (*array)[0]->isKindOf(class_Dictionary)) {
+        deleteDrawing(*CAST(Dictionary, (*array)[0]), semantic_);
+        (*array)[0] = (*array)[1] = nil;
+    }
     drawing->deepDeleteContents();
     delete drawing;
+}
+
+void deleteDrawing(Dictionary& icons, Semantic* semantic) {
+    OrderedCltn all;
+    all.addContentsOf(icons);
+    icons.removeAll();
+    for (unsigned i = 0; i < all.size(); ++i) {
+        IconNode* icon = CAST(IconNode, all.at(i));
+        icon->release();
+        if (icon->isKindOf(class_IconArc))
+            semantic->deleteLink(CAST(IconArc, icon));
+        else
+            semantic->deleteIcon(icon);
+    }
+    delete &icons;
+    delete semantic;
 }

@@ -16,6 +16,7 @@
 #include "quill/random.h"
 
 class BlockIcon;
+class Dictionary;
 class IntArray;
 class InputSignalIcon;
 class ModelNode;
@@ -163,6 +164,10 @@ private:
 
 // A block diagram file read without a window: its semantic with the icons it refers to, all
 // owned until the end.
+// Deletes the icons of a drawing as the editor does, through its semantic, then the semantic and
+// the dictionary.
+void deleteDrawing(Dictionary& icons, Semantic* semantic);
+
 class DiagramFile {
 public:
     explicit DiagramFile(const char* fileName);
