@@ -49,7 +49,7 @@ public:
     Vector& initialState() { return initial; }
 
     // Draws what the window's settings ask for. Answers the refusal that the window's message line
-    // then shows, or the empty text when it was drawn.
+    // then shows, or the empty text when it was drawn; nothing happens before the first open.
     std::string replot();
     // Runs a nested dispatch loop until the window is closed; at once when it is not shown.
     void waitUntilClosed();
