@@ -56,12 +56,12 @@ public:
     // Null before the first open.
     PlotWindow* window() const { return win; }
 
-    // The picture of the settings, or the refusal. Library faults go on as raised.
-    std::string picture(const PlotSettings& settings, PlotPicture& picture) const;
-    const std::string& title() const { return title_; }
+    // The name of state i, "x1.." when none was given.
     std::string stateName(unsigned i) const;
 
 private:
+    // The picture of the settings, or the refusal. Library faults go on as raised.
+    std::string picture(const PlotSettings& settings, PlotPicture& picture) const;
     std::string inputName(unsigned i) const;
     std::string outputName(unsigned i) const;
     std::string timePicture(const PlotSettings& settings, PlotPicture& picture) const;
