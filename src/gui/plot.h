@@ -22,8 +22,8 @@ extern Symbol PlotUpdateRequest;  // raised on the Plot when the user asks to re
 // The kinds of plot, in the order of the window's choices.
 enum PlotKind { STEP_PLOT, FREE_PLOT, NOISE_PLOT, FREQUENCY_PLOT };
 
-// What the window asks for: the kind, the channel selection "output,input", the final time, the
-// frequency range and, for the free response, the initial state.
+// What the window asks for: the kind, the channel selection "output,input", the final time and the
+// frequency range; the initial state goes straight into the plot.
 struct PlotSettings {
     PlotKind kind = STEP_PLOT;
     std::string channels = "1,1";
