@@ -78,6 +78,7 @@ std::string Plot::stateName(unsigned i) const { return nameAt(states, i, 'x'); }
 
 // A fault of the numeric library is shown as a refusal: the window stays as it was.
 std::string Plot::replot() {
+    if (!win) return std::string();
     PlotSettings settings;
     std::string refusal = win->settings(settings);
     if (refusal.empty() && settings.kind == FREE_PLOT) refusal = win->readInitialState();

@@ -22,8 +22,8 @@ extern Symbol PlotUpdateRequest;  // raised on the Plot when the user asks to re
 // The kinds of plot, in the order of the window's choices.
 enum PlotKind { STEP_PLOT, FREE_PLOT, NOISE_PLOT, FREQUENCY_PLOT };
 
-// What the window asks for: the kind, the channel selection "output,input", the final time, the
-// frequency range and, for the free response, the initial state.
+// What the window asks for: the kind, the channel selection "output,input", the final time and the
+// frequency range; the initial state goes straight into the plot.
 struct PlotSettings {
     PlotKind kind = STEP_PLOT;
     std::string channels = "1,1";
@@ -49,19 +49,19 @@ public:
     Vector& initialState() { return initial; }
 
     // Draws what the window's settings ask for. Answers the refusal that the window's message line
-    // then shows, or the empty text when it was drawn.
+    // then shows, or the empty text when it was drawn; nothing happens before the first open.
     std::string replot();
     // Runs a nested dispatch loop until the window is closed; at once when it is not shown.
     void waitUntilClosed();
     // Null before the first open.
     PlotWindow* window() const { return win; }
 
-    // The picture of the settings, or the refusal. Library faults go on as raised.
-    std::string picture(const PlotSettings& settings, PlotPicture& picture) const;
-    const std::string& title() const { return title_; }
+    // The name of state i, "x1.." when none was given.
     std::string stateName(unsigned i) const;
 
 private:
+    // The picture of the settings, or the refusal. Library faults go on as raised.
+    std::string picture(const PlotSettings& settings, PlotPicture& picture) const;
     std::string inputName(unsigned i) const;
     std::string outputName(unsigned i) const;
     std::string timePicture(const PlotSettings& settings, PlotPicture& picture) const;

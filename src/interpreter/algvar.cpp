@@ -224,9 +224,7 @@ int AlgebraVar::plotOn() { return 0; }
 // Without an opener the program runs without windows (tarn -run): the plot is refused at once.
 int AlgebraVar::plotSystem(const DynOp& s) {
     if (!plotOpener)
-        typeError(
-            "Run time error, plot needs the window system: run the program from the interpreter's "
-            "window, not with -run");
+        typeError("Run time error, plot needs the window system, which a program run by -run does not have");
     initialCondition.reSize(s.order());
     plot = plotOpener(plot, s, initialCondition, getName().asCharPointer());
     return 1;

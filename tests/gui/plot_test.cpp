@@ -116,18 +116,22 @@ TEST_F(PlotTest, InitialStateSurvivesTheSameOrderAndFollowsAnother) {
     EXPECT_EQ(plot.initialState().size(), 1u);
 }
 
-TEST_F(PlotTest, ExportWritesAPngFile) {
+// The export button asks for the name; PDF goes by the name's extension.
+TEST_F(PlotTest, ExportWritesPngAndPdfFiles) {
     plot.setSystem(firstOrder(), {}, {}, {});
     plot.open("Motor");
     Answers answers;
-    answers.file = testing::TempDir() + "plot_export.png";
-    unlink(answers.file.c_str());
-    window().button(PlotWindow::EXPORT).press();
-    struct stat written;
-    ASSERT_EQ(stat(answers.file.c_str(), &written), 0);
-    EXPECT_GT(written.st_size, 0);
+    for (const char* name : {"plot_export.png", "plot_export.PDF"}) {
+        SCOPED_TRACE(name);
+        answers.file = testing::TempDir() + name;
+        unlink(answers.file.c_str());
+        window().button(PlotWindow::EXPORT).press();
+        struct stat written;
+        ASSERT_EQ(stat(answers.file.c_str(), &written), 0);
+        EXPECT_GT(written.st_size, 0);
+        unlink(answers.file.c_str());
+    }
     EXPECT_TRUE(answers.messages.empty());
-    unlink(answers.file.c_str());
 }
 
 bool updateRequested = false;
