@@ -3,11 +3,15 @@
 #define MODEL_ALL_H
 
 #include "model/blockicon.h"
+#include "model/bstsem.h"
 #include "model/crossing.h"
+#include "model/diagmake.h"
 #include "model/modeldata.h"
 #include "model/modelnode.h"
+#include "model/network.h"
 #include "model/route.h"
 #include "model/signlink.h"
+#include "model/stsem.h"
 #include "model/sttrlink.h"
 #include "model/termicon.h"
 #include "model/titleicon.h"

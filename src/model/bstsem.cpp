@@ -104,10 +104,16 @@ bool BaseStateTransSem::confirmed(IconNode& icon, int mode, ParamEditor& dialog)
     int status = 0;
     String message = ::checkParameters(icon, mode, dialog.values(), status);
     switch (outcomeOf(message)) {
-        case Accept: return true;
-        case AcceptAfterWarning: showWarning(message.asCharPointer()); return true;
-        case AskToIgnore: return askQuestion(message.asCharPointer());
-        case Refuse: showError(message.asCharPointer()); return false;
+        case Accept:
+            return true;
+        case AcceptAfterWarning:
+            showWarning(message.asCharPointer());
+            return true;
+        case AskToIgnore:
+            return askQuestion(message.asCharPointer());
+        case Refuse:
+            showError(message.asCharPointer());
+            return false;
     }
     return false;
 }

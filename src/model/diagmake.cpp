@@ -8,7 +8,8 @@
 #include "quill/arrayob.h"
 #include "quill/integer.h"
 
-DiagramMaker::DiagramMaker(const char* name) : sem(new StateTransSem), title_(new TitleIcon(name)), icons(new Dictionary) {
+DiagramMaker::DiagramMaker(const char* name)
+    : sem(new StateTransSem), title_(new TitleIcon(name)), icons(new Dictionary) {
     title_->setPosition(Point(71, 53));
     title_->update();
     icons->add(*title_);
@@ -51,7 +52,8 @@ BlockIcon& DiagramMaker::block(const char* name, const DynOp& system, int x, int
     return *b;
 }
 
-SignalLink& DiagramMaker::link(ModelNode& from, ModelNode& to, const char* sign, const char* mux, const char* name) {
+SignalLink& DiagramMaker::link(ModelNode& from, ModelNode& to, const char* sign, const char* mux,
+                               const char* name) {
     SignalLink* l = new SignalLink;
     FloatRect a = from.box(), b = to.box();
     FloatPoint p1(a.x() + a.width(), a.y() + a.height() / 2), p2(b.x(), b.y() + b.height() / 2);
@@ -87,11 +89,12 @@ void DiagramMaker::save(const char* fileName) {
     ArrayOb drawing(6);
     drawing[0] = icons;
     drawing[1] = sem;
-    Float x(0.3), y(0.3), one(1.0);
+    // The scroll state: origin and size of the view, as fractions of the board.
+    Float x(0.3), width(1.0), y(0.3), height(1.0);
     drawing[2] = &x;
-    drawing[3] = &one;
+    drawing[3] = &width;
     drawing[4] = &y;
-    drawing[5] = &one;
+    drawing[5] = &height;
     std::ofstream file(fileName);
     drawing.storeOn(file);
     for (int i = 0; i < 6; ++i) drawing[i] = nil;

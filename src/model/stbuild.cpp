@@ -59,7 +59,8 @@ private:
 
     static void addChannelNames(std::vector<std::string>& list, const String& name, int dim) {
         for (int k = 1; k <= dim; ++k)
-            list.push_back(dim == 1 ? name.asCharPointer() : std::string(name.asCharPointer()) + "." + std::to_string(k));
+            list.push_back(dim == 1 ? name.asCharPointer()
+                                    : std::string(name.asCharPointer()) + "." + std::to_string(k));
     }
 
     // Depth first from a source along its links; sums met for the first time wait for the next pass.
@@ -118,25 +119,23 @@ private:
 
 namespace {
 
-// The channels of each named terminal, by name, in the default order.
+// The channels of each terminal that the model holds, by name: where its first channel lies in
+// the model's order, and how many it has. Terminals are listed in the order of the drawing.
 struct Terminal {
     std::string name;
     int first, dim;
 };
 
-std::vector<Terminal> terminals(const OrderedCltn& icons, const std::vector<std::string>& channels, bool inputs) {
+std::vector<Terminal> terminals(const OrderedCltn& icons, const std::vector<std::string>& channels,
+                                bool inputs) {
     std::vector<Terminal> result;
-    int at = 0;
     for (unsigned i = 0; i < icons.size(); ++i) {
         ModelNode& n = *CAST(ModelNode, icons.at(i));
         int dim = inputs ? n.outputDimension() : n.inputDimension();
         std::string name = n.nodeName().asCharPointer();
+        auto at = std::find(channels.begin(), channels.end(), dim == 1 ? name : name + ".1");
         // Outputs that the traversal never reached carry no channel.
-        bool present = inputs || std::find(channels.begin(), channels.end(), dim == 1 ? name : name + ".1") !=
-                                     channels.end();
-        if (!present) continue;
-        result.push_back({name, at, dim});
-        at += dim;
+        if (dim > 0 && at != channels.end()) result.push_back({name, int(at - channels.begin()), dim});
     }
     return result;
 }
@@ -144,28 +143,31 @@ std::vector<Terminal> terminals(const OrderedCltn& icons, const std::vector<std:
 // The order of the channels by the title's list: named terminals first as listed, the others
 // after them in the default order. A warning tells each defect of the list; firstGroup receives
 // the channels of the names before the first comma.
-std::vector<int> listedOrder(const String& list, std::vector<Terminal> terms, const char* kind, int& firstGroup) {
+std::vector<int> listedOrder(const String& list, std::vector<Terminal> terms, const char* kind,
+                             int& firstGroup) {
     int firstCount = 0, secondCount = 0;
     std::vector<std::string> listed = TitleIcon::splitList(list, firstCount, secondCount);
     std::string tail = "\nopen the title and correct the list";
     std::string what = std::string("in the list of the ") + kind + " names";
     if (listed.size() < terms.size())
-        std::cerr << "Warning, " << what << " not all " << kind << "s have been assigned" << tail << std::endl;
+        std::cerr << "Warning, " << what << " not all " << kind << "s have been assigned" << tail
+                  << std::endl;
     if (listed.size() > terms.size())
         std::cerr << "Warning, " << what << " there are more names than " << kind << "s" << tail << std::endl;
     std::vector<int> order;
     std::vector<bool> taken(terms.size(), false);
     firstGroup = 0;
     for (size_t i = 0; i < listed.size(); ++i) {
-        auto it = std::find_if(terms.begin(), terms.end(), [&](const Terminal& t) { return t.name == listed[i]; });
+        auto it =
+            std::find_if(terms.begin(), terms.end(), [&](const Terminal& t) { return t.name == listed[i]; });
         if (it == terms.end()) {
             std::cerr << "Warning, \"" << listed[i] << "\" " << what << " is incorrect" << tail << std::endl;
             continue;
         }
         size_t t = size_t(it - terms.begin());
         if (taken[t]) {
-            std::cerr << "Warning, " << what << " there are more " << kind << "s with the same name " << listed[i]
-                      << std::endl;
+            std::cerr << "Warning, " << what << " there are more " << kind << "s with the same name "
+                      << listed[i] << std::endl;
             continue;
         }
         taken[t] = true;
@@ -191,7 +193,10 @@ std::vector<std::string> reordered(const std::vector<std::string>& names, const 
     return result;
 }
 
-std::string defaultList(const std::vector<Terminal>& terms) {
+// The names in the model's order, blank-separated.
+std::string defaultList(std::vector<Terminal> terms) {
+    std::sort(terms.begin(), terms.end(),
+              [](const Terminal& a, const Terminal& b) { return a.first < b.first; });
     std::string text;
     for (const Terminal& t : terms) text += (text.empty() ? "" : " ") + t.name;
     return text;
@@ -210,15 +215,17 @@ bool stateTransformation(const String& list, unsigned states, Matrix& T, std::ve
         bool negative = !e.empty() && e[0] == '-';
         char* end = 0;
         long k = strtol(e.c_str() + (negative ? 1 : 0), &end, 10);
-        valid = *end == 0 && k >= 1 && k <= long(states) && T.row(int(k - 1)).sum() == 0 && T(unsigned(k - 1), i) == 0;
+        valid = *end == 0 && k >= 1 && k <= long(states) && T.row(int(k - 1)).sum() == 0 &&
+                T(unsigned(k - 1), i) == 0;
         if (!valid) break;
         T(unsigned(k - 1), i) = negative ? -1.0 : 1.0;
         renamed[i] = (negative ? "-" : "") + names[size_t(k - 1)];
     }
     if (!valid) {
-        std::cerr << "Warning, the number of indices for reordering state is uncorrect and they will be ignored\n"
-                     "open the title and adjourn the list"
-                  << std::endl;
+        std::cerr
+            << "Warning, the number of indices for reordering state is uncorrect and they will be ignored\n"
+               "open the title and adjourn the list"
+            << std::endl;
         return false;
     }
     names = renamed;
@@ -234,7 +241,8 @@ std::unique_ptr<DynOp> StateTransSem::buildSystem(bool save, bool print, double 
     DynOp system = DiagramBuilder(*this).compose(names);
 
     // Inputs and outputs in the order of the title's lists.
-    std::vector<Terminal> ins = terminals(inputs, names.inputs, true), outs = terminals(outputs, names.outputs, false);
+    std::vector<Terminal> ins = terminals(inputs, names.inputs, true),
+                          outs = terminals(outputs, names.outputs, false);
     std::vector<int> inOrder, outOrder;
     if (title && title->inputList().size() > 0) {
         inOrder = listedOrder(title->inputList(), ins, "input", names.disturbances);
@@ -255,13 +263,18 @@ std::unique_ptr<DynOp> StateTransSem::buildSystem(bool save, bool print, double 
         names.inputs = reordered(names.inputs, inOrder);
         names.outputs = reordered(names.outputs, outOrder);
     }
-    if (weightMatrix.rowNumber() == system.outputNumber() && weightMatrix.columnNumber() == system.outputNumber())
+    if (weightMatrix.rowNumber() == system.outputNumber() &&
+        weightMatrix.columnNumber() == system.outputNumber())
         system = weightMatrix * system;
 
     Matrix T;
-    if (system.order() > 0 && title && stateTransformation(title->stateList(), system.order(), T, names.states))
+    if (system.order() > 0 && title &&
+        stateTransformation(title->stateList(), system.order(), T, names.states))
         system = system.changeBasis(T);
 
+    if (!names.isPure())
+        system = DynOp(system, system.inputNumber() - unsigned(names.disturbances),
+                       system.outputNumber() - unsigned(names.objectives), 0);
     std::unique_ptr<DynOp> model;
     if (!continuous)
         model.reset(new DiscDynOp(system, true, samplingTime));
@@ -287,11 +300,7 @@ void StateTransSem::saveBuilt(const DynOp& model, double period) {
     if (names.isPure()) {
         stored = Algebra().storeToFile(model, file.c_str());
     } else {
-        unsigned controls = model.inputNumber() - unsigned(names.disturbances);
-        unsigned measures = model.outputNumber() - unsigned(names.objectives);
-        ExtendedSystem extended(DynOp(model, controls, measures, 0));
-        if (model.isDiscreteTime()) extended = ExtendedSystem(DiscDynOp(DynOp(model, controls, measures, 0), true,
-                                                                        model.samplingTimeOf()));
+        ExtendedSystem extended(model);
         for (unsigned i = 0; i < blocks.size(); ++i) {
             BlockIcon& b = *CAST(BlockIcon, blocks.at(i));
             for (const char* special : {"Model", "Wym", "Wyr", "Geqd", "W21", "W22"})

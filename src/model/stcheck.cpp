@@ -67,7 +67,9 @@ private:
     }
 
     // The width a node sends or receives; a sum has one width for both.
-    static int width(ModelNode& n, bool sending) { return sending ? n.outputDimension() : n.inputDimension(); }
+    static int width(ModelNode& n, bool sending) {
+        return sending ? n.outputDimension() : n.inputDimension();
+    }
     static void give(ModelNode& n, int dim) {
         if (!n.isKindOf(class_InputSignalIcon)) n.setInputDimension(dim);
         if (!n.isKindOf(class_OutputSignalIcon)) n.setOutputDimension(dim);
@@ -161,7 +163,8 @@ private:
                 }
                 if (l->isSettled() && l->signalDimension() > 0) return l->signalDimension();
                 ModelNode* other = far(*l, outgoing);
-                if (other && other->isSettled() && width(*other, !outgoing) > 0) return width(*other, !outgoing);
+                if (other && other->isSettled() && width(*other, !outgoing) > 0)
+                    return width(*other, !outgoing);
             }
         return 0;
     }

@@ -225,9 +225,7 @@ void StateTransSem::plotResults() {
     plot.open(title ? title->titleName().asCharPointer() : "TITLE");
 }
 
-void StateTransSem::plotUpdate(Cback&) {
-    runCommand(&StateTransSem::replot);
-}
+void StateTransSem::plotUpdate(Cback&) { runCommand(&StateTransSem::replot); }
 
 void StateTransSem::replot() {
     std::unique_ptr<DynOp> model = checkedModel();

@@ -58,22 +58,26 @@ void StateTransSem::designFeedback(bool control) {
     unsigned controls = model->inputNumber() - unsigned(names.disturbances);
     unsigned measures = model->outputNumber() - unsigned(names.objectives);
     if (control && controls == 0) {
-        showError("The system must have control inputs, as long as disturbances\n"
-                  "transform your model in an extended System and retry");
+        showError(
+            "The system must have control inputs, as long as disturbances\n"
+            "transform your model in an extended System and retry");
         return;
     }
     if (!control && measures == 0) {
-        showError("The system must have measurable outputs, as long as objectives\n"
-                  "transform your model in an extended System and retry");
+        showError(
+            "The system must have measurable outputs, as long as objectives\n"
+            "transform your model in an extended System and retry");
         return;
     }
     unsigned d = unsigned(names.disturbances), o = unsigned(names.objectives);
     if (control && o > 0 && model->subSystem(0, d, o, controls).isZero())
-        showWarning("Warning, No controls are present on the objectives,\n"
-                    "rebuild the extended system adding control signals on the objectives");
+        showWarning(
+            "Warning, No controls are present on the objectives,\n"
+            "rebuild the extended system adding control signals on the objectives");
     if (!control && d > 0 && model->subSystem(o, 0, measures, d).isZero())
-        showWarning("Warning, No noise is present on the measures,\n"
-                    "rebuild the extended system adding noise signal on the measures");
+        showWarning(
+            "Warning, No noise is present on the measures,\n"
+            "rebuild the extended system adding noise signal on the measures");
     String text = proposedPoles(*model);
     if (!askValue(control ? "Control" : "Observer", "Select Poles", text)) return;
     Matrix poles = polesFromText(text.asCharPointer());
@@ -127,7 +131,8 @@ void StateTransSem::placeObserver(const DynOp& model, const Matrix& poles, const
 }
 
 void StateTransSem::saveResult(const DynOp& system, const char* fileName) {
-    if (!Algebra().storeToFile(system, fileName)) std::cout << "cannot write the file " << fileName << std::endl;
+    if (!Algebra().storeToFile(system, fileName))
+        std::cout << "cannot write the file " << fileName << std::endl;
 }
 
 // The squared norm of each scalar channel of a square closed loop at a low frequency.

@@ -131,7 +131,8 @@ void StateTransSem::setEditorSizes() {
         return integerResource((std::string(prefix) + what).c_str(), value);
     };
     graphEditor()->gui().setDrawSizes(size("DrawWidth", shower ? 500 : 600), size("DrawHeight", 450),
-                                      size("MinWidth", shower ? 650 : 350), size("MinHeight", shower ? 550 : 300));
+                                      size("MinWidth", shower ? 650 : 350),
+                                      size("MinHeight", shower ? 550 : 300));
 }
 
 OrderedCltn& StateTransSem::iconNames(OrderedCltn& cltn) {
@@ -213,7 +214,8 @@ const char* StateTransSem::checkLink(IconNode& from, IconNode& to, const Class&,
     if (to.isKindOf(class_BlockIcon) || to.isKindOf(class_OutputSignalIcon)) {
         OrderedCltn incoming;
         if (!to.fromLinks(incoming).isEmpty()) {
-            message = String("Icon ") + static_cast<ModelNode&>(to).nodeName() + " allows only one input link";
+            message =
+                String("Icon ") + static_cast<ModelNode&>(to).nodeName() + " allows only one input link";
             return message.asCharPointer();
         }
     }
@@ -297,8 +299,8 @@ void StateTransSem::clearDrawing() {
     for (OrderedCltn* c : {&inputs, &outputs, &blocks, &sums}) c->removeAll();
 }
 
-IconNode* StateTransSem::relinkTarget(IconArc&, int, IconNode&, IconNode&, const FloatPoint&, const FloatPoint& p2,
-                                      int) {
+IconNode* StateTransSem::relinkTarget(IconArc&, int, IconNode&, IconNode&, const FloatPoint&,
+                                      const FloatPoint& p2, int) {
     IconNode* nearest = 0;
     double best = 0;
     for (OrderedCltn* c : {&inputs, &outputs, &blocks, &sums})

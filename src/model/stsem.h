@@ -33,9 +33,7 @@ extern Class class_StateTransSem;
 struct ModelNames {
     std::vector<std::string> inputs, outputs, states;
     int disturbances = 0, objectives = 0;
-    bool isPure() const {
-        return disturbances == int(inputs.size()) && objectives == int(outputs.size());
-    }
+    bool isPure() const { return disturbances == int(inputs.size()) && objectives == int(outputs.size()); }
 };
 
 class StateTransSem : public BaseStateTransSem {

@@ -1,8 +1,9 @@
 // Models built from drawings against the same models composed by series, parallel and feedback.
+#include "diagram.h"
+
 #include <gtest/gtest.h>
 
 #include "control/discdyn.h"
-#include "diagram.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The interconnection of systems against the same system composed by series, parallel and feedback.
-#include "diagram.h"
 #include "model/network.h"
 
 #include <gtest/gtest.h>
 
+#include "diagram.h"
 #include "quill/quillerr.h"
 
 namespace {
