@@ -1,5 +1,8 @@
 // BlockIcon: the block's operator from its matrix texts, its initial state, and the texts from an operator.
+#include <cstdio>
+#include <cstdlib>
 #include <iostream>
+#include <string>
 
 #include "algebra/algebra.h"
 #include "control/discdyn.h"
@@ -90,11 +93,39 @@ Matrix BlockIcon::initialStateVector() {
     return column;
 }
 
+namespace {
+
+// The shortest of 15 to 17 significant digits that reads back as the same number.
+std::string exactNumber(double x) {
+    char text[40];
+    for (int digits = 15; digits <= 17; ++digits) {
+        snprintf(text, sizeof text, "%.*g", digits, x);
+        if (strtod(text, 0) == x) break;
+    }
+    return text;
+}
+
+// A matrix in the bracket form that the block's fields read: "[1 2; 3 4]".
+String matrixText(const Matrix& m) {
+    std::string text = "[";
+    for (unsigned r = 0; r < m.rowNumber(); ++r) {
+        if (r) text += "; ";
+        for (unsigned c = 0; c < m.columnNumber(); ++c) text += (c ? " " : "") + exactNumber(m(r, c));
+    }
+    return String((text + "]").c_str());
+}
+
+}  // namespace
+
 void BlockIcon::setFromOperator(const DynOp& op, const char* name) {
-    blockData_.aText = op.getA().toString(17);
-    blockData_.bText = op.getB().toString(17);
-    blockData_.cText = op.getC().toString(17);
-    blockData_.dText = op.getD().toString(17);
+    if (op.isStaticGain()) {
+        setFromGain(op.getD(), name, op.isDiscreteTime() ? op.samplingTimeOf() : 0.0);
+        return;
+    }
+    blockData_.aText = matrixText(op.getA());
+    blockData_.bText = matrixText(op.getB());
+    blockData_.cText = matrixText(op.getC());
+    blockData_.dText = matrixText(op.getD());
     blockData_.setName(name);
     setNodeName(name);
     setInputDimension(int(op.inputNumber()));
@@ -104,7 +135,7 @@ void BlockIcon::setFromOperator(const DynOp& op, const char* name) {
 
 void BlockIcon::setFromGain(const Matrix& D, const char* name, double samplingTime) {
     blockData_ = ModelData(name);
-    blockData_.dText = D.toString(17);
+    blockData_.dText = matrixText(D);
     setNodeName(name);
     setInputDimension(int(D.columnNumber()));
     setOutputDimension(int(D.rowNumber()));

@@ -188,11 +188,7 @@ IconNode* StateTransSem::blockFromWorkspace() {
         block->setFromOperator(*CAST(DynOp, object), name.asCharPointer());
     } else if (object && object->isKindOf(class_Matrix)) {
         block = new BlockIcon;
-        const Matrix& gain = *CAST(Matrix, object);
-        if (continuous)
-            block->setFromOperator(DynOp(gain), name.asCharPointer());
-        else
-            block->setFromOperator(DiscDynOp(gain, samplingTime), name.asCharPointer());
+        block->setFromGain(*CAST(Matrix, object), name.asCharPointer(), continuous ? 0.0 : samplingTime);
     } else {
         showWarning("Warning, the object is of wrong type");
     }

@@ -23,16 +23,16 @@ DynOp mass(double m) {
 
 // Two masses on a spring and damper, the force u on the first, the second's position measured.
 void twoMass(Diagram& d, const char* input = "u") {
-    auto& u = d.input(input, 1, 60, 60);
-    auto& f1 = d.sum("F1", 66, 60);
-    auto& motor = d.block("Motor", mass(m1), 71, 59);
-    auto& dx = d.sum("dx", 83, 60);
+    auto& u = d.input(input, 1, 46, 43);
+    auto& f1 = d.sum("F1", 50, 43);
+    auto& motor = d.block("Motor", mass(m1), 54, 43);
+    auto& dx = d.sum("dx", 65, 43);
     Matrix spring(1, 2);
     spring(0, 0) = k;
     spring(0, 1) = c;
-    auto& coupling = d.block("Spring", DynOp(spring), 88, 59);
-    auto& load = d.block("Load", mass(m2), 100, 59);
-    auto& y = d.output("y", 113, 60);
+    auto& coupling = d.block("Spring", DynOp(spring), 69, 43);
+    auto& load = d.block("Load", mass(m2), 80, 43);
+    auto& y = d.output("y", 90, 43);
     d.link(u, f1);
     d.link(f1, motor);
     d.link(motor, dx);
@@ -58,17 +58,17 @@ DynOp twoMassByHand() {
 
 // A discrete PI controller around a first-order plant, sampled at 0.1 s.
 void discreteLoop(Diagram& d) {
-    auto& r = d.input("r", 1, 60, 60);
-    auto& e = d.sum("e", 66, 60);
+    auto& r = d.input("r", 1, 48, 43);
+    auto& e = d.sum("e", 53, 43);
     auto& ctrl = d.block("PI",
                          DiscDynOp(Matrix::diagonal(1, 1.0), Matrix::diagonal(1, 0.1),
                                    Matrix::diagonal(1, 0.5), Matrix::diagonal(1, 2.0), 0.1),
-                         71, 59);
+                         58, 43);
     auto& plant = d.block("Plant",
                           DiscDynOp(Matrix::diagonal(1, 0.9), Matrix::diagonal(1, 0.1),
                                     Matrix::diagonal(1, 1.0), Matrix::diagonal(1, 0.0), 0.1),
-                          85, 59);
-    auto& y = d.output("y", 100, 60);
+                          70, 43);
+    auto& y = d.output("y", 82, 43);
     d.link(r, e);
     d.link(e, ctrl);
     d.link(ctrl, plant);
@@ -94,17 +94,17 @@ DynOp discreteByHand() {
 // the measure y with noise n weighted by "Wym"; the title splits disturbances from controls and
 // objectives from measures.
 void extendedTwoMass(Diagram& d) {
-    auto& dist = d.input("d", 1, 40, 50);
-    auto& noise = d.input("n", 1, 40, 70);
-    auto& u = d.input("u", 1, 40, 60);
-    auto& force = d.sum("force", 50, 55);
-    auto& model = d.block("Model", twoMassByHand(), 58, 54);
-    auto& wym = d.block("Wym", DynOp(Matrix::diagonal(1, 0.01)), 58, 70);
-    auto& meas = d.sum("meas", 80, 65);
-    auto& wu = d.block("Wu", DynOp(Matrix::diagonal(1, 0.1)), 58, 45);
-    auto& z = d.output("z", 95, 55);
-    auto& e = d.output("e", 95, 45);
-    auto& y = d.output("y", 95, 65);
+    auto& dist = d.input("d", 1, 46, 40);
+    auto& noise = d.input("n", 1, 46, 49);
+    auto& u = d.input("u", 1, 46, 44);
+    auto& force = d.sum("force", 51, 42);
+    auto& model = d.block("Model", twoMassByHand(), 56, 42);
+    auto& wym = d.block("Wym", DynOp(Matrix::diagonal(1, 0.01)), 56, 49);
+    auto& meas = d.sum("meas", 72, 49);
+    auto& wu = d.block("Wu", DynOp(Matrix::diagonal(1, 0.1)), 56, 36);
+    auto& z = d.output("z", 86, 42);
+    auto& e = d.output("e", 86, 36);
+    auto& y = d.output("y", 86, 49);
     d.link(dist, force);
     d.link(u, force);
     d.link(u, wu);
