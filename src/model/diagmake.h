@@ -26,9 +26,12 @@ public:
     OutputSignalIcon& output(const char* name, int x, int y);
     SumIcon& sum(const char* name, int x, int y);
     BlockIcon& block(const char* name, const DynOp& system, int x, int y);
+    // Where a link enters its destination: the left side, or from above or below for a link
+    // that runs back.
+    enum Entry { FromLeft, FromAbove, FromBelow };
     // A link as its dialogue sets it: name, sign ("-" or empty) and multiplexing.
     SignalLink& link(ModelNode& from, ModelNode& to, const char* sign = "", const char* mux = "",
-                     const char* name = "");
+                     const char* name = "", Entry entry = FromLeft);
 
     // The model after the check; the check's reports land in reports instead of the error stream.
     std::unique_ptr<DynOp> build(std::string* reports = 0);

@@ -26,20 +26,20 @@ void twoMass(Diagram& d, const char* input = "u") {
     auto& u = d.input(input, 1, 46, 43);
     auto& f1 = d.sum("F1", 50, 43);
     auto& motor = d.block("Motor", mass(m1), 54, 43);
-    auto& dx = d.sum("dx", 65, 43);
+    auto& dx = d.sum("dx", 64, 43);
     Matrix spring(1, 2);
     spring(0, 0) = k;
     spring(0, 1) = c;
-    auto& coupling = d.block("Spring", DynOp(spring), 69, 43);
-    auto& load = d.block("Load", mass(m2), 80, 43);
-    auto& y = d.output("y", 90, 43);
+    auto& coupling = d.block("Spring", DynOp(spring), 68, 43);
+    auto& load = d.block("Load", mass(m2), 78, 43);
+    auto& y = d.output("y", 89, 43);
     d.link(u, f1);
     d.link(f1, motor);
     d.link(motor, dx);
     d.link(dx, coupling);
     d.link(coupling, load);
-    d.link(coupling, f1, "-");
-    d.link(load, dx, "-");
+    d.link(coupling, f1, "-", "", "", Diagram::FromBelow);
+    d.link(load, dx, "-", "", "", Diagram::FromAbove);
     d.link(load, y, "", "1,1", "position");
 }
 
@@ -73,7 +73,7 @@ void discreteLoop(Diagram& d) {
     d.link(e, ctrl);
     d.link(ctrl, plant);
     d.link(plant, y);
-    d.link(plant, e, "-");
+    d.link(plant, e, "-", "", "", Diagram::FromBelow);
 }
 
 DynOp discreteByHand() {
