@@ -167,7 +167,8 @@ TEST(ModelNodeRoute, RouteReportsTheLinksItCrosses) {
     OrderedCltn points;
     points.add(*new FloatPoint(10, -4));
     points.add(*new FloatPoint(10, 8));
-    other.link.setPoints(points);
+    other.link.setPoints(points);  // copied: the link had its points
+    points.deleteContents();
 
     OrderedCltn route;
     a.routeLink(route, b, across.link.firstPoint(), across.link.lastPoint(), class_SignalLink);

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "diagram.h"
 #include "quill/quillerr.h"
 
@@ -59,7 +61,8 @@ TEST(NetworkTest, AlgebraicLoopsAreSolvedOrRefused) {
     DynOp result = composeNetwork(loopThroughSum(k, unit, +1.0));
     EXPECT_NEAR(result.getD()(0, 0), 0.25 / 0.75, 1e-12);
     DynOp one(Matrix::diagonal(1, 1.0));
-    EXPECT_THROW(composeNetwork(loopThroughSum(one, unit, +1.0)), TarnException*);
+    String refusal = errorTextOf([&] { composeNetwork(loopThroughSum(one, unit, +1.0)); });
+    EXPECT_NE(strstr(refusal.asCharPointer(), "ALGEBRAIC_LOOP"), nullptr) << refusal.asCharPointer();
 }
 
 TEST(NetworkTest, MultiplexedLinksCarryTheirRows) {
