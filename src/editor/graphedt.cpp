@@ -85,7 +85,10 @@ void GraphEditor::open(const char* fileName) {
         return;
     }
     if (name.size()) gui_->setFileName(name.asCharPointer());
-    if (exists) load(name.asCharPointer());
+    if (exists)
+        load(name.asCharPointer());
+    else if (name.size())
+        semantic_->fileCreated();  // the new drawing now has its name
 }
 
 GraphShower::GraphShower(CppWidget* topLevel, const char* semanticClass, const char* title, bool child,

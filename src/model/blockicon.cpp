@@ -39,6 +39,8 @@ int BlockIcon::iconParameters(int mode, OrderedCltn& labels, OrderedCltn& values
     ModelNode::iconParameters(mode, labels, values, count);
     if (mode == 1) {
         applyEntries();
+        // New matrices ask whoever analyses the diagram to look again.
+        cbackOn(AskAnalyse);
         return 0;
     }
     if (mode != 0) return 0;

@@ -57,7 +57,8 @@ SignalLink& DiagramMaker::link(ModelNode& from, ModelNode& to, const char* sign,
     SignalLink* l = new SignalLink;
     FloatRect a = from.box(), b = to.box();
     FloatPoint p1(a.x() + a.width(), a.y() + a.height() / 2), p2(b.x(), b.y() + b.height() / 2);
-    if (entry != FromLeft) p2 = FloatPoint(b.x() + b.width() / 2, entry == FromAbove ? b.y() : b.y() + b.height());
+    if (entry != FromLeft)
+        p2 = FloatPoint(b.x() + b.width() / 2, entry == FromAbove ? b.y() : b.y() + b.height());
     delete sem->placeLink(*l, from, to, p1, p2);
     from.addToLink(*l);
     to.addFromLink(*l);

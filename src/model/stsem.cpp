@@ -21,6 +21,7 @@
 #include "quill/arrayob.h"
 #include "quill/cback.h"
 #include "quill/dictnary.h"
+#include "quill/filename.h"
 #include "quill/objio.h"
 #include "trellis/drawarea.h"
 #include "trellis/resource.h"
@@ -147,7 +148,7 @@ OrderedCltn& StateTransSem::linkNames(OrderedCltn& cltn) {
 }
 
 OrderedCltn& StateTransSem::initialIcons(OrderedCltn& cltn) {
-    String base = graphEditor() ? graphEditor()->baseName() : String("");
+    String base = graphEditor() ? ::baseName(graphEditor()->baseName().asCharPointer()) : String("");
     title = new TitleIcon(base.asCharPointer());
     title->setPosition(Point(71, 53));
     connectEvents(*title, true);
@@ -168,7 +169,7 @@ IconNode* StateTransSem::newIcon(const char* name, int, int) {
         return new BlockIcon;
     }
     if (strcmp(name, "Block from Menu") == 0) {
-        BlockIcon* block = new BlockIcon;
+        BlockIcon* block = new BlockIcon(true);
         if (block->chooseBlockFile()) return block;
         delete block;
         return 0;
@@ -193,6 +194,16 @@ IconNode* StateTransSem::blockFromWorkspace() {
         showWarning("Warning, the object is of wrong type");
     }
     return block;
+}
+
+// A drawing begun before it had a file takes the file's name for its title.
+void StateTransSem::fileCreated() {
+    GraphEditor* editor = graphEditor();
+    if (!title || !editor || title->titleName() != "no-file" || editor->baseName() == "no-file") return;
+    title->unbuildIcon();
+    title->setTitleName(::baseName(editor->baseName().asCharPointer()));
+    title->buildIcon();
+    editor->gui().refresh();
 }
 
 int StateTransSem::clampPosition(IconNode& icon, Point& point) {

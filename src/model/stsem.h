@@ -63,6 +63,7 @@ public:
     OrderedCltn& linkNames(OrderedCltn& cltn) override;
     OrderedCltn& initialIcons(OrderedCltn& cltn) override;
     IconNode* newIcon(const char* name, int menu, int entry) override;
+    void fileCreated() override;
     int clampPosition(IconNode& icon, Point& point) override;
     const char* checkLink(IconNode& from, IconNode& to, const Class& linkClass, const FloatPoint& p1,
                           const FloatPoint& p2) override;

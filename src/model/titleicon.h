@@ -31,6 +31,8 @@ public:
     const String& titleName() const { return titleName_; }
     const String& systemLabel() const { return systemLabel_; }
     void setSystemLabel(const char* text) { systemLabel_ = text; }
+    // An empty name becomes "TITLE"; the node shows the name.
+    void setTitleName(const String& name);
     const String& description() const { return description_; }
     const String& inputList() const { return inputList_; }
     const String& outputList() const { return outputList_; }
@@ -62,7 +64,6 @@ public:
 private:
     template <class Stream>
     void readFields(Stream& is);
-    void setTitleName(const String& name);
     void applyEntries();
 
     String titleName_;
