@@ -152,12 +152,12 @@ std::string Plot::frequencyPicture(const PlotSettings& settings, PlotPicture& p)
     return std::string();
 }
 
-Object* openPlotWindow(Object* plotObject, const DynOp& system, const Vector& initialCondition,
-                       const char* title) {
+Object* openPlotWindow(Object* plotObject, const DynOp& system, Vector& initialCondition, const char* title) {
     Plot* plot = plotObject ? CAST(Plot, plotObject) : new Plot;
     plot->setSystem(system, {}, {}, {});
     if (initialCondition.size() == system.order()) plot->initialState() = initialCondition;
     plot->open(title);
     plot->waitUntilClosed();
+    initialCondition = plot->initialState();
     return plot;
 }

@@ -76,7 +76,8 @@ private:
 
 // The language's plot of a value: makes the Plot when plot is null, hands it the system with the
 // initial condition (when of the system's order), opens it under the title and waits until the window
-// is closed. Answers the Plot, which the caller owns.
-Object* openPlotWindow(Object* plot, const DynOp& system, const Vector& initialCondition, const char* title);
+// is closed; the initial condition then holds the window's, kept for the next plot. Answers the Plot,
+// which the caller owns.
+Object* openPlotWindow(Object* plot, const DynOp& system, Vector& initialCondition, const char* title);
 
 #endif

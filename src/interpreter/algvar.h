@@ -74,10 +74,10 @@ private:
 };
 
 // Opens the plot window of a system for the value named title: makes the plot object when plot is
-// null, shows the system with the initial condition and answers the plot object, which the value owns
-// from then on. The window library installs it at start-up; the language's core has no windows.
-typedef Object* (*PlotOpener)(Object* plot, const DynOp& system, const Vector& initialCondition,
-                              const char* title);
+// null, shows the system with the initial condition, gives back the initial condition the window
+// ends with, and answers the plot object, which the value owns from then on. The window library
+// installs it at start-up; the language's core has no windows.
+typedef Object* (*PlotOpener)(Object* plot, const DynOp& system, Vector& initialCondition, const char* title);
 // Answers the former opener; null leaves plot refused.
 PlotOpener setPlotOpener(PlotOpener opener);
 

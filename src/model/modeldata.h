@@ -35,6 +35,8 @@ public:
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
     void clearCopiedState() override;
+    // The key is the destructor's to delete: a deep delete leaves it.
+    void deepDeleteContents() override {}
 
 private:
     template <class Stream>

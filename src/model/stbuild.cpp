@@ -88,8 +88,11 @@ private:
         index[&block] = {NetEnd::Block, int(net.blocks.size())};
         std::unique_ptr<DynOp> op(block.blockOperator());
         net.blocks.push_back(DynOp(*op));
-        for (unsigned k = 1; k <= op->order(); ++k)
+        Matrix x0 = block.initialStateVector();
+        for (unsigned k = 1; k <= op->order(); ++k) {
             names.states.push_back(std::string(block.nodeName().asCharPointer()) + ".x" + std::to_string(k));
+            names.initialState.push_back(x0.rowNumber() == op->order() ? x0(k - 1, 0) : 0.0);
+        }
     }
 
     void addLinks(ModelNode& from) {
@@ -202,14 +205,17 @@ std::string defaultList(std::vector<Terminal> terms) {
     return text;
 }
 
-// The signed permutation of the title's state list, or false after the warning.
-bool stateTransformation(const String& list, unsigned states, Matrix& T, std::vector<std::string>& names) {
+// The signed permutation of the title's state list, or false after the warning. The names and
+// the initial state follow the states.
+bool stateTransformation(const String& list, unsigned states, Matrix& T, std::vector<std::string>& names,
+                         std::vector<double>& initial) {
     int first = 0, second = 0;
     std::vector<std::string> entries = TitleIcon::splitList(list, first, second);
     if (entries.empty()) return false;
     bool valid = entries.size() == states;
     T = Matrix(states, states);
     std::vector<std::string> renamed(states);
+    std::vector<double> moved(states);
     for (unsigned i = 0; valid && i < states; ++i) {
         const std::string& e = entries[i];
         bool negative = !e.empty() && e[0] == '-';
@@ -220,6 +226,7 @@ bool stateTransformation(const String& list, unsigned states, Matrix& T, std::ve
         if (!valid) break;
         T(unsigned(k - 1), i) = negative ? -1.0 : 1.0;
         renamed[i] = (negative ? "-" : "") + names[size_t(k - 1)];
+        moved[i] = (negative ? -1.0 : 1.0) * initial[size_t(k - 1)];
     }
     if (!valid) {
         std::cerr
@@ -229,6 +236,7 @@ bool stateTransformation(const String& list, unsigned states, Matrix& T, std::ve
         return false;
     }
     names = renamed;
+    initial = moved;
     return true;
 }
 
@@ -269,7 +277,7 @@ std::unique_ptr<DynOp> StateTransSem::buildSystem(bool save, bool print, double 
 
     Matrix T;
     if (system.order() > 0 && title &&
-        stateTransformation(title->stateList(), system.order(), T, names.states))
+        stateTransformation(title->stateList(), system.order(), T, names.states, names.initialState))
         system = system.changeBasis(T);
 
     if (!names.isPure())

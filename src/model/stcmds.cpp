@@ -31,8 +31,8 @@ const StateTransSem::CommandRow StateTransSem::commands[] = {
     {"Pole Placement (no ident. poles)", "l", "Alt+O", &StateTransSem::poleAssignment},
     {"State Observer (no ident. poles)", "O", "Alt+I", &StateTransSem::stateObserver},
     {"Structure closed loop Ext. Sys.", "u", "Alt+L", &StateTransSem::structureClosedLoop},
-    {"Create Document (.doc)", "e", "Alt+D", &StateTransSem::documentCommand},
-    {"View   Document (.doc)", "V", "Alt+W", &StateTransSem::documentCommand},
+    {"Create Document (.doc)", "e", "Alt+D", &StateTransSem::nothing},
+    {"View   Document (.doc)", "V", "Alt+W", &StateTransSem::nothing},
     {"Class Editor Version", "r", "Alt+V", &StateTransSem::showVersion},
 };
 
@@ -59,18 +59,19 @@ void StateTransSem::runCommand(Command command) {
     }
 }
 
-bool StateTransSem::askValues(const char* title, std::vector<std::pair<const char*, String>>& rows) {
+bool StateTransSem::askValues(const char* title, std::vector<std::pair<const char*, String>>& rows,
+                              const char* name) {
     if (!graphEditor()) return false;
-    ParamDialog dialog(title, &graphEditor()->getShell(), title);
+    ParamDialog dialog(name ? name : title, &graphEditor()->getShell(), title);
     for (auto& row : rows) dialog.addRow(row.first, row.second.asCharPointer());
     if (!dialog.ask()) return false;
     for (size_t i = 0; i < rows.size(); ++i) rows[i].second = dialog.rowText(int(i));
     return true;
 }
 
-bool StateTransSem::askValue(const char* title, const char* label, String& value) {
+bool StateTransSem::askValue(const char* title, const char* label, String& value, const char* name) {
     std::vector<std::pair<const char*, String>> rows = {{label, value}};
-    if (!askValues(title, rows)) return false;
+    if (!askValues(title, rows, name)) return false;
     value = rows[0].second.stripBoth();
     return true;
 }
@@ -222,6 +223,12 @@ void StateTransSem::systemPoles() {
 void StateTransSem::plotResults() {
     std::unique_ptr<DynOp> model = checkedModel();
     plot.setSystem(*model, names.inputs, names.outputs, names.states);
+    // The blocks' initial states start the free response, unless the window holds one of its own.
+    Vector& x0 = plot.initialState();
+    bool untouched = true;
+    for (unsigned i = 0; i < x0.size(); ++i) untouched = untouched && x0[i] == 0.0;
+    if (untouched && x0.size() == names.initialState.size())
+        for (unsigned i = 0; i < x0.size(); ++i) x0[i] = names.initialState[i];
     plot.open(title ? title->titleName().asCharPointer() : "TITLE");
 }
 
@@ -236,7 +243,5 @@ void StateTransSem::showVersion() {
     showMessage((String("Class editor version ") + version()).asCharPointer());
 }
 
-void StateTransSem::documentCommand() {
-    const char* refusal = createDocument(DOCUMENT_ASCII);
-    if (refusal) showMessage(refusal);
-}
+// The two document entries of the menu have no action in a block diagram.
+void StateTransSem::nothing() {}

@@ -79,7 +79,9 @@ void StateTransSem::designFeedback(bool control) {
             "Warning, No noise is present on the measures,\n"
             "rebuild the extended system adding noise signal on the measures");
     String text = proposedPoles(*model);
-    if (!askValue(control ? "Control" : "Observer", "Select Poles", text)) return;
+    if (!askValue("Select Poles", "poles (real, or one row \"real imaginary\" each)", text,
+                  control ? "Control" : "Observer"))
+        return;
     Matrix poles = polesFromText(text.asCharPointer());
     if (poles.rowNumber() != model->order()) {
         char message[128];

@@ -74,8 +74,7 @@ StateTransSem::~StateTransSem() noexcept(false) {
     if (title) connectEvents(*title, false);
     plot.removeCback(PlotUpdateRequest, cbackMethod<&StateTransSem::plotUpdate>, *this);
     delete identPoles;
-    for (unsigned i = 0; i < dialogs.size(); ++i) delete dialogs.at(i);
-    for (OrderedCltn* c : {&blocks, &sums, &inputs, &outputs, &dialogs}) c->removeAll();
+    for (OrderedCltn* c : {&blocks, &sums, &inputs, &outputs}) c->removeAll();
 }
 
 void StateTransSem::storer(std::ostream& os) const {
@@ -242,15 +241,21 @@ const char* StateTransSem::openIcon(IconNode& icon) {
     return 0;
 }
 
+namespace {
+
+// A title, block, input, output or sum.
+bool isDiagramNode(const Object& o) {
+    for (const Class* c : {&class_BlockIcon, &class_TitleIcon, &class_InputSignalIcon,
+                           &class_OutputSignalIcon, &class_SumIcon})
+        if (o.isMemberOf(*c)) return true;
+    return false;
+}
+
+}  // namespace
+
 int StateTransSem::canPaste(const OrderedCltn& cltn) {
-    for (unsigned i = 0; i < cltn.size(); ++i) {
-        Object* o = cltn.at(i);
-        bool known = false;
-        for (const Class* c : {&class_BlockIcon, &class_TitleIcon, &class_SignalLink, &class_InputSignalIcon,
-                               &class_OutputSignalIcon, &class_SumIcon})
-            known = known || o->isMemberOf(*c);
-        if (!known) return 0;
-    }
+    for (unsigned i = 0; i < cltn.size(); ++i)
+        if (!isDiagramNode(*cltn.at(i)) && !cltn.at(i)->isMemberOf(class_SignalLink)) return 0;
     return 1;
 }
 
@@ -294,6 +299,8 @@ String StateTransSem::systemLabel(double period) const {
 
 void StateTransSem::iconRemoved(IconNode& icon) {
     connectEvents(icon, false);
+    if (!isDiagramNode(icon) && !icon.isKindOf(class_IconArc))
+        std::cerr << icon.name().asCharPointer() << " a class icon" << std::endl;
     if (&icon == title) title = 0;
     for (OrderedCltn* c : {&inputs, &outputs, &blocks, &sums}) dropSame(*c, icon);
 }

@@ -32,6 +32,8 @@ extern Class class_StateTransSem;
 // measures. Without a split every input is a disturbance and every output an objective.
 struct ModelNames {
     std::vector<std::string> inputs, outputs, states;
+    // The blocks' initial states in the order of the states, zero where a block gives none.
+    std::vector<double> initialState;
     int disturbances = 0, objectives = 0;
     bool isPure() const { return disturbances == int(inputs.size()) && objectives == int(outputs.size()); }
 };
@@ -136,15 +138,17 @@ private:
     void stateObserver();
     void structureClosedLoop();
     void showVersion();
-    void documentCommand();
+    void nothing();
     std::unique_ptr<DynOp> checkedModel();
     void designFeedback(bool control);
     void placeControl(const DynOp& model, const Matrix& poles, const IntArray& columns);
     void placeObserver(const DynOp& model, const Matrix& poles, const IntArray& rows);
     static void saveResult(const DynOp& system, const char* fileName);
-    // Dialogues of rows of a label and a value; false when cancelled or without a window.
-    bool askValues(const char* title, std::vector<std::pair<const char*, String>>& rows);
-    bool askValue(const char* title, const char* label, String& value);
+    // Dialogues of rows of a label and a value, named name (else by their title); false when
+    // cancelled or without a window.
+    bool askValues(const char* title, std::vector<std::pair<const char*, String>>& rows,
+                   const char* name = 0);
+    bool askValue(const char* title, const char* label, String& value, const char* name = 0);
     void storeInWorkspace(const DynOp& model);
 
     static const CommandRow commands[];
@@ -157,7 +161,6 @@ private:
     Vector* identPoles = 0;
     Plot plot;
     OrderedCltn blocks, sums, inputs, outputs;
-    OrderedCltn dialogs;
     ModelNames names;
 };
 

@@ -22,7 +22,7 @@ struct Opening {
 };
 std::vector<Opening> openings;
 
-Object* recordOpening(Object* plot, const DynOp& s, const Vector& x0, const char* title) {
+Object* recordOpening(Object* plot, const DynOp& s, Vector& x0, const char* title) {
     std::vector<double> initial;
     for (unsigned i = 0; i < x0.size(); ++i) initial.push_back(x0[i]);
     openings.push_back(Opening{plot, s.order(), s.isDiscreteTime(), title, initial});

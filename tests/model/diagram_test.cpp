@@ -93,6 +93,7 @@ TEST(DiagramTest, TitleListsOrderChannelsAndStates) {
     Matrix swap(2, 2);
     swap(0, 1) = swap(1, 0) = 1.0;
 
+    b1.blockData().x0Text = "[3]";
     d.title().setInputList("u2, u1");
     d.title().setOutputList("y2 y1");
     d.title().setStateList("2 -1");
@@ -102,6 +103,7 @@ TEST(DiagramTest, TitleListsOrderChannelsAndStates) {
     expectSameTransfer(*model, swap * both * swap);
     EXPECT_EQ(d.semantic().lastNames().inputs, (std::vector<std::string>{"u2", "u1"}));
     EXPECT_EQ(d.semantic().lastNames().states, (std::vector<std::string>{"Q.x1", "-P.x1"}));
+    EXPECT_EQ(d.semantic().lastNames().initialState, (std::vector<double>{0.0, -3.0}));
     EXPECT_EQ(d.semantic().lastNames().disturbances, 1);
     EXPECT_NEAR(model->stateC()(1, 1), -1.0, 1e-15);  // the sign of the second state
 

@@ -70,10 +70,9 @@ std::string joined(const std::vector<std::string>& words) {
     return s;
 }
 
-// The text editor writes nothing: its rows expect no output.
+// The editors write nothing: their rows expect no output.
 TEST(CommandLineTest, modeIsChosenByFlagWhereverItStands) {
-    const std::string text = "";
-    const char* diagram = "the block-diagram editor";
+    const std::string text = "", diagram = "";
     struct Row {
         std::vector<std::string> words;
         std::string out;
@@ -85,9 +84,9 @@ TEST(CommandLineTest, modeIsChosenByFlagWhereverItStands) {
         {{"-text", "a"}, text},
         {{"a", "-text"}, text},
         // -blockDiagram is tried first; the -text left behind is a file name.
-        {{"-blockDiagram", "-text"}, modeLine(diagram, "-text")},
-        {{"-text", "-blockDiagram"}, modeLine(diagram, "-text")},
-        {{"m.bdg", "-blockDiagram"}, modeLine(diagram, "m.bdg")},
+        {{"-blockDiagram", "-text"}, diagram},
+        {{"-text", "-blockDiagram"}, diagram},
+        {{"m.bdg", "-blockDiagram"}, diagram},
         {{"-text", "-interpreter"}, modeLine("the interpreter", 0)},
         {{"-robustControlDesign", "-text"}, modeLine("the robust control design panel", 0)},
         {{"-interpreter", "-robustControlDesign"}, modeLine("the interpreter", 0)},
