@@ -14,6 +14,7 @@ extern Class class_ParamRequest;
 
 extern Symbol AskParameters;  // "ASK_PARAMETERS": the call data holds a ParamRequest
 extern Symbol CheckStop;      // "CHECK_STOP": a listener lets the interface run and may call requestStop
+extern Symbol IterationNorm;  // "ITERATION_NORM": the call data holds the norm of one iteration, a double
 
 // One parameter dialogue: a title, labelled text fields with their values, and the answer, 1 for
 // Ok and 0 for Cancel. A listener of "ASK_PARAMETERS" shows it, writes the values back and sets
@@ -53,5 +54,8 @@ int askParameters(Object* owner, ParamRequest& request);
 // Raises "CHECK_STOP" on owner and answers whether a stop was requested since the last check.
 bool checkStop(Object* owner);
 void requestStop();
+
+// Raises "ITERATION_NORM" on owner (a null owner tells nobody) with norm.
+void reportIterationNorm(Object* owner, double norm);
 
 #endif

@@ -6,9 +6,11 @@
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
+#include <vector>
 
 #include "algebra/algebra.h"
 #include "algebra/matrix.h"
+#include "control/designopt.h"
 #include "control/dynop.h"
 #include "quill/quillstr.h"
 #include "quill/unsarray.h"
@@ -41,16 +43,16 @@ public:
 
     // The H-infinity norm reached; 0.0 when gamma is below the bound set by D11, -1.0 when
     // gamma^2 I - D11'Pj D11 cannot be factored. Continues from H, L, R of an earlier call
-    // (continueFlag false restarts the gramian factor). designName prefixes the files written;
-    // lmiMode: 0 none, 1 "min H2", 2 "bound Hinf", 3 "min Hinf"; minFreq starts the norm search.
-    double optimize(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
-                    bool continueFlag, const char* designName, bool stepByStep, int lmiMode, double minFreq);
-    double optimizeContinuous(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
-                              bool continueFlag, const char* designName, bool stepByStep, int lmiMode,
-                              double minFreq);
-    double optimizeDiscrete(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
-                            bool continueFlag, const char* designName, bool stepByStep, int lmiMode,
-                            double minFreq);
+    // (continueFlag false restarts the gramian factor). fileNamePrefix prefixes the files written;
+    // minFreq starts the norm search. Each iteration's H2 norm of the loop is appended to
+    // iterationNorms and raised as "ITERATION_NORM" on the owner.
+    double optimize(const StepOptions& options);
+    double optimizeContinuous(const StepOptions& options);
+    double optimizeDiscrete(const StepOptions& options);
+    const std::vector<double>& iterationNorms() const { return trend; }
+    void clearIterationNorms() { trend.clear(); }
+    // The poles, rows (re, im), of the system given to make closed by getH.
+    Matrix closedLoopPoles() const;
 
     // Places the poles of the controllable subsystem: the given rows (re, im), or with a nil
     // (or wrongly sized) table its present closed-loop poles moved into the frequency window.
@@ -118,26 +120,8 @@ private:
     template <class Stream>
     void storeMembers(Stream& os) const;
     // The arguments of one optimize call and its working systems.
-    struct Run {
-        Run(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa, bool stepByStep,
-            int lmiMode, double minFreq, const char* designName)
-            : gamma(gamma),
-              maxIterations(maxIterations),
-              useH2(useH2),
-              approaching(approaching),
-              alfa(alfa),
-              stepByStep(stepByStep),
-              lmiMode(lmiMode),
-              minFreq(minFreq),
-              designName(designName) {}
-        double gamma;
-        unsigned maxIterations;
-        bool useH2, approaching;
-        double alfa;
-        bool stepByStep;
-        int lmiMode;
-        double minFreq;
-        String designName;
+    struct Run : StepOptions {
+        explicit Run(const StepOptions& o) : StepOptions(o) {}
         std::unique_ptr<DynOp> unscaled;  // the system designed on, objectives at full weight
         std::unique_ptr<DynOp> working;   // the same with the objectives weighted by gainAdapt
         Matrix lastGood = Matrix(0, 0);   // the last H that gave a stable loop; 0x0 before one
@@ -192,6 +176,7 @@ private:
     void printFullGain(Run& r);
     bool stepReport();
     bool nextStep(double h2);
+    void reportIteration(double norm);
 
     std::uint32_t n = 0, fulln = 0, subn = 0, conn = 0;
     std::uint32_t inputs = 0, outputs = 0;
@@ -217,8 +202,9 @@ private:
     Matrix Qfactor;
     Matrix Hcon;  // nc x conn
     Matrix inputTransform, outputTransform;
-    Object* owner = 0;  // answers "ASK_PARAMETERS" and "CHECK_STOP"
-    String designName;  // prefix of the files of the running optimize
+    Object* owner = 0;          // answers "ASK_PARAMETERS" and "CHECK_STOP"
+    String designName;          // prefix of the files of the running optimize
+    std::vector<double> trend;  // the norms of the iterations since clearIterationNorms; not stored
 };
 
 #endif

@@ -105,37 +105,31 @@ int RobustControl::secondStepSetup(double tolerance, int initialFeedback, Object
     return observer ? 0 : -1;
 }
 
-double RobustControl::firstStep(double gamma, unsigned maxIterations, bool useH2, bool approaching,
-                                double alfa, bool continueFlag, const char* prefix, bool stepByStep,
-                                int lmiMode, double minFreq) {
-    if (!control) return -1.0;
-    return step(*control, gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix, stepByStep,
-                lmiMode, minFreq);
+double RobustControl::firstStep(const StepOptions& options) {
+    return control ? step(*control, options) : -1.0;
 }
 
-double RobustControl::secondStep(double gamma, unsigned maxIterations, bool useH2, bool approaching,
-                                 double alfa, bool continueFlag, const char* prefix, bool stepByStep,
-                                 int lmiMode, double minFreq) {
-    if (!observer) return -1.0;
-    return step(*observer, gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix, stepByStep,
-                lmiMode, minFreq);
+double RobustControl::secondStep(const StepOptions& options) {
+    return observer ? step(*observer, options) : -1.0;
 }
 
-double RobustControl::step(OptimumGramian& design, double gamma, unsigned maxIterations, bool useH2,
-                           bool approaching, double alfa, bool continueFlag, const char* prefix,
-                           bool stepByStep, int lmiMode, double minFreq) {
+double RobustControl::step(OptimumGramian& design, StepOptions o) {
     design.setOwner(owner);
-    if (approachesFromAbove(useH2, approaching, continueFlag, stepByStep, lmiMode)) {
+    design.clearIterationNorms();
+    const char* prefix = o.fileNamePrefix.asCharPointer();
+    if (approachesFromAbove(o)) {
         std::cout << "approaching gamma from above, at";
-        for (double level : levelsAbove) std::cout << ' ' << level * gamma;
+        for (double level : levelsAbove) std::cout << ' ' << level * o.gamma;
         std::cout << std::endl;
-        for (double level : levelsAbove)
-            design.optimize(level * gamma, maxIterations, false, false, alfa, level != levelsAbove[0], prefix,
-                            false, 0, minFreq);
-        continueFlag = true;
+        StepOptions above = o;
+        for (double level : levelsAbove) {
+            above.gamma = level * o.gamma;
+            above.continueFlag = level != levelsAbove[0];
+            design.optimize(above);
+        }
+        o.continueFlag = true;
     }
-    double norm = design.optimize(gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix,
-                                  stepByStep, lmiMode, minFreq);
+    double norm = design.optimize(o);
     storeStep(design, prefix);
     return norm;
 }
@@ -146,9 +140,8 @@ double RobustControl::step(OptimumGramian& design, double gamma, unsigned maxIte
 // goes down these multiples of gamma, each continuing from the last, before gamma itself.
 const double RobustControl::levelsAbove[5] = {8.0, 4.0, 2.0, 1.4, 1.2};
 
-bool RobustControl::approachesFromAbove(bool useH2, bool approaching, bool continueFlag, bool stepByStep,
-                                        int lmiMode) {
-    return !useH2 && !approaching && !continueFlag && !stepByStep && lmiMode == 0;
+bool RobustControl::approachesFromAbove(const StepOptions& o) {
+    return !o.useH2 && !o.approaching && !o.continueFlag && !o.stepByStep && o.lmiMode == LmiMode::None;
 }
 
 // The gain of the step in the workspace and the Matlab script, then the norm of its error

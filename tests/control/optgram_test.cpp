@@ -130,7 +130,7 @@ protected:
         std::unique_ptr<OptimumGramian> g(
             OptimumGramian::make(plant, 1e-6, 1, "Control", Matrix(0, 0), "", owner));
         EXPECT_TRUE(g);
-        if (g && h2) g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+        if (g && h2) g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
         return g;
     }
 
@@ -196,7 +196,8 @@ TEST_P(HinfDesign, RefiningKeepsTheLoopStableAndItsNormBelowGamma) {
     Matrix Hw = g->getD12factor() * g->feedForward();
     double h2Peak = peakGain(*closedLoop(*plant, g->getH(), Hw), wMaxOf(*plant));
     double gamma = 0.9 * h2Peak;
-    double reached = g->optimize(gamma, 200, false, false, 0.5, true, prefix().c_str(), false, 0, 1e-4);
+    double reached = g->optimize(
+        stepOf(gamma, 200, false, prefix().c_str(), [&](StepOptions& o) { o.continueFlag = true; }));
     Hw = g->getD12factor() * g->feedForward();
     std::unique_ptr<DynOp> loop = closedLoop(*plant, g->getH(), Hw);
     EXPECT_TRUE(loop->isStable());
@@ -219,7 +220,7 @@ TEST_P(HinfDesign, DivergenceBelowTheOptimumKeepsAStableFeedback) {
     std::unique_ptr<OptimumGramian> g = design(*plant);
     ASSERT_TRUE(g);
     testing::internal::CaptureStderr();
-    g->optimize(0.4, 200, false, false, 0.5, true, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(0.4, 200, false, prefix().c_str(), [&](StepOptions& o) { o.continueFlag = true; }));
     std::string text = testing::internal::GetCapturedStderr();
     EXPECT_NE(text.find("NO CONVERGENCE REACHED!\nrepeate increasing"), std::string::npos);
     EXPECT_TRUE(closedLoop(*plant, g->getH(), g->getD12factor() * g->feedForward())->isStable());
@@ -251,7 +252,7 @@ TEST_F(OptimumGramianTest, RefusesGammaBelowTheBoundOfD11) {
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     testing::internal::CaptureStdout();
-    double reached = g->optimize(0.3, 10, false, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    double reached = g->optimize(stepOf(0.3, 10, false, prefix().c_str()));
     std::string text = testing::internal::GetCapturedStdout();
     EXPECT_EQ(reached, 0.0);
     EXPECT_NE(text.find("gamma (0.3) must be greater than 0.5"), std::string::npos) << text;
@@ -288,7 +289,7 @@ TEST_F(OptimumGramianTest, WithoutAListenerTheDefaultsFinishTheDesign) {
     std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     std::unique_ptr<OptimumGramian> g(OptimumGramian::make(*plant, 1e-6, 1, "Control", Matrix(0, 0), "", 0));
     ASSERT_TRUE(g);
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), true, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str(), [&](StepOptions& o) { o.stepByStep = true; }));
     EXPECT_TRUE(closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable());
 }
 
@@ -302,7 +303,7 @@ TEST_F(OptimumGramianTest, NextStepCancelEndsTheStepByStepIteration) {
         EXPECT_TRUE(r.isReadOnly(0));
         r.answer = ++steps < 3;
     };
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), true, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str(), [&](StepOptions& o) { o.stepByStep = true; }));
     EXPECT_EQ(steps, 3);
     EXPECT_TRUE(closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable());
     // Each step factors the gramian: Q = F F'.
@@ -316,7 +317,7 @@ TEST_F(OptimumGramianTest, CheckStopEndsTheIterationWithAStableFeedback) {
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     stopAfter = 2;
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
     EXPECT_EQ(stopChecks, 2);
     EXPECT_TRUE(closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable());
 }
@@ -325,7 +326,7 @@ TEST_F(OptimumGramianTest, ApproachingBranchStabilises) {
     std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
-    g->optimize(1.0, 50, true, true, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str(), [&](StepOptions& o) { o.approaching = true; }));
     EXPECT_TRUE(closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable());
 }
 
@@ -337,11 +338,11 @@ TEST_F(OptimumGramianTest, ANarrowPoleWindowAdaptsTheWeightsAndRecurses) {
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     testing::internal::CaptureStdout();
-    g->optimize(1.0, 3, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 3, true, prefix().c_str()));
     std::string refining = testing::internal::GetCapturedStdout();
     bool refinedStable = closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable();
     testing::internal::CaptureStdout();
-    g->optimize(1.0, 3, true, true, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 3, true, prefix().c_str(), [&](StepOptions& o) { o.approaching = true; }));
     std::string approaching = testing::internal::GetCapturedStdout();
     wMaxRange = range;
     EXPECT_NE(refining.find("aut. adapt input gain 0.25"), std::string::npos);
@@ -383,7 +384,7 @@ TEST_F(OptimumGramianTest, ObserverIsDesignedOnTheDual) {
     std::unique_ptr<OptimumGramian> g(
         OptimumGramian::make(plant->transpose(), 1e-6, 1, "Observer", Matrix(0, 0), "obs", owner));
     ASSERT_TRUE(g);
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
     std::string text = testing::internal::GetCapturedStdout();
     EXPECT_NE(text.find("observable subsystem poles"), std::string::npos);
     EXPECT_NE(text.find("detectable subsystem order = 4"), std::string::npos);
@@ -401,7 +402,7 @@ TEST_F(OptimumGramianTest, AStaticPlantGivesAnEmptyFeedback) {
     std::unique_ptr<OptimumGramian> g(
         OptimumGramian::make(plant, 1e-6, 1, "Control", Matrix(0, 0), "", owner));
     ASSERT_TRUE(g);
-    EXPECT_EQ(g->optimize(1.0, 5, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4), 0.0);
+    EXPECT_EQ(g->optimize(stepOf(1.0, 5, true, prefix().c_str())), 0.0);
     EXPECT_EQ(g->getH().columnNumber(), 0u);
 }
 
@@ -485,8 +486,8 @@ TEST_P(LmiRoute, SolvesEachProblemAndTheIterationFollowsNearTheOptimum) {
     for (int mode : {1, 2, 3}) {
         SCOPED_TRACE(mode);
         testing::internal::CaptureStdout();
-        reached[mode] =
-            g->optimize(gamma, 200, mode == 1, false, 0.5, false, prefix().c_str(), false, mode, 1e-4);
+        reached[mode] = g->optimize(stepOf(gamma, 200, mode == 1, prefix().c_str(),
+                                           [&](StepOptions& o) { o.lmiMode = LmiMode(mode); }));
         std::string text = testing::internal::GetCapturedStdout();
         EXPECT_EQ(text.find("LMI failed"), std::string::npos);
         EXPECT_EQ(text.find("iter. = "), std::string::npos);
@@ -500,9 +501,9 @@ TEST_P(LmiRoute, SolvesEachProblemAndTheIterationFollowsNearTheOptimum) {
     }
     EXPECT_LT(reached[3], reached[2]);
     gamma = 1.1 * reached[3];
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
     testing::internal::CaptureStdout();
-    g->optimize(gamma, 500, false, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(gamma, 500, false, prefix().c_str()));
     std::string text = testing::internal::GetCapturedStdout();
     EXPECT_NE(text.find("Convergence reached"), std::string::npos);
     std::unique_ptr<DynOp> loop = closedLoop(*plant, g->getH(), g->getD12factor() * g->feedForward());
