@@ -1,5 +1,6 @@
 // The dialogues and the stop button of a design, reached through events on the design's owner, so
-// that a window, a test or a batch run can answer them.
+// that a window, a test or a batch run can answer them; "ITERATION_NORM" tells the owner the norm
+// each iteration of a design reached (reportIterationNorm).
 #ifndef CONTROL_ASKPARAM_H
 #define CONTROL_ASKPARAM_H
 

@@ -10,12 +10,16 @@
 //                feedbackChoice: the type of their enumeration and its two texts
 //   void registerDesignEnums();                   all the tables as Parameter enumerations
 //
-//   StepOptions  the arguments of one step of a design (RobustControl::firstStep, secondStep and
-//                OptimumGramian::optimize).
+//   StepOptions   the arguments of one step of a design (RobustControl::firstStep, secondStep and
+//                 OptimumGramian::optimize).
+//   GramianSetup  the arguments of the set-up of one design (OptimumGramian::make).
 #ifndef CONTROL_DESIGNOPT_H
 #define CONTROL_DESIGNOPT_H
 
+#include "algebra/matrix.h"
 #include "quill/quillstr.h"
+
+class Object;
 
 enum class DesignPhase { Step1, Step2, FinalResults, InNoise };
 enum class LmiMode { None, MinH2, BoundHinf, MinHinf };
@@ -56,6 +60,15 @@ struct StepOptions {
     bool stepByStep = false;
     LmiMode lmiMode = LmiMode::None;
     double minFreq = 1e-4;  // lowest frequency of the norm search
+};
+
+struct GramianSetup {
+    GramianRole role = GramianRole::Control;
+    double tolerance = 1e-6;           // of the choice of the subsystems
+    int initialFeedback = 1;           // 1: poles placed, through the "Starting Poles" dialogue; 0: zero
+    Matrix startPoles = Matrix(0, 0);  // rows (re, im), the dialogue's fall-back
+    String name;                       // prefix of the names stored
+    Object* owner = nullptr;           // answers the dialogues and the stop checks
 };
 
 #endif

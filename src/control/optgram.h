@@ -1,5 +1,11 @@
 // OptimumGramian, the state feedback of a design: the H2 or H-infinity gain of a system with
 // disturbances and controls, found by repeated factored Lyapunov solutions on the closed loop.
+//
+//   static OptimumGramian* make(const DynOp& system, const GramianSetup& setup);
+//   double optimize(const StepOptions& options);    and its continuous and discrete forms
+//   const std::vector<double>& iterationNorms() const;
+//   Matrix closedLoopPoles() const;
+//   GramianRole role() const;
 #ifndef CONTROL_OPTGRAM_H
 #define CONTROL_OPTGRAM_H
 
@@ -29,11 +35,10 @@ public:
     OptimumGramian();  // empty, for the stream readers
     // Normalises a copy of system (the caller keeps its own), chooses the subsystems in the
     // "Insert tolerance" dialogue, runs the B. D. Anderson test when stable states were dropped
-    // and, with initialFeedback 1, the "Starting Poles" dialogue (startPoles, rows (re, im), is
-    // the fall-back; a nil or wrongly sized one lets assignPoles choose). Answers null, after
-    // the warning, when D12 has no full column rank.
-    static OptimumGramian* make(const DynOp& system, double tolerance, int initialFeedback, const char* kind,
-                                const Matrix& startPoles, const char* name, Object* owner);
+    // and, with initialFeedback 1, the "Starting Poles" dialogue (startPoles is the fall-back; a
+    // nil or wrongly sized one lets assignPoles choose). Answers null, after the warning, when
+    // D12 has no full column rank.
+    static OptimumGramian* make(const DynOp& system, const GramianSetup& setup);
     OptimumGramian(const OptimumGramian& g);  // deep
     // Stream form: the ten counts, tolerance and gamma, the four systems (nil when absent),
     // the two index arrays, the matrices from transform on, and the kind. gainAdapt reads as 1.
@@ -83,6 +88,7 @@ public:
 
     // --- What a two-step design reads ---
     const String& kind() const { return kindText; }
+    GramianRole role() const;
     const String& name() const { return nameText; }
     unsigned disturbances() const { return nd; }
     unsigned controls() const { return nc; }

@@ -84,14 +84,24 @@ RobustControl::System RobustControl::getExtended() const {
 
 // The two steps
 
+GramianSetup RobustControl::setup(GramianRole role, double tolerance, int initialFeedback) const {
+    GramianSetup s;
+    s.role = role;
+    s.tolerance = tolerance;
+    s.initialFeedback = initialFeedback;
+    s.owner = owner;
+    return s;
+}
+
 int RobustControl::firstStepSetup(double tolerance, int initialFeedback, Object* o) {
     owner = o;
     System system = designCopy(input);
     delete control;
     delete observer;
     observer = 0;
-    control = OptimumGramian::make(*system, tolerance, initialFeedback,
-                                   observerFirst ? "Observer" : "Control", Matrix(0, 0), "", owner);
+    control = OptimumGramian::make(
+        *system,
+        setup(observerFirst ? GramianRole::Observer : GramianRole::Control, tolerance, initialFeedback));
     return control ? 0 : -1;
 }
 
@@ -100,8 +110,9 @@ int RobustControl::secondStepSetup(double tolerance, int initialFeedback, Object
     if (!control) return -1;
     System system = designCopy(estimationSystem().transpose());
     delete observer;
-    observer = OptimumGramian::make(*system, tolerance, initialFeedback,
-                                    observerFirst ? "Control" : "Observer", Matrix(0, 0), "", owner);
+    observer = OptimumGramian::make(
+        *system,
+        setup(observerFirst ? GramianRole::Control : GramianRole::Observer, tolerance, initialFeedback));
     return observer ? 0 : -1;
 }
 
@@ -153,7 +164,7 @@ void RobustControl::keep(const char* name, const Object& object, const char* pre
 // The gain of the step with its gramian, the systems that go with it, then the norm of the step's
 // error operator over frequency.
 void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) {
-    bool isObserver = design.kind() == "Observer";
+    bool isObserver = design.role() == GramianRole::Observer;
     bool first = &design == control;
     Matrix gain = isObserver ? design.getH().transpose() : design.getH();
     std::cout << (isObserver ? "K = " : "H = ") << gain << std::endl;

@@ -1,5 +1,8 @@
 // RobustControl, one two-step design: an extended system, the state feedback and the observer
 // that together make its output-feedback compensator.
+//
+//   double firstStep(const StepOptions& options);  secondStep likewise
+//   const OptimumGramian* firstDesign() const;     secondDesign likewise
 #ifndef CONTROL_ROBCTRL_H
 #define CONTROL_ROBCTRL_H
 
@@ -102,6 +105,8 @@ private:
     void storeMembers(Stream& os) const;
     // The system a design object is made from: a plain DynOp or DiscDynOp copy of s.
     System designCopy(const DynOp& s) const;
+    // The set-up of a step's design, its dialogues and stop checks going to owner.
+    GramianSetup setup(GramianRole role, double tolerance, int initialFeedback) const;
     double step(OptimumGramian& design, StepOptions options);
     // Whether a step goes down levelsAbove first (see robctrl.cpp).
     static bool approachesFromAbove(const StepOptions& options);

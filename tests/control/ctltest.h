@@ -22,6 +22,17 @@
 typedef std::complex<double> Cx;
 typedef std::vector<std::vector<Cx>> CxMatrix;
 
+// A design's set-up with the tolerance 1e-6.
+inline GramianSetup setupOf(GramianRole role, int initialFeedback, Object* owner, const char* name = "") {
+    GramianSetup s;
+    s.role = role;
+    s.tolerance = 1e-6;
+    s.initialFeedback = initialFeedback;
+    s.owner = owner;
+    s.name = name;
+    return s;
+}
+
 // A step's options with alfa 0.5 and minFreq 1e-4; change sets the others.
 inline StepOptions stepOf(double gamma, unsigned iterations, bool useH2, const char* prefix = "",
                           const std::function<void(StepOptions&)>& change = {}) {

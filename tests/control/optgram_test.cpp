@@ -128,7 +128,7 @@ protected:
     // A design with the poles placed in the frequency window, and its H2 optimisation.
     std::unique_ptr<OptimumGramian> design(const DynOp& plant, bool h2 = true) {
         std::unique_ptr<OptimumGramian> g(
-            OptimumGramian::make(plant, 1e-6, 1, "Control", Matrix(0, 0), "", owner));
+            OptimumGramian::make(plant, setupOf(GramianRole::Control, 1, owner)));
         EXPECT_TRUE(g);
         if (g && h2) g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
         return g;
@@ -231,8 +231,8 @@ TEST_P(HinfDesign, DivergenceBelowTheOptimumKeepsAStableFeedback) {
 TEST_F(OptimumGramianTest, RefusesASystemWithoutControlsOnTheObjectives) {
     Object* read = Workspace::readModelFile((std::string(TARN_EXAMPLES) + "/twomass.dyn").c_str());
     testing::internal::CaptureStdout();
-    OptimumGramian* g = OptimumGramian::make(*CAST(DynOp, read), 1e-6, 0, "Control", Matrix(0, 0), "", 0);
-    OptimumGramian* o = OptimumGramian::make(*CAST(DynOp, read), 1e-6, 0, "Observer", Matrix(0, 0), "", 0);
+    OptimumGramian* g = OptimumGramian::make(*CAST(DynOp, read), setupOf(GramianRole::Control, 0, 0));
+    OptimumGramian* o = OptimumGramian::make(*CAST(DynOp, read), setupOf(GramianRole::Observer, 0, 0));
     std::string text = testing::internal::GetCapturedStdout();
     delete read;
     EXPECT_EQ(g, nullptr);
@@ -273,8 +273,7 @@ TEST_F(OptimumGramianTest, StartingPolesAreAskedUntilTheirNumberIsRight) {
         r.answer = 1;
     };
     testing::internal::CaptureStdout();
-    std::unique_ptr<OptimumGramian> g(
-        OptimumGramian::make(*plant, 1e-6, 1, "Control", Matrix(0, 0), "", owner));
+    std::unique_ptr<OptimumGramian> g(OptimumGramian::make(*plant, setupOf(GramianRole::Control, 1, owner)));
     std::string text = testing::internal::GetCapturedStdout();
     ASSERT_TRUE(g);
     EXPECT_EQ(tolerancesAsked, 2);
@@ -287,7 +286,7 @@ TEST_F(OptimumGramianTest, StartingPolesAreAskedUntilTheirNumberIsRight) {
 
 TEST_F(OptimumGramianTest, WithoutAListenerTheDefaultsFinishTheDesign) {
     std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
-    std::unique_ptr<OptimumGramian> g(OptimumGramian::make(*plant, 1e-6, 1, "Control", Matrix(0, 0), "", 0));
+    std::unique_ptr<OptimumGramian> g(OptimumGramian::make(*plant, setupOf(GramianRole::Control, 1, 0)));
     ASSERT_TRUE(g);
     g->optimize(stepOf(1.0, 50, true, prefix().c_str(), [&](StepOptions& o) { o.stepByStep = true; }));
     EXPECT_TRUE(closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable());
@@ -382,7 +381,7 @@ TEST_F(OptimumGramianTest, ObserverIsDesignedOnTheDual) {
     std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     testing::internal::CaptureStdout();
     std::unique_ptr<OptimumGramian> g(
-        OptimumGramian::make(plant->transpose(), 1e-6, 1, "Observer", Matrix(0, 0), "obs", owner));
+        OptimumGramian::make(plant->transpose(), setupOf(GramianRole::Observer, 1, owner, "obs")));
     ASSERT_TRUE(g);
     g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
     std::string text = testing::internal::GetCapturedStdout();
@@ -399,8 +398,7 @@ TEST_F(OptimumGramianTest, ObserverIsDesignedOnTheDual) {
 // A static plant has nothing to design: an empty feedback, and no fault on the way.
 TEST_F(OptimumGramianTest, AStaticPlantGivesAnEmptyFeedback) {
     DynOp plant(DynOp(mat(3, 2, {0, 0, 0, 1, 1, 0})), 1, 1, 0);
-    std::unique_ptr<OptimumGramian> g(
-        OptimumGramian::make(plant, 1e-6, 1, "Control", Matrix(0, 0), "", owner));
+    std::unique_ptr<OptimumGramian> g(OptimumGramian::make(plant, setupOf(GramianRole::Control, 1, owner)));
     ASSERT_TRUE(g);
     EXPECT_EQ(g->optimize(stepOf(1.0, 5, true, prefix().c_str())), 0.0);
     EXPECT_EQ(g->getH().columnNumber(), 0u);
