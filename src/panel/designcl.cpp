@@ -92,9 +92,11 @@ bool parametersFromOptions(DesignParameters& p, double& gamma2, const std::strin
     ok = ok && numberOption("-gamma2", gamma2, positive);
     p.iterations = unsigned(iterations);
     p.start = !findFlag("-continue");
-    p.useH2 = textOption("-gramian", "H2") == "H2";
-    p.approaching = textOption("-algorithm", "refining") == "approaching";
-    p.initialFeedback = textOption("-initialFeedback", "pole placement") == "pole placement" ? 1 : 0;
+    const char* h2 = gramianChoice.texts[1];
+    p.useH2 = textOption("-gramian", h2) == h2;
+    p.approaching = textOption("-algorithm", algorithmChoice.texts[1]) == algorithmChoice.texts[0];
+    const char* placement = feedbackChoice.texts[1];
+    p.initialFeedback = textOption("-initialFeedback", placement) == placement ? 1 : 0;
     if (route == "lmi" && p.lmiMode == LmiMode::None) p.lmiMode = p.useH2 ? LmiMode::MinH2 : LmiMode::MinHinf;
     return ok;
 }
