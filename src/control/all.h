@@ -3,6 +3,7 @@
 #define CONTROL_ALL_H
 
 #include "control/askparam.h"
+#include "control/designopt.h"
 #include "control/discdyn.h"
 #include "control/dynop.h"
 #include "control/extsys.h"

@@ -10,6 +10,7 @@ DEFINE_CLASS(ParamRequest, Object, 1, 0)
 
 Symbol AskParameters("ASK_PARAMETERS");
 Symbol CheckStop("CHECK_STOP");
+Symbol IterationNorm("ITERATION_NORM");
 
 namespace {
 bool stopRequested = false;
@@ -48,3 +49,9 @@ bool checkStop(Object* owner) {
 }
 
 void requestStop() { stopRequested = true; }
+
+void reportIterationNorm(Object* owner, double norm) {
+    if (!owner) return;
+    CallData data(norm);
+    owner->cbackOn(IterationNorm, &data);
+}

@@ -1,5 +1,6 @@
 // The dialogues and the stop button of a design, reached through events on the design's owner, so
-// that a window, a test or a batch run can answer them.
+// that a window, a test or a batch run can answer them; "ITERATION_NORM" tells the owner the norm
+// each iteration of a design reached (reportIterationNorm).
 #ifndef CONTROL_ASKPARAM_H
 #define CONTROL_ASKPARAM_H
 
@@ -14,6 +15,7 @@ extern Class class_ParamRequest;
 
 extern Symbol AskParameters;  // "ASK_PARAMETERS": the call data holds a ParamRequest
 extern Symbol CheckStop;      // "CHECK_STOP": a listener lets the interface run and may call requestStop
+extern Symbol IterationNorm;  // "ITERATION_NORM": the call data holds the norm of one iteration, a double
 
 // One parameter dialogue: a title, labelled text fields with their values, and the answer, 1 for
 // Ok and 0 for Cancel. A listener of "ASK_PARAMETERS" shows it, writes the values back and sets
@@ -53,5 +55,8 @@ int askParameters(Object* owner, ParamRequest& request);
 // Raises "CHECK_STOP" on owner and answers whether a stop was requested since the last check.
 bool checkStop(Object* owner);
 void requestStop();
+
+// Raises "ITERATION_NORM" on owner (a null owner tells nobody) with norm.
+void reportIterationNorm(Object* owner, double norm);
 
 #endif

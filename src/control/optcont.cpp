@@ -30,34 +30,24 @@ const char* const divergenceDiscrete =
 
 }  // namespace
 
-double OptimumGramian::optimize(double gamma, unsigned maxIterations, bool useH2, bool approaching,
-                                double alfa, bool continueFlag, const char* designName, bool stepByStep,
-                                int lmiMode, double minFreq) {
-    if (isDiscrete())
-        return optimizeDiscrete(gamma, maxIterations, useH2, approaching, alfa, continueFlag, designName,
-                                stepByStep, lmiMode, minFreq);
-    return optimizeContinuous(gamma, maxIterations, useH2, approaching, alfa, continueFlag, designName,
-                              stepByStep, lmiMode, minFreq);
+double OptimumGramian::optimize(const StepOptions& o) {
+    return isDiscrete() ? optimizeDiscrete(o) : optimizeContinuous(o);
 }
 
-double OptimumGramian::optimizeContinuous(double gamma, unsigned maxIterations, bool useH2, bool approaching,
-                                          double alfa, bool continueFlag, const char* designName,
-                                          bool stepByStep, int lmiMode, double minFreq) {
+double OptimumGramian::optimizeContinuous(const StepOptions& o) {
     std::cout << "start optimizeContinuous" << std::endl;
-    Run r(gamma, maxIterations, useH2, approaching, alfa, stepByStep, lmiMode, minFreq, designName);
-    return run(r, continueFlag);
+    Run r(o);
+    return run(r, o.continueFlag);
 }
 
-double OptimumGramian::optimizeDiscrete(double gamma, unsigned maxIterations, bool useH2, bool approaching,
-                                        double alfa, bool continueFlag, const char* designName,
-                                        bool stepByStep, int lmiMode, double minFreq) {
+double OptimumGramian::optimizeDiscrete(const StepOptions& o) {
     std::cout << "start optimizeDiscrete" << std::endl;
-    Run r(gamma, maxIterations, useH2, approaching, alfa, stepByStep, lmiMode, minFreq, designName);
-    return run(r, continueFlag);
+    Run r(o);
+    return run(r, o.continueFlag);
 }
 
 double OptimumGramian::run(Run& r, bool continueFlag) {
-    designName = r.designName;
+    designName = r.fileNamePrefix;
     double refusal = 0.0;
     if (!prepare(r, continueFlag, refusal)) return refusal;
     if (r.approaching)
@@ -135,9 +125,9 @@ void OptimumGramian::stabilizeStart(Run& r) {
 
 // Code 1 is the least H2 norm, 2 the H-infinity bound gamma, 3 the least H-infinity norm.
 bool OptimumGramian::solveLmi(Run& r) {
-    if (r.lmiMode == 0) return false;
+    if (r.lmiMode == LmiMode::None) return false;
     LMI lmi(*r.working);
-    bool h2 = r.useH2 || r.lmiMode == 1, minimum = r.lmiMode != 2;
+    bool h2 = r.useH2 || r.lmiMode == LmiMode::MinH2, minimum = r.lmiMode != LmiMode::BoundHinf;
     if ((minimum ? lmi.solveMinimum(h2) : lmi.solveBound(gamma, h2)) != 0) return false;
     Matrix factor = lmi.getGramian();
     if (!chol(factor)) {
@@ -182,6 +172,7 @@ void OptimumGramian::approach(Run& r) {
             break;
         }
         r.lastGood = H;
+        reportIteration(loop->normH2());
         recurse(polesOf(*loop), H);
         if (checkStop(owner)) break;
     }
@@ -222,6 +213,7 @@ bool OptimumGramian::refineStep(Run& r, unsigned k, double& e0) {
     r.lastGood = H;
     Matrix poles = polesOf(*loop);
     double h2 = loop->normH2();
+    reportIteration(h2);
     if (!r.useH2) loop->addOutputs(L, Matrix(0, 0));
     loop->gramianOf(&R);
     householder::repairSigns(R, Rprev);

@@ -14,17 +14,21 @@ using dynop::block;
 
 OptimumGramian::OptimumGramian() {}
 
-OptimumGramian* OptimumGramian::make(const DynOp& system, double tolerance, int initialFeedback,
-                                     const char* kind, const Matrix& startPoles, const char* name,
-                                     Object* owner) {
+OptimumGramian* OptimumGramian::make(const DynOp& system, const GramianSetup& setup) {
     std::unique_ptr<OptimumGramian> g(new OptimumGramian);
-    g->kindText = kind;
-    g->nameText = name;
-    g->owner = owner;
-    g->tolerance = tolerance;
+    g->kindText = textOf(setup.role);
+    g->nameText = setup.name;
+    g->owner = setup.owner;
+    g->tolerance = setup.tolerance;
     if (!g->normalize(system)) return 0;
-    g->build(tolerance, initialFeedback, startPoles);
+    g->build(setup.tolerance, setup.initialFeedback, setup.startPoles);
     return g.release();
+}
+
+GramianRole OptimumGramian::role() const {
+    GramianRole r = GramianRole::Control;
+    valueOf(kindText.asCharPointer(), r);
+    return r;
 }
 
 OptimumGramian::~OptimumGramian() noexcept(false) {
@@ -196,7 +200,7 @@ void OptimumGramian::printPoles(const char* label, const DynOp& s) const {
 }
 
 const char* OptimumGramian::word(const char* control, const char* observer) const {
-    return kindText == "Observer" ? observer : control;
+    return role() == GramianRole::Observer ? observer : control;
 }
 
 String OptimumGramian::storedName(const char* what) const { return nameText + kindText + what; }
@@ -204,7 +208,7 @@ String OptimumGramian::storedName(const char* what) const { return nameText + ki
 // In the workspace and the Matlab script under the prefixed name, and with file in a model file
 // under the design's prefix; an observer's system is stored as the dual of the one designed.
 void OptimumGramian::store(const DynOp& s, const char* what, const char* file) const {
-    std::unique_ptr<DynOp> stored = kindText == "Observer" ? like(s.transpose()) : like(s);
+    std::unique_ptr<DynOp> stored = role() == GramianRole::Observer ? like(s.transpose()) : like(s);
     String key = storedName(what);
     globalWorkspace().store(key.asCharPointer(), *stored);
     Workspace::writeMatlab(*stored, key.asCharPointer());
@@ -215,7 +219,7 @@ void OptimumGramian::store(const DynOp& s, const char* what, const char* file) c
 }
 
 void OptimumGramian::storeGain(const Matrix& gain) const {
-    bool observer = kindText == "Observer";
+    bool observer = role() == GramianRole::Observer;
     String key = nameText + (observer ? "K" : "H");
     Matrix stored = observer ? gain.transpose() : gain;
     globalWorkspace().store(key.asCharPointer(), stored);

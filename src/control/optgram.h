@@ -1,14 +1,22 @@
 // OptimumGramian, the state feedback of a design: the H2 or H-infinity gain of a system with
 // disturbances and controls, found by repeated factored Lyapunov solutions on the closed loop.
+//
+//   static OptimumGramian* make(const DynOp& system, const GramianSetup& setup);
+//   double optimize(const StepOptions& options);    and its continuous and discrete forms
+//   const std::vector<double>& iterationNorms() const;
+//   Matrix closedLoopPoles() const;
+//   GramianRole role() const;
 #ifndef CONTROL_OPTGRAM_H
 #define CONTROL_OPTGRAM_H
 
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
+#include <vector>
 
 #include "algebra/algebra.h"
 #include "algebra/matrix.h"
+#include "control/designopt.h"
 #include "control/dynop.h"
 #include "quill/quillstr.h"
 #include "quill/unsarray.h"
@@ -27,11 +35,10 @@ public:
     OptimumGramian();  // empty, for the stream readers
     // Normalises a copy of system (the caller keeps its own), chooses the subsystems in the
     // "Insert tolerance" dialogue, runs the B. D. Anderson test when stable states were dropped
-    // and, with initialFeedback 1, the "Starting Poles" dialogue (startPoles, rows (re, im), is
-    // the fall-back; a nil or wrongly sized one lets assignPoles choose). Answers null, after
-    // the warning, when D12 has no full column rank.
-    static OptimumGramian* make(const DynOp& system, double tolerance, int initialFeedback, const char* kind,
-                                const Matrix& startPoles, const char* name, Object* owner);
+    // and, with initialFeedback 1, the "Starting Poles" dialogue (startPoles is the fall-back; a
+    // nil or wrongly sized one lets assignPoles choose). Answers null, after the warning, when
+    // D12 has no full column rank.
+    static OptimumGramian* make(const DynOp& system, const GramianSetup& setup);
     OptimumGramian(const OptimumGramian& g);  // deep
     // Stream form: the ten counts, tolerance and gamma, the four systems (nil when absent),
     // the two index arrays, the matrices from transform on, and the kind. gainAdapt reads as 1.
@@ -41,16 +48,16 @@ public:
 
     // The H-infinity norm reached; 0.0 when gamma is below the bound set by D11, -1.0 when
     // gamma^2 I - D11'Pj D11 cannot be factored. Continues from H, L, R of an earlier call
-    // (continueFlag false restarts the gramian factor). designName prefixes the files written;
-    // lmiMode: 0 none, 1 "min H2", 2 "bound Hinf", 3 "min Hinf"; minFreq starts the norm search.
-    double optimize(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
-                    bool continueFlag, const char* designName, bool stepByStep, int lmiMode, double minFreq);
-    double optimizeContinuous(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
-                              bool continueFlag, const char* designName, bool stepByStep, int lmiMode,
-                              double minFreq);
-    double optimizeDiscrete(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
-                            bool continueFlag, const char* designName, bool stepByStep, int lmiMode,
-                            double minFreq);
+    // (continueFlag false restarts the gramian factor). fileNamePrefix prefixes the files written;
+    // minFreq starts the norm search. Each iteration's H2 norm of the loop is appended to
+    // iterationNorms and raised as "ITERATION_NORM" on the owner.
+    double optimize(const StepOptions& options);
+    double optimizeContinuous(const StepOptions& options);
+    double optimizeDiscrete(const StepOptions& options);
+    const std::vector<double>& iterationNorms() const { return trend; }
+    void clearIterationNorms() { trend.clear(); }
+    // The poles, rows (re, im), of the system given to make closed by getH.
+    Matrix closedLoopPoles() const;
 
     // Places the poles of the controllable subsystem: the given rows (re, im), or with a nil
     // (or wrongly sized) table its present closed-loop poles moved into the frequency window.
@@ -81,6 +88,7 @@ public:
 
     // --- What a two-step design reads ---
     const String& kind() const { return kindText; }
+    GramianRole role() const;
     const String& name() const { return nameText; }
     unsigned disturbances() const { return nd; }
     unsigned controls() const { return nc; }
@@ -118,26 +126,8 @@ private:
     template <class Stream>
     void storeMembers(Stream& os) const;
     // The arguments of one optimize call and its working systems.
-    struct Run {
-        Run(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa, bool stepByStep,
-            int lmiMode, double minFreq, const char* designName)
-            : gamma(gamma),
-              maxIterations(maxIterations),
-              useH2(useH2),
-              approaching(approaching),
-              alfa(alfa),
-              stepByStep(stepByStep),
-              lmiMode(lmiMode),
-              minFreq(minFreq),
-              designName(designName) {}
-        double gamma;
-        unsigned maxIterations;
-        bool useH2, approaching;
-        double alfa;
-        bool stepByStep;
-        int lmiMode;
-        double minFreq;
-        String designName;
+    struct Run : StepOptions {
+        explicit Run(const StepOptions& o) : StepOptions(o) {}
         std::unique_ptr<DynOp> unscaled;  // the system designed on, objectives at full weight
         std::unique_ptr<DynOp> working;   // the same with the objectives weighted by gainAdapt
         Matrix lastGood = Matrix(0, 0);   // the last H that gave a stable loop; 0x0 before one
@@ -192,6 +182,7 @@ private:
     void printFullGain(Run& r);
     bool stepReport();
     bool nextStep(double h2);
+    void reportIteration(double norm);
 
     std::uint32_t n = 0, fulln = 0, subn = 0, conn = 0;
     std::uint32_t inputs = 0, outputs = 0;
@@ -217,8 +208,9 @@ private:
     Matrix Qfactor;
     Matrix Hcon;  // nc x conn
     Matrix inputTransform, outputTransform;
-    Object* owner = 0;  // answers "ASK_PARAMETERS" and "CHECK_STOP"
-    String designName;  // prefix of the files of the running optimize
+    Object* owner = 0;          // answers "ASK_PARAMETERS" and "CHECK_STOP"
+    String designName;          // prefix of the files of the running optimize
+    std::vector<double> trend;  // the norms of the iterations since clearIterationNorms; not stored
 };
 
 #endif

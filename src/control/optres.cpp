@@ -86,6 +86,13 @@ bool OptimumGramian::stepReport() {
     return nextStep(h2);
 }
 
+void OptimumGramian::reportIteration(double norm) {
+    trend.push_back(norm);
+    reportIterationNorm(owner, norm);
+}
+
+Matrix OptimumGramian::closedLoopPoles() const { return polesOf(*close(*givenSystem(), getH())); }
+
 bool OptimumGramian::nextStep(double h2) {
     ParamRequest request("Next Step", 1);
     request.add("H-2 norm", h2, true).add("Output adaptation gain", gainAdapt);

@@ -3,6 +3,7 @@
 #include "control/rcdesign.h"
 
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -11,6 +12,9 @@
 
 #include "control/askparam.h"
 #include "control/designck.h"
+#include "control/optgram.h"
+#include "control/param.h"
+#include "control/paramcl.h"
 #include "control/robctrl.h"
 #include "control/structck.h"
 #include "control/workspc.h"
@@ -23,64 +27,162 @@ namespace {
 
 const char* const designFile = "RobustControl.rc";
 
-// The text under key, or the empty text when the dictionary has none.
-String textOf(const Dictionary& d, const char* key) {
-    String k(key);
-    if (!d.includesKey(k)) return String();
-    return String(d.atKey(k)->asCharPointer());
+// The value of a parameter, or the empty text when there is none.
+String textOf(const Parameter* p) { return p ? p->value() : String(); }
+
+double numberOf(const Parameter* p, double fallback) {
+    String text = textOf(p);
+    return text.size() ? std::strtod(text.asCharPointer(), 0) : fallback;
 }
 
-double numberOf(const Dictionary& d, const char* key, double fallback) {
-    String text = textOf(d, key);
-    return text.size() ? std::strtod(text.asCharPointer(), 0) : fallback;
+bool isChoice(const Parameter* p, const ChoiceTexts& choice, int index) {
+    return textOf(p) == choice.texts[index];
+}
+
+// A number as a text that reads back exactly.
+String exactText(double x) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.17g", x);
+    return String(text);
+}
+
+Parameter choiceParameter(const char* name, const ChoiceTexts& choice, bool first) {
+    return Parameter(name, choice.texts[first ? 0 : 1], choice.type);
 }
 
 }  // namespace
 
+// The enumerations of the parameters are registered for the panel that edits them.
 RobustControlDesign::RobustControlDesign()
-    : robustControl(0), structuringMatrix(0, 0), modelFileName("Tot.dyn"), observerFirst(1), owner(0) {}
+    : robustControl(0), structuringMatrix(0, 0), modelFileName("Tot.dyn"), observerFirst(1), owner(0) {
+    registerDesignEnums();
+}
 
 RobustControlDesign::~RobustControlDesign() noexcept(false) { delete robustControl; }
 
 // Parameters
 
-DesignParameters RobustControlDesign::convert(const Dictionary& d, String& modelFileName) {
+StepOptions DesignParameters::stepOptions(const String& fileNamePrefix) const {
+    StepOptions o;
+    o.gamma = gamma;
+    o.maxIterations = iterations;
+    o.useH2 = useH2;
+    o.approaching = approaching;
+    o.alfa = alfa;
+    o.continueFlag = !start;
+    o.fileNamePrefix = fileNamePrefix;
+    o.stepByStep = stepByStep;
+    o.lmiMode = lmiMode;
+    o.minFreq = minFreq;
+    return o;
+}
+
+DesignParameters RobustControlDesign::convert(const Lookup& find, String& modelFileName) {
     DesignParameters p;
-    String minimum = textOf(d, "Minimum");
-    p.lmiMode = minimum == "min H2" ? 1 : minimum == "bound Hinf" ? 2 : minimum == "min Hinf" ? 3 : 0;
-    p.inOneStep = textOf(d, "inOneStep") == "YES";
-    String gui = textOf(d, "GuiFileName");
+    LmiMode mode;
+    if (valueOf(textOf(find("Minimum")).asCharPointer(), mode)) p.lmiMode = mode;
+    const Parameter* inOneStep = find("inOneStep");
+    p.inOneStep = inOneStep && inOneStep->boolValue();
+    String gui = textOf(find("GuiFileName"));
     if (gui.size()) modelFileName = gui.index("Extended System") >= 0 ? String("Tot.dyn") : gui;
-    p.choice = textOf(d, "ChoiceButton");
-    p.gamma = numberOf(d, "gamma", p.gamma);
-    p.iterations = unsigned(numberOf(d, "iter", p.iterations));
-    p.start = textOf(d, "StartCont") == "start";
-    p.stepByStep = textOf(d, "StepByStep") == "YES";
-    p.useH2 = textOf(d, "Gramian") == "H2";
-    p.approaching = textOf(d, "Algorithm") == "approaching";
-    p.tolerance = numberOf(d, "toll", p.tolerance);
-    p.minFreq = numberOf(d, "minFreq", p.minFreq);
-    p.initialFeedback = textOf(d, "InitialFeedback") == "pole placement" ? 1 : 0;
-    p.alfa = numberOf(d, "alfa", p.alfa);
-    p.noiseLevel = numberOf(d, "noiseL", p.noiseLevel);
-    p.conObs = textOf(d, "ConObs");
+    DesignPhase phase;
+    if (valueOf(textOf(find("ChoiceButton")).asCharPointer(), phase)) p.phase = phase;
+    p.gamma = numberOf(find("gamma"), p.gamma);
+    p.iterations = unsigned(numberOf(find("iter"), p.iterations));
+    p.start = isChoice(find("StartCont"), startChoice, 0);
+    const Parameter* stepByStep = find("StepByStep");
+    p.stepByStep = stepByStep && stepByStep->boolValue();
+    p.useH2 = isChoice(find("Gramian"), gramianChoice, 1);
+    p.approaching = isChoice(find("Algorithm"), algorithmChoice, 0);
+    p.tolerance = numberOf(find("toll"), p.tolerance);
+    p.minFreq = numberOf(find("minFreq"), p.minFreq);
+    p.initialFeedback = isChoice(find("InitialFeedback"), feedbackChoice, 1) ? 1 : 0;
+    p.alfa = numberOf(find("alfa"), p.alfa);
+    p.noiseLevel = numberOf(find("noiseL"), p.noiseLevel);
+    GramianRole role;
+    if (valueOf(textOf(find("ConObs")).asCharPointer(), role)) p.made = role;
     return p;
+}
+
+DesignParameters RobustControlDesign::convert(const Dictionary& d, String& modelFileName) {
+    return convert(
+        [&d](const char* name) -> const Parameter* {
+            String key(name);
+            Object* value = d.includesKey(key) ? d.atKey(key) : 0;
+            return value && value->isKindOf(class_Parameter) ? static_cast<const Parameter*>(value) : 0;
+        },
+        modelFileName);
+}
+
+DesignParameters RobustControlDesign::convert(const ParametersCltn& c, String& modelFileName) {
+    return convert(
+        [&c](const char* name) -> const Parameter* {
+            for (unsigned i = 0; i < c.size(); ++i)
+                if (c.at(int(i)).name() == name) return &c.at(int(i));
+            return 0;
+        },
+        modelFileName);
+}
+
+void RobustControlDesign::parametersOf(const DesignParameters& p, const String& modelFileName,
+                                       ParametersCltn& c) {
+    c.add(Parameter("Minimum", textOf(p.lmiMode), lmiModeType));
+    c.add(Parameter("inOneStep", p.inOneStep));
+    c.add(Parameter("GuiFileName", modelFileName));
+    if (p.phase) c.add(Parameter("ChoiceButton", textOf(*p.phase), designPhaseType));
+    c.add(Parameter("gamma", exactText(p.gamma).asCharPointer(), "float"));
+    c.add(Parameter("iter", std::to_string(p.iterations).c_str(), "int<1:1000>"));
+    c.add(choiceParameter("StartCont", startChoice, p.start));
+    c.add(Parameter("StepByStep", p.stepByStep));
+    c.add(choiceParameter("Gramian", gramianChoice, !p.useH2));
+    c.add(choiceParameter("Algorithm", algorithmChoice, p.approaching));
+    c.add(Parameter("toll", exactText(p.tolerance).asCharPointer(), "float"));
+    c.add(Parameter("minFreq", exactText(p.minFreq).asCharPointer(), "float"));
+    c.add(choiceParameter("InitialFeedback", feedbackChoice, p.initialFeedback == 0));
+    c.add(Parameter("alfa", exactText(p.alfa).asCharPointer(), "float"));
+    c.add(Parameter("noiseL", exactText(p.noiseLevel).asCharPointer(), "float"));
+    if (p.made) c.add(Parameter("ConObs", textOf(*p.made), gramianRoleType));
 }
 
 double RobustControlDesign::design(const Dictionary& parameters) {
     return design(convert(parameters, modelFileName));
 }
 
+double RobustControlDesign::design(const ParametersCltn& parameters) {
+    return design(convert(parameters, modelFileName));
+}
+
 // The panel's switch names the design the phase makes; observerFirst tells what came first.
 double RobustControlDesign::design(const DesignParameters& p) {
-    bool second = p.choice == "Step 2";
-    if (p.conObs == "Observer") observerFirst = second ? 0 : 1;
-    if (p.conObs == "Control") observerFirst = second ? 1 : 0;
-    if (p.choice == "Step 1") return firstPhase(p);
-    if (second) return secondPhase(p);
-    if (p.choice == "Final Results") return finalResults(p.tolerance, p.inOneStep);
-    if (p.choice == "inNoise") return firstPhase(p);
-    return 0.0;
+    result = PhaseResult();
+    if (!p.phase) return failed(0.0, "unknown phase");
+    result.phase = *p.phase;
+    bool second = result.phase == DesignPhase::Step2;
+    if (p.made) observerFirst = (*p.made == GramianRole::Observer) != second ? 1 : 0;
+    switch (result.phase) {
+        case DesignPhase::Step1:
+        case DesignPhase::InNoise:
+            result.norm = firstPhase(p);
+            break;
+        case DesignPhase::Step2:
+            result.norm = secondPhase(p);
+            break;
+        case DesignPhase::FinalResults:
+            result.norm = finalResults(p.tolerance, p.inOneStep);
+            break;
+    }
+    result.success = result.failure.size() == 0 && result.norm > 0.0;
+    if (!result.success && result.failure.size() == 0) result.failure = "no norm was reached";
+    return result.norm;
+}
+
+double RobustControlDesign::failed(double norm, const char* reason) {
+    result.failure = reason;
+    return norm;
+}
+
+void RobustControlDesign::printPhaseResult(std::ostream& os, const PhaseResult& r) {
+    os << textOf(r.phase) << ": " << r.norm << std::endl;
 }
 
 // The phases
@@ -136,7 +238,18 @@ void RobustControlDesign::storeDesign() {
         std::cout << "the design could not be written to " << designFile << std::endl;
 }
 
+void RobustControlDesign::recordStep(const OptimumGramian* step) {
+    if (!step) return;
+    result.iterationNorms = step->iterationNorms();
+    result.poles = step->closedLoopPoles();
+    bool observer = step->role() == GramianRole::Observer;
+    (observer ? result.observerGain : result.feedbackGain) = step->getH();
+}
+
 void RobustControlDesign::endPhase() {
+    for (const OrderedCltn* names : {&globalWorkspace().extendedSystems(), &globalWorkspace().others()})
+        for (unsigned i = 0; i < names->size(); ++i)
+            result.systems.push_back(String(names->at(int(i))->asCharPointer()));
     storeDesign();
     globalWorkspace().clear();
     Workspace::closeMatlab();
@@ -148,7 +261,7 @@ double RobustControlDesign::firstPhase(const DesignParameters& p) {
     if (p.start) {
         globalWorkspace().clear();
         std::unique_ptr<DynOp> model(readModel());
-        if (!model) return 0.0;
+        if (!model) return failed(0.0, "the model was refused");
         std::unique_ptr<ExtendedSystem> system(
             model->isKindOf(class_ExtendedSystem)
                 ? new ExtendedSystem(*static_cast<ExtendedSystem*>(model.get()))
@@ -157,36 +270,34 @@ double RobustControlDesign::firstPhase(const DesignParameters& p) {
         bool solvable = designProblemCheck(*system);
         if (!structuralCheck(*system)) {
             std::cout << "Warning, this is not an extended system" << std::endl;
-            return 0.0;
+            return failed(0.0, "this is not an extended system");
         }
-        if (!solvable) return 0.0;
+        if (!solvable) return failed(0.0, "the design problem has no solution");
         robustControl = new RobustControl(*system, observerFirst != 0, p.noiseLevel);
         if (robustControl->firstStepSetup(p.tolerance, p.initialFeedback, owner) < 0) {
             delete robustControl;
             robustControl = 0;
-            return -1.0;
+            return failed(-1.0, "the set-up failed");
         }
     } else if (!(robustControl = readDesign())) {
-        return -1.0;
+        return failed(-1.0, "the design could not be read");
     }
-    String prefix = filePrefix();
-    double norm = robustControl->firstStep(p.gamma, p.iterations, p.useH2, p.approaching, p.alfa, !p.start,
-                                           prefix.asCharPointer(), p.stepByStep, p.lmiMode, p.minFreq);
+    double norm = robustControl->firstStep(p.stepOptions(filePrefix()));
+    recordStep(robustControl->firstDesign());
     endPhase();
     return norm;
 }
 
 double RobustControlDesign::secondPhase(const DesignParameters& p) {
-    if (!(robustControl = readDesign())) return -1.0;
+    if (!(robustControl = readDesign())) return failed(-1.0, "the design could not be read");
     globalWorkspace().clear();
     if (p.start && robustControl->secondStepSetup(p.tolerance, p.initialFeedback, owner) < 0) {
         delete robustControl;
         robustControl = 0;
-        return -1.0;
+        return failed(-1.0, "the set-up failed");
     }
-    String prefix = filePrefix();
-    double norm = robustControl->secondStep(p.gamma, p.iterations, p.useH2, p.approaching, p.alfa, !p.start,
-                                            prefix.asCharPointer(), p.stepByStep, p.lmiMode, p.minFreq);
+    double norm = robustControl->secondStep(p.stepOptions(filePrefix()));
+    recordStep(robustControl->secondDesign());
     endPhase();
     return norm;
 }

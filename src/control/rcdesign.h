@@ -1,25 +1,43 @@
 // RobustControlDesign, the driver of a design's phases: the panel's parameters turned into the
 // steps of a RobustControl kept between phases in "RobustControl.rc".
+//
+//   double design(const Dictionary& parameters);      keys are Strings, values Parameters
+//   double design(const ParametersCltn& parameters);  the same parameters by their names
+//   double design(const DesignParameters& p);         the norm; -1.0 set-up failed, 0.0 refused
+//   const PhaseResult& lastResult() const;            the data of the last phase run
+//   static DesignParameters convert(const Dictionary&, String& modelFileName);
+//   static DesignParameters convert(const ParametersCltn&, String& modelFileName);
+//   static void parametersOf(const DesignParameters&, const String& modelFileName, ParametersCltn&);
+//   static void printPhaseResult(std::ostream&, const PhaseResult&);
+// The iterations raise "ITERATION_NORM" on the owner, the dialogues "ASK_PARAMETERS" and the
+// stop checks "CHECK_STOP" (askparam.h).
 #ifndef CONTROL_RCDESIGN_H
 #define CONTROL_RCDESIGN_H
 
 #include <cstdint>
+#include <functional>
+#include <iosfwd>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "algebra/algebra.h"
+#include "control/designopt.h"
 #include "control/hinfnorm.h"
 #include "control/robctrl.h"
 #include "quill/quillstr.h"
 
 class Dictionary;
+class Parameter;
+class ParametersCltn;
 
 extern Class class_RobustControlDesign;
 
-// The parameters of one phase, converted from the panel's texts.
+// The parameters of one phase, converted from the panel's parameters.
 struct DesignParameters {
-    int lmiMode = 0;  // "Minimum": "min H2" 1, "bound Hinf" 2, "min Hinf" 3
+    LmiMode lmiMode = LmiMode::None;  // "Minimum"
     bool inOneStep = false;
-    String choice;  // "ChoiceButton": "Step 1", "Step 2", "Final Results", "inNoise"
+    std::optional<DesignPhase> phase;  // "ChoiceButton"; none for a text that names no phase
     double gamma = 1.0;
     unsigned iterations = 20;
     bool start = true;  // "StartCont" is "start"
@@ -31,7 +49,22 @@ struct DesignParameters {
     int initialFeedback = 1;  // "InitialFeedback" is "pole placement"
     double alfa = 0.5;
     double noiseLevel = 0.0;
-    String conObs;  // "Observer" or "Control": the design this phase makes
+    std::optional<GramianRole> made;  // "ConObs": the design this phase makes; none keeps the order
+
+    StepOptions stepOptions(const String& fileNamePrefix) const;
+};
+
+// What a phase reached, for the console and the panel.
+struct PhaseResult {
+    DesignPhase phase = DesignPhase::Step1;
+    double norm = 0.0;  // as design answers it
+    bool success = false;
+    String failure;                      // why the phase did not succeed; empty on success
+    std::vector<double> iterationNorms;  // the H2 norm of the loop at each iteration of a step
+    Matrix poles = Matrix(0, 0);         // rows (re, im): the step's closed loop, or the final one
+    Matrix feedbackGain = Matrix(0, 0);  // the state feedback, when the phase made or used it
+    Matrix observerGain = Matrix(0, 0);  // the observer gain, likewise
+    std::vector<String> systems;         // the names the phase kept in the workspace
 };
 
 class RobustControlDesign : public Algebra {
@@ -40,11 +73,20 @@ public:
     RobustControlDesign();
     ~RobustControlDesign() noexcept(false) override;
 
-    // A dictionary of String keys to String texts, the panel's fields. Answers the norm reached,
-    // -1.0 when the set-up failed, 0.0 for a refused model or an unknown phase.
+    // The panel's fields: a dictionary of String keys to Parameters, or the Parameters themselves.
+    // Answers the norm reached, -1.0 when the set-up failed, 0.0 for a refused model or an unknown
+    // phase; lastResult holds the rest.
     double design(const Dictionary& parameters);
+    double design(const ParametersCltn& parameters);
     double design(const DesignParameters& p);
+    const PhaseResult& lastResult() const { return result; }
+    // Parameters missing or of another kind keep their defaults.
     static DesignParameters convert(const Dictionary& parameters, String& modelFileName);
+    static DesignParameters convert(const ParametersCltn& parameters, String& modelFileName);
+    // The parameters that convert reads back as p, typed as the panel's fields are.
+    static void parametersOf(const DesignParameters& p, const String& modelFileName, ParametersCltn& result);
+    // The console's line at the end of a phase: the phase, ": " and the norm.
+    static void printPhaseResult(std::ostream& os, const PhaseResult& r);
 
     double firstPhase(const DesignParameters& p);
     double secondPhase(const DesignParameters& p);
@@ -72,11 +114,18 @@ public:
     static bool systemFromTexts(const char* a, const char* b, const char* c, const char* d, DynOp& result);
 
 private:
+    // The conversion from the parameter of each name, null when there is none.
+    using Lookup = std::function<const Parameter*(const char* name)>;
+    static DesignParameters convert(const Lookup& find, String& modelFileName);
     // The model file read into an extended system, or null after the console line.
     DynOp* readModel();
     RobustControl* readDesign();
     void storeDesign();
     void endPhase();
+    // The result's norm is the answer; a failure also gives its reason.
+    double failed(double norm, const char* reason);
+    // The step's norms, poles and gain into the result.
+    void recordStep(const OptimumGramian* step);
     String filePrefix() const;
     // The stages of the final results (rcfinal.cpp).
     void reportErrors();
@@ -100,6 +149,7 @@ private:
     std::int32_t observerFirst;
     Object* owner;
     HinfNorm loopNorm;
+    PhaseResult result;
 };
 
 #endif

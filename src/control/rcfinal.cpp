@@ -194,14 +194,14 @@ void RobustControlDesign::applyStructuring(const DynOp& loop, const String& name
 }
 
 double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
-    if (!(robustControl = readDesign())) return -1.0;
+    if (!(robustControl = readDesign())) return failed(-1.0, "the design could not be read");
     if (!robustControl->hasControl() || !robustControl->hasObserver()) {
-        std::cout << (robustControl->hasControl() ? "the observer has not been computed yet"
-                                                  : "the control has not been computed yet")
-                  << std::endl;
+        const char* missing = robustControl->hasControl() ? "the observer has not been computed yet"
+                                                          : "the control has not been computed yet";
+        std::cout << missing << std::endl;
         delete robustControl;
         robustControl = 0;
-        return 0.0;
+        return failed(0.0, missing);
     }
     globalWorkspace().clear();
     std::string p = filePrefix().asCharPointer();
@@ -245,7 +245,10 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
 
     RobustControl::System feedback = rc.timed(rc.getExtended()->closedLoop(*compensator));
     keepResult("ExtendedSystemFeedback", *feedback, (p + "ExtendedSystemFeedback.dyn").c_str());
-    std::cout << "poles of the extended system in closed loop = " << feedback->poles() << std::endl;
+    result.poles = feedback->poles();
+    result.feedbackGain = rc.feedbackGain();
+    result.observerGain = rc.observerGain();
+    std::cout << "poles of the extended system in closed loop = " << result.poles << std::endl;
 
     perturbationAnalysis(*compensator);
 

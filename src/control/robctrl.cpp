@@ -84,14 +84,24 @@ RobustControl::System RobustControl::getExtended() const {
 
 // The two steps
 
+GramianSetup RobustControl::setup(GramianRole role, double tolerance, int initialFeedback) const {
+    GramianSetup s;
+    s.role = role;
+    s.tolerance = tolerance;
+    s.initialFeedback = initialFeedback;
+    s.owner = owner;
+    return s;
+}
+
 int RobustControl::firstStepSetup(double tolerance, int initialFeedback, Object* o) {
     owner = o;
     System system = designCopy(input);
     delete control;
     delete observer;
     observer = 0;
-    control = OptimumGramian::make(*system, tolerance, initialFeedback,
-                                   observerFirst ? "Observer" : "Control", Matrix(0, 0), "", owner);
+    control = OptimumGramian::make(
+        *system,
+        setup(observerFirst ? GramianRole::Observer : GramianRole::Control, tolerance, initialFeedback));
     return control ? 0 : -1;
 }
 
@@ -100,42 +110,37 @@ int RobustControl::secondStepSetup(double tolerance, int initialFeedback, Object
     if (!control) return -1;
     System system = designCopy(estimationSystem().transpose());
     delete observer;
-    observer = OptimumGramian::make(*system, tolerance, initialFeedback,
-                                    observerFirst ? "Control" : "Observer", Matrix(0, 0), "", owner);
+    observer = OptimumGramian::make(
+        *system,
+        setup(observerFirst ? GramianRole::Control : GramianRole::Observer, tolerance, initialFeedback));
     return observer ? 0 : -1;
 }
 
-double RobustControl::firstStep(double gamma, unsigned maxIterations, bool useH2, bool approaching,
-                                double alfa, bool continueFlag, const char* prefix, bool stepByStep,
-                                int lmiMode, double minFreq) {
-    if (!control) return -1.0;
-    return step(*control, gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix, stepByStep,
-                lmiMode, minFreq);
+double RobustControl::firstStep(const StepOptions& options) {
+    return control ? step(*control, options) : -1.0;
 }
 
-double RobustControl::secondStep(double gamma, unsigned maxIterations, bool useH2, bool approaching,
-                                 double alfa, bool continueFlag, const char* prefix, bool stepByStep,
-                                 int lmiMode, double minFreq) {
-    if (!observer) return -1.0;
-    return step(*observer, gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix, stepByStep,
-                lmiMode, minFreq);
+double RobustControl::secondStep(const StepOptions& options) {
+    return observer ? step(*observer, options) : -1.0;
 }
 
-double RobustControl::step(OptimumGramian& design, double gamma, unsigned maxIterations, bool useH2,
-                           bool approaching, double alfa, bool continueFlag, const char* prefix,
-                           bool stepByStep, int lmiMode, double minFreq) {
+double RobustControl::step(OptimumGramian& design, StepOptions o) {
     design.setOwner(owner);
-    if (approachesFromAbove(useH2, approaching, continueFlag, stepByStep, lmiMode)) {
+    design.clearIterationNorms();
+    const char* prefix = o.fileNamePrefix.asCharPointer();
+    if (approachesFromAbove(o)) {
         std::cout << "approaching gamma from above, at";
-        for (double level : levelsAbove) std::cout << ' ' << level * gamma;
+        for (double level : levelsAbove) std::cout << ' ' << level * o.gamma;
         std::cout << std::endl;
-        for (double level : levelsAbove)
-            design.optimize(level * gamma, maxIterations, false, false, alfa, level != levelsAbove[0], prefix,
-                            false, 0, minFreq);
-        continueFlag = true;
+        StepOptions above = o;
+        for (double level : levelsAbove) {
+            above.gamma = level * o.gamma;
+            above.continueFlag = level != levelsAbove[0];
+            design.optimize(above);
+        }
+        o.continueFlag = true;
     }
-    double norm = design.optimize(gamma, maxIterations, useH2, approaching, alfa, continueFlag, prefix,
-                                  stepByStep, lmiMode, minFreq);
+    double norm = design.optimize(o);
     storeStep(design, prefix);
     return norm;
 }
@@ -146,9 +151,8 @@ double RobustControl::step(OptimumGramian& design, double gamma, unsigned maxIte
 // goes down these multiples of gamma, each continuing from the last, before gamma itself.
 const double RobustControl::levelsAbove[5] = {8.0, 4.0, 2.0, 1.4, 1.2};
 
-bool RobustControl::approachesFromAbove(bool useH2, bool approaching, bool continueFlag, bool stepByStep,
-                                        int lmiMode) {
-    return !useH2 && !approaching && !continueFlag && !stepByStep && lmiMode == 0;
+bool RobustControl::approachesFromAbove(const StepOptions& o) {
+    return !o.useH2 && !o.approaching && !o.continueFlag && !o.stepByStep && o.lmiMode == LmiMode::None;
 }
 
 // The gain of the step in the workspace and the Matlab script, then the norm of its error
@@ -160,7 +164,7 @@ void RobustControl::keep(const char* name, const Object& object, const char* pre
 // The gain of the step with its gramian, the systems that go with it, then the norm of the step's
 // error operator over frequency.
 void RobustControl::storeStep(const OptimumGramian& design, const char* prefix) {
-    bool isObserver = design.kind() == "Observer";
+    bool isObserver = design.role() == GramianRole::Observer;
     bool first = &design == control;
     Matrix gain = isObserver ? design.getH().transpose() : design.getH();
     std::cout << (isObserver ? "K = " : "H = ") << gain << std::endl;

@@ -1,5 +1,8 @@
 // RobustControl, one two-step design: an extended system, the state feedback and the observer
 // that together make its output-feedback compensator.
+//
+//   double firstStep(const StepOptions& options);  secondStep likewise
+//   const OptimumGramian* firstDesign() const;     secondDesign likewise
 #ifndef CONTROL_ROBCTRL_H
 #define CONTROL_ROBCTRL_H
 
@@ -8,6 +11,7 @@
 #include <memory>
 
 #include "algebra/algebra.h"
+#include "control/designopt.h"
 #include "control/extsys.h"
 #include "quill/unsarray.h"
 
@@ -37,13 +41,12 @@ public:
     // Answer 0, or -1 when the design object could not be made.
     int firstStepSetup(double tolerance, int initialFeedback, Object* owner);
     int secondStepSetup(double tolerance, int initialFeedback, Object* owner);
-    // The H-infinity norm reached by the step's design.
-    double firstStep(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
-                     bool continueFlag, const char* fileNamePrefix, bool stepByStep, int lmiMode,
-                     double minFreq);
-    double secondStep(double gamma, unsigned maxIterations, bool useH2, bool approaching, double alfa,
-                      bool continueFlag, const char* fileNamePrefix, bool stepByStep, int lmiMode,
-                      double minFreq);
+    // The H-infinity norm reached by the step's design; -1.0 before its set-up.
+    double firstStep(const StepOptions& options);
+    double secondStep(const StepOptions& options);
+    // The designs of the two steps, null before their set-up.
+    const OptimumGramian* firstDesign() const { return control; }
+    const OptimumGramian* secondDesign() const { return observer; }
 
     // A copy of the second design; an empty one, after "observer has not been built yet", before it.
     OptimumGramian getObserver() const;
@@ -102,12 +105,11 @@ private:
     void storeMembers(Stream& os) const;
     // The system a design object is made from: a plain DynOp or DiscDynOp copy of s.
     System designCopy(const DynOp& s) const;
-    double step(OptimumGramian& design, double gamma, unsigned maxIterations, bool useH2, bool approaching,
-                double alfa, bool continueFlag, const char* prefix, bool stepByStep, int lmiMode,
-                double minFreq);
+    // The set-up of a step's design, its dialogues and stop checks going to owner.
+    GramianSetup setup(GramianRole role, double tolerance, int initialFeedback) const;
+    double step(OptimumGramian& design, StepOptions options);
     // Whether a step goes down levelsAbove first (see robctrl.cpp).
-    static bool approachesFromAbove(bool useH2, bool approaching, bool continueFlag, bool stepByStep,
-                                    int lmiMode);
+    static bool approachesFromAbove(const StepOptions& options);
     static const double levelsAbove[5];
     void storeStep(const OptimumGramian& design, const char* prefix);
     void storeEstimationSystem(const char* prefix);

@@ -6,11 +6,13 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 
 #include "control/hinfric.h"
 #include "control/lmi.h"
+#include "control/paramcl.h"
 #include "control/rcdesign.h"
 #include "control/workspc.h"
 #include "quill/quillstr.h"
@@ -81,8 +83,7 @@ std::string routeOption() {
 // The panel's parameters from the options; false when one of them is refused. The lmi route takes
 // the LMI minimum of the gramian's norm unless -minimum names the LMI problem.
 bool parametersFromOptions(DesignParameters& p, double& gamma2, const std::string& route) {
-    String minimum = textOption("-minimum", "");
-    p.lmiMode = minimum == "min H2" ? 1 : minimum == "bound Hinf" ? 2 : minimum == "min Hinf" ? 3 : 0;
+    valueOf(textOption("-minimum", "").asCharPointer(), p.lmiMode);
     double iterations = p.iterations;
     bool ok = numberOption("-gamma", p.gamma, positive) && numberOption("-iter", iterations, count) &&
               numberOption("-toll", p.tolerance, positive) && numberOption("-minFreq", p.minFreq, positive) &&
@@ -91,21 +92,27 @@ bool parametersFromOptions(DesignParameters& p, double& gamma2, const std::strin
     ok = ok && numberOption("-gamma2", gamma2, positive);
     p.iterations = unsigned(iterations);
     p.start = !findFlag("-continue");
-    p.useH2 = textOption("-gramian", "H2") == "H2";
-    p.approaching = textOption("-algorithm", "refining") == "approaching";
-    p.initialFeedback = textOption("-initialFeedback", "pole placement") == "pole placement" ? 1 : 0;
-    if (route == "lmi" && p.lmiMode == 0) p.lmiMode = p.useH2 ? 1 : 3;
+    const char* h2 = gramianChoice.texts[1];
+    p.useH2 = textOption("-gramian", h2) == h2;
+    p.approaching = textOption("-algorithm", algorithmChoice.texts[1]) == algorithmChoice.texts[0];
+    const char* placement = feedbackChoice.texts[1];
+    p.initialFeedback = textOption("-initialFeedback", placement) == placement ? 1 : 0;
+    if (route == "lmi" && p.lmiMode == LmiMode::None) p.lmiMode = p.useH2 ? LmiMode::MinH2 : LmiMode::MinHinf;
     return ok;
 }
 
-// The phase's norm, printed after its name; success is a positive one.
-double runPhase(RobustControlDesign& design, DesignParameters p, const char* phase, const char* made) {
-    p.choice = phase;
-    p.conObs = made;
-    std::cout << "--- " << phase << " ---" << std::endl;
-    double norm = design.design(p);
-    std::cout << phase << ": " << norm << std::endl;
-    return norm;
+// The phase run through the parameters a panel gives; its norm, printed after its name. Success
+// is a positive one.
+double runPhase(RobustControlDesign& design, const String& modelFile, DesignParameters p, DesignPhase phase,
+                std::optional<GramianRole> made) {
+    p.phase = phase;
+    p.made = made;
+    std::cout << "--- " << textOf(phase) << " ---" << std::endl;
+    ParametersCltn parameters;
+    RobustControlDesign::parametersOf(p, modelFile, parameters);
+    design.design(parameters);
+    RobustControlDesign::printPhaseResult(std::cout, design.lastResult());
+    return design.lastResult().norm;
 }
 
 // An H-infinity step must stay within its bound; a norm above it fails the step.
@@ -194,7 +201,9 @@ int riccatiRoute(const String& modelFile, double gamma) {
 
 int runDesign(const String& modelFile) {
     String phase = textOption("-phase", "all");
-    String first = textOption("-first", "Control");
+    GramianRole role;
+    std::optional<GramianRole> first;
+    if (valueOf(textOption("-first", "Control").asCharPointer(), role)) first = role;
     Workspace::setMatlabDirectory(textOption("-matlab", ".").asCharPointer());
     DesignParameters p;
     double gamma2 = 0.0;
@@ -204,22 +213,25 @@ int runDesign(const String& modelFile) {
     DesignParameters second = p;
     second.gamma = gamma2;
     bool all = phase == "all";
-    if (!(all || phase == "Step 1" || phase == "Step 2" || phase == "Final Results")) {
+    DesignPhase only = DesignPhase::Step1;
+    if (!all && (!valueOf(phase.asCharPointer(), only) || only == DesignPhase::InNoise)) {
         std::cerr << "tarn: unknown design phase \"" << phase.asCharPointer() << "\"" << std::endl;
         return 1;
     }
-    const char* other = first == "Observer" ? "Control" : "Observer";
+    auto runs = [&](DesignPhase ph) { return all || only == ph; };
+    GramianRole other = first == GramianRole::Observer ? GramianRole::Control : GramianRole::Observer;
     RobustControlDesign design;
     design.setModelFileName(modelFile.asCharPointer());
     bool ok = true;
-    if (all || phase == "Step 1")
-        ok = withinBound(p, "Step 1", runPhase(design, p, "Step 1", first.asCharPointer()));
-    if (ok && (all || phase == "Step 2"))
-        ok = withinBound(second, "Step 2", runPhase(design, second, "Step 2", other));
+    if (runs(DesignPhase::Step1))
+        ok = withinBound(p, "Step 1", runPhase(design, modelFile, p, DesignPhase::Step1, first));
+    if (ok && runs(DesignPhase::Step2))
+        ok = withinBound(second, "Step 2", runPhase(design, modelFile, second, DesignPhase::Step2, other));
     double reached = 0.0;
-    if (ok && (all || phase == "Final Results"))
-        ok = (reached = runPhase(design, p, "Final Results", "")) > 0.0 && closedLoopHolds(design, p);
-    if (findFlag("-compare") && (all || phase == "Final Results")) {
+    if (ok && runs(DesignPhase::FinalResults))
+        ok = (reached = runPhase(design, modelFile, p, DesignPhase::FinalResults, std::nullopt)) > 0.0 &&
+             closedLoopHolds(design, p);
+    if (findFlag("-compare") && runs(DesignPhase::FinalResults)) {
         std::unique_ptr<DynOp> plant = readPlant(modelFile);
         if (plant) compareRoutes(*plant, reached);
     }

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <complex>
 #include <cstdlib>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -20,6 +21,31 @@
 
 typedef std::complex<double> Cx;
 typedef std::vector<std::vector<Cx>> CxMatrix;
+
+// A design's set-up with the tolerance 1e-6.
+inline GramianSetup setupOf(GramianRole role, int initialFeedback, Object* owner, const char* name = "") {
+    GramianSetup s;
+    s.role = role;
+    s.tolerance = 1e-6;
+    s.initialFeedback = initialFeedback;
+    s.owner = owner;
+    s.name = name;
+    return s;
+}
+
+// A step's options with alfa 0.5 and minFreq 1e-4; change sets the others.
+inline StepOptions stepOf(double gamma, unsigned iterations, bool useH2, const char* prefix = "",
+                          const std::function<void(StepOptions&)>& change = {}) {
+    StepOptions o;
+    o.gamma = gamma;
+    o.maxIterations = iterations;
+    o.useH2 = useH2;
+    o.alfa = 0.5;
+    o.fileNamePrefix = prefix;
+    o.minFreq = 1e-4;
+    if (change) change(o);
+    return o;
+}
 
 inline Matrix mat(unsigned rows, unsigned cols, std::initializer_list<double> values) {
     Matrix m(rows, cols);

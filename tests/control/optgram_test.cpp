@@ -128,9 +128,9 @@ protected:
     // A design with the poles placed in the frequency window, and its H2 optimisation.
     std::unique_ptr<OptimumGramian> design(const DynOp& plant, bool h2 = true) {
         std::unique_ptr<OptimumGramian> g(
-            OptimumGramian::make(plant, 1e-6, 1, "Control", Matrix(0, 0), "", owner));
+            OptimumGramian::make(plant, setupOf(GramianRole::Control, 1, owner)));
         EXPECT_TRUE(g);
-        if (g && h2) g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+        if (g && h2) g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
         return g;
     }
 
@@ -196,7 +196,8 @@ TEST_P(HinfDesign, RefiningKeepsTheLoopStableAndItsNormBelowGamma) {
     Matrix Hw = g->getD12factor() * g->feedForward();
     double h2Peak = peakGain(*closedLoop(*plant, g->getH(), Hw), wMaxOf(*plant));
     double gamma = 0.9 * h2Peak;
-    double reached = g->optimize(gamma, 200, false, false, 0.5, true, prefix().c_str(), false, 0, 1e-4);
+    double reached = g->optimize(
+        stepOf(gamma, 200, false, prefix().c_str(), [&](StepOptions& o) { o.continueFlag = true; }));
     Hw = g->getD12factor() * g->feedForward();
     std::unique_ptr<DynOp> loop = closedLoop(*plant, g->getH(), Hw);
     EXPECT_TRUE(loop->isStable());
@@ -219,7 +220,7 @@ TEST_P(HinfDesign, DivergenceBelowTheOptimumKeepsAStableFeedback) {
     std::unique_ptr<OptimumGramian> g = design(*plant);
     ASSERT_TRUE(g);
     testing::internal::CaptureStderr();
-    g->optimize(0.4, 200, false, false, 0.5, true, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(0.4, 200, false, prefix().c_str(), [&](StepOptions& o) { o.continueFlag = true; }));
     std::string text = testing::internal::GetCapturedStderr();
     EXPECT_NE(text.find("NO CONVERGENCE REACHED!\nrepeate increasing"), std::string::npos);
     EXPECT_TRUE(closedLoop(*plant, g->getH(), g->getD12factor() * g->feedForward())->isStable());
@@ -230,8 +231,8 @@ TEST_P(HinfDesign, DivergenceBelowTheOptimumKeepsAStableFeedback) {
 TEST_F(OptimumGramianTest, RefusesASystemWithoutControlsOnTheObjectives) {
     Object* read = Workspace::readModelFile((std::string(TARN_EXAMPLES) + "/twomass.dyn").c_str());
     testing::internal::CaptureStdout();
-    OptimumGramian* g = OptimumGramian::make(*CAST(DynOp, read), 1e-6, 0, "Control", Matrix(0, 0), "", 0);
-    OptimumGramian* o = OptimumGramian::make(*CAST(DynOp, read), 1e-6, 0, "Observer", Matrix(0, 0), "", 0);
+    OptimumGramian* g = OptimumGramian::make(*CAST(DynOp, read), setupOf(GramianRole::Control, 0, 0));
+    OptimumGramian* o = OptimumGramian::make(*CAST(DynOp, read), setupOf(GramianRole::Observer, 0, 0));
     std::string text = testing::internal::GetCapturedStdout();
     delete read;
     EXPECT_EQ(g, nullptr);
@@ -251,7 +252,7 @@ TEST_F(OptimumGramianTest, RefusesGammaBelowTheBoundOfD11) {
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     testing::internal::CaptureStdout();
-    double reached = g->optimize(0.3, 10, false, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    double reached = g->optimize(stepOf(0.3, 10, false, prefix().c_str()));
     std::string text = testing::internal::GetCapturedStdout();
     EXPECT_EQ(reached, 0.0);
     EXPECT_NE(text.find("gamma (0.3) must be greater than 0.5"), std::string::npos) << text;
@@ -272,8 +273,7 @@ TEST_F(OptimumGramianTest, StartingPolesAreAskedUntilTheirNumberIsRight) {
         r.answer = 1;
     };
     testing::internal::CaptureStdout();
-    std::unique_ptr<OptimumGramian> g(
-        OptimumGramian::make(*plant, 1e-6, 1, "Control", Matrix(0, 0), "", owner));
+    std::unique_ptr<OptimumGramian> g(OptimumGramian::make(*plant, setupOf(GramianRole::Control, 1, owner)));
     std::string text = testing::internal::GetCapturedStdout();
     ASSERT_TRUE(g);
     EXPECT_EQ(tolerancesAsked, 2);
@@ -286,9 +286,9 @@ TEST_F(OptimumGramianTest, StartingPolesAreAskedUntilTheirNumberIsRight) {
 
 TEST_F(OptimumGramianTest, WithoutAListenerTheDefaultsFinishTheDesign) {
     std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
-    std::unique_ptr<OptimumGramian> g(OptimumGramian::make(*plant, 1e-6, 1, "Control", Matrix(0, 0), "", 0));
+    std::unique_ptr<OptimumGramian> g(OptimumGramian::make(*plant, setupOf(GramianRole::Control, 1, 0)));
     ASSERT_TRUE(g);
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), true, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str(), [&](StepOptions& o) { o.stepByStep = true; }));
     EXPECT_TRUE(closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable());
 }
 
@@ -302,7 +302,7 @@ TEST_F(OptimumGramianTest, NextStepCancelEndsTheStepByStepIteration) {
         EXPECT_TRUE(r.isReadOnly(0));
         r.answer = ++steps < 3;
     };
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), true, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str(), [&](StepOptions& o) { o.stepByStep = true; }));
     EXPECT_EQ(steps, 3);
     EXPECT_TRUE(closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable());
     // Each step factors the gramian: Q = F F'.
@@ -316,7 +316,7 @@ TEST_F(OptimumGramianTest, CheckStopEndsTheIterationWithAStableFeedback) {
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     stopAfter = 2;
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
     EXPECT_EQ(stopChecks, 2);
     EXPECT_TRUE(closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable());
 }
@@ -325,7 +325,7 @@ TEST_F(OptimumGramianTest, ApproachingBranchStabilises) {
     std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
-    g->optimize(1.0, 50, true, true, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str(), [&](StepOptions& o) { o.approaching = true; }));
     EXPECT_TRUE(closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable());
 }
 
@@ -337,11 +337,11 @@ TEST_F(OptimumGramianTest, ANarrowPoleWindowAdaptsTheWeightsAndRecurses) {
     std::unique_ptr<OptimumGramian> g = design(*plant, false);
     ASSERT_TRUE(g);
     testing::internal::CaptureStdout();
-    g->optimize(1.0, 3, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 3, true, prefix().c_str()));
     std::string refining = testing::internal::GetCapturedStdout();
     bool refinedStable = closedLoop(*plant, g->getH(), Matrix(1, 1))->isStable();
     testing::internal::CaptureStdout();
-    g->optimize(1.0, 3, true, true, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 3, true, prefix().c_str(), [&](StepOptions& o) { o.approaching = true; }));
     std::string approaching = testing::internal::GetCapturedStdout();
     wMaxRange = range;
     EXPECT_NE(refining.find("aut. adapt input gain 0.25"), std::string::npos);
@@ -381,9 +381,9 @@ TEST_F(OptimumGramianTest, ObserverIsDesignedOnTheDual) {
     std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     testing::internal::CaptureStdout();
     std::unique_ptr<OptimumGramian> g(
-        OptimumGramian::make(plant->transpose(), 1e-6, 1, "Observer", Matrix(0, 0), "obs", owner));
+        OptimumGramian::make(plant->transpose(), setupOf(GramianRole::Observer, 1, owner, "obs")));
     ASSERT_TRUE(g);
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
     std::string text = testing::internal::GetCapturedStdout();
     EXPECT_NE(text.find("observable subsystem poles"), std::string::npos);
     EXPECT_NE(text.find("detectable subsystem order = 4"), std::string::npos);
@@ -398,10 +398,9 @@ TEST_F(OptimumGramianTest, ObserverIsDesignedOnTheDual) {
 // A static plant has nothing to design: an empty feedback, and no fault on the way.
 TEST_F(OptimumGramianTest, AStaticPlantGivesAnEmptyFeedback) {
     DynOp plant(DynOp(mat(3, 2, {0, 0, 0, 1, 1, 0})), 1, 1, 0);
-    std::unique_ptr<OptimumGramian> g(
-        OptimumGramian::make(plant, 1e-6, 1, "Control", Matrix(0, 0), "", owner));
+    std::unique_ptr<OptimumGramian> g(OptimumGramian::make(plant, setupOf(GramianRole::Control, 1, owner)));
     ASSERT_TRUE(g);
-    EXPECT_EQ(g->optimize(1.0, 5, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4), 0.0);
+    EXPECT_EQ(g->optimize(stepOf(1.0, 5, true, prefix().c_str())), 0.0);
     EXPECT_EQ(g->getH().columnNumber(), 0u);
 }
 
@@ -485,8 +484,8 @@ TEST_P(LmiRoute, SolvesEachProblemAndTheIterationFollowsNearTheOptimum) {
     for (int mode : {1, 2, 3}) {
         SCOPED_TRACE(mode);
         testing::internal::CaptureStdout();
-        reached[mode] =
-            g->optimize(gamma, 200, mode == 1, false, 0.5, false, prefix().c_str(), false, mode, 1e-4);
+        reached[mode] = g->optimize(stepOf(gamma, 200, mode == 1, prefix().c_str(),
+                                           [&](StepOptions& o) { o.lmiMode = LmiMode(mode); }));
         std::string text = testing::internal::GetCapturedStdout();
         EXPECT_EQ(text.find("LMI failed"), std::string::npos);
         EXPECT_EQ(text.find("iter. = "), std::string::npos);
@@ -500,9 +499,9 @@ TEST_P(LmiRoute, SolvesEachProblemAndTheIterationFollowsNearTheOptimum) {
     }
     EXPECT_LT(reached[3], reached[2]);
     gamma = 1.1 * reached[3];
-    g->optimize(1.0, 50, true, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(1.0, 50, true, prefix().c_str()));
     testing::internal::CaptureStdout();
-    g->optimize(gamma, 500, false, false, 0.5, false, prefix().c_str(), false, 0, 1e-4);
+    g->optimize(stepOf(gamma, 500, false, prefix().c_str()));
     std::string text = testing::internal::GetCapturedStdout();
     EXPECT_NE(text.find("Convergence reached"), std::string::npos);
     std::unique_ptr<DynOp> loop = closedLoop(*plant, g->getH(), g->getD12factor() * g->feedForward());

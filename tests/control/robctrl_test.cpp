@@ -61,10 +61,10 @@ TEST_P(TwoStepDesign, CompensatorStabilisesThePlantWithBothDesignsPoles) {
     std::string console = consoleOf([&] {
         ASSERT_EQ(rc.firstStepSetup(1e-8, 1, 0), 0);
         double gamma = c.useH2 ? 1.0 : 5.0;
-        double first = rc.firstStep(gamma, 30, c.useH2, false, 0.5, false, "", false, 0, 1e-4);
+        double first = rc.firstStep(stepOf(gamma, 30, c.useH2));
         EXPECT_GT(first, 0.0);
         ASSERT_EQ(rc.secondStepSetup(1e-8, 1, 0), 0);
-        double second = rc.secondStep(gamma, 30, c.useH2, false, 0.5, false, "", false, 0, 1e-4);
+        double second = rc.secondStep(stepOf(gamma, 30, c.useH2));
         EXPECT_GT(second, 0.0);
     });
     EXPECT_NE(console.find("H-infinite norm of the "), std::string::npos);
@@ -95,7 +95,7 @@ TEST_F(DesignTest, NoiseWidensTheInputsAndTheDesignFileKeepsTheDesign) {
     EXPECT_EQ(rc.getInput().controlNumber(), 1u);
     consoleOf([&] {
         ASSERT_EQ(rc.firstStepSetup(1e-8, 1, 0), 0);
-        rc.firstStep(1.0, 20, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.firstStep(stepOf(1.0, 20, true));
     });
     Algebra files;
     ASSERT_TRUE(files.storeToFile(rc, "RobustControl.rc"));
@@ -111,7 +111,7 @@ TEST_F(DesignTest, NoiseWidensTheInputsAndTheDesignFileKeepsTheDesign) {
 
 // The driver: phases through their parameters, the design kept in "RobustControl.rc".
 Dictionary& parameters(Dictionary& d, std::initializer_list<std::pair<const char*, const char*>> entries) {
-    for (auto& e : entries) d.atPut(new String(e.first), new String(e.second));
+    for (auto& e : entries) d.atPut(new String(e.first), new Parameter(e.first, e.second));
     return d;
 }
 
@@ -149,19 +149,19 @@ TEST_F(DesignTest, ThreePhasesGiveAStabilisingCompensator) {
 
     // A continuing phase goes on from the design file and never reads the model.
     std::rename("plant.dyn", "moved.dyn");
-    delete d.atKey(String("StartCont"), *new String("continue"));
+    delete d.atKey(String("StartCont"), *new Parameter("StartCont", "continue"));
     consoleOf([&] { norm = design.design(d); });
     EXPECT_GT(norm, 0.0);
     std::rename("moved.dyn", "plant.dyn");
-    delete d.atKey(String("StartCont"), *new String("start"));
+    delete d.atKey(String("StartCont"), *new Parameter("StartCont", "start"));
 
-    delete d.atKey(String("ChoiceButton"), *new String("Step 2"));
-    delete d.atKey(String("ConObs"), *new String("Observer"));
+    delete d.atKey(String("ChoiceButton"), *new Parameter("ChoiceButton", "Step 2"));
+    delete d.atKey(String("ConObs"), *new Parameter("ConObs", "Observer"));
     consoleOf([&] { norm = design.design(d); });
     EXPECT_GT(norm, 0.0);
     EXPECT_FALSE(design.isObserverFirst());
 
-    delete d.atKey(String("ChoiceButton"), *new String("Final Results"));
+    delete d.atKey(String("ChoiceButton"), *new Parameter("ChoiceButton", "Final Results"));
     std::string console = consoleOf([&] { norm = design.design(d); });
     EXPECT_GT(norm, 0.0);
     EXPECT_NE(console.find("experimental H-infinite norm of the output feedback w-z operator ="),
@@ -176,7 +176,7 @@ TEST_F(DesignTest, ThreePhasesGiveAStabilisingCompensator) {
 TEST_F(DesignTest, DriverRefusals) {
     RobustControlDesign design;
     DesignParameters p;
-    p.choice = "Step 1";
+    p.phase = DesignPhase::Step1;
     design.setModelFileName("absent.dyn");
     EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }),
               "Warning, model file absent.dyn not found\n");
@@ -192,14 +192,14 @@ TEST_F(DesignTest, DriverRefusals) {
     EXPECT_EQ(consoleOf([&] { EXPECT_EQ(design.design(p), 0.0); }),
               "Warning, this is not an extended system\n");
     EXPECT_NE(access("RobustControl.rc", F_OK), 0);
-    p.choice = "Other";
+    p.phase.reset();
     EXPECT_EQ(design.design(p), 0.0);
     // Step 2 with the observer named clears observerFirst: the observer is then the second design.
-    p.choice = "Step 2";
-    p.conObs = "Observer";
+    p.phase = DesignPhase::Step2;
+    p.made = GramianRole::Observer;
     consoleOf([&] { design.design(p); });
     EXPECT_FALSE(design.isObserverFirst());
-    p.choice = "Final Results";
+    p.phase = DesignPhase::FinalResults;
     std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     RobustControl half(ExtendedSystem(*plant), false, 0.0);
     ASSERT_TRUE(Algebra().storeToFile(half, "RobustControl.rc"));
@@ -236,9 +236,9 @@ TEST_P(TwoStepDesign, ParameterQKeepsThePolesOfTheTwoDesigns) {
     RobustControl rc(ExtendedSystem(*plant), c.observerFirst, 0.0);
     consoleOf([&] {
         rc.firstStepSetup(1e-8, 1, 0);
-        rc.firstStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.firstStep(stepOf(1.0, 30, true));
         rc.secondStepSetup(1e-8, 1, 0);
-        rc.secondStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.secondStep(stepOf(1.0, 30, true));
     });
     double pole = plant->isDiscreteTime() ? 0.3 : -5.0;
     DynOp Q(mat(1, 1, {pole}), mat(1, 1, {1}), mat(1, 1, {0.7}), mat(1, 1, {0.2}));
@@ -274,9 +274,9 @@ TEST_F(DesignTest, FinalResultsTakeTheParameterAndThePerturbationFromTheDialogue
     RobustControl rc(ExtendedSystem(*plant), false, 0.0);
     consoleOf([&] {
         rc.firstStepSetup(1e-8, 1, 0);
-        rc.firstStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.firstStep(stepOf(1.0, 30, true));
         rc.secondStepSetup(1e-8, 1, 0);
-        rc.secondStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.secondStep(stepOf(1.0, 30, true));
     });
     ASSERT_TRUE(Algebra().storeToFile(rc, "RobustControl.rc"));
     Integer owner;
@@ -321,14 +321,14 @@ TEST_F(DesignTest, TwoDegreesOfFreedomGiveTheSteadyGainOfTheReference) {
     p.tolerance = 1e-8;
     p.iterations = 30;
     p.useH2 = true;
-    p.choice = "Step 1";
-    p.conObs = "Control";
+    p.phase = DesignPhase::Step1;
+    p.made = GramianRole::Control;
     std::string console = consoleOf([&] {
         EXPECT_GT(design.design(p), 0.0);
-        p.choice = "Step 2";
-        p.conObs = "Observer";
+        p.phase = DesignPhase::Step2;
+        p.made = GramianRole::Observer;
         EXPECT_GT(design.design(p), 0.0);
-        p.choice = "Final Results";
+        p.phase = DesignPhase::FinalResults;
         EXPECT_GT(design.design(p), 0.0);
     });
     EXPECT_NE(console.find("is two degree of freedom"), std::string::npos);
@@ -345,9 +345,9 @@ TEST_F(DesignTest, GetModelGaveTheWeightedSystemInsteadOfThePlant) {
     RobustControl rc(e, false, 0.0);
     consoleOf([&] {
         rc.firstStepSetup(1e-8, 1, 0);
-        rc.firstStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.firstStep(stepOf(1.0, 30, true));
         rc.secondStepSetup(1e-8, 1, 0);
-        rc.secondStep(1.0, 30, true, false, 0.5, false, "", false, 0, 1e-4);
+        rc.secondStep(stepOf(1.0, 30, true));
     });
     RobustControl::System model = rc.getModel(), k = rc.compensator();
     ASSERT_LT(e.getElement("Model").order(), e.order());
@@ -383,10 +383,10 @@ TEST_F(DesignTest, StructuringASquareLoopSetsTheNextStructuringMatrix) {
     p.iterations = 30;
     p.useH2 = true;
     std::string console = consoleOf([&] {
-        for (const char* phase : {"Step 1", "Step 2", "Final Results"}) {
-            p.choice = phase;
-            p.conObs = std::string(phase) == "Step 2" ? "Observer" : "Control";
-            EXPECT_GT(design.design(p), 0.0) << phase;
+        for (DesignPhase phase : {DesignPhase::Step1, DesignPhase::Step2, DesignPhase::FinalResults}) {
+            p.phase = phase;
+            p.made = phase == DesignPhase::Step2 ? GramianRole::Observer : GramianRole::Control;
+            EXPECT_GT(design.design(p), 0.0) << textOf(phase);
         }
     });
     owner.removeCbacks(AskParameters);

@@ -24,9 +24,9 @@ RobustControl twoSteps(const DynOp& plant, bool observerFirst, double gamma, dou
     RobustControl rc(ExtendedSystem(plant), observerFirst, 0.0);
     consoleOf([&] {
         ASSERT_EQ(rc.firstStepSetup(1e-8, 1, 0), 0);
-        first = rc.firstStep(gamma, 200, false, false, 0.5, false, "", false, 0, 1e-4);
+        first = rc.firstStep(stepOf(gamma, 200, false));
         ASSERT_EQ(rc.secondStepSetup(1e-8, 1, 0), 0);
-        second = rc.secondStep(gamma, 200, false, false, 0.5, false, "", false, 0, 1e-4);
+        second = rc.secondStep(stepOf(gamma, 200, false));
     });
     return rc;
 }
