@@ -53,12 +53,12 @@ void addAlgorithmGroup(DynamicPanel& p) {
 
 void addNormGroup(DynamicPanel& p) {
     addGroup(p, "Norm", 73, 13, 36, 24);
-    p.add(captioned("Gramian", C::CYCLE, 74, 16, 34, 14, "Gramian").setCycle({"H-infinite", "H2"}));
-    p.add(captioned("Minimum", C::CYCLE, 74, 20, 34, 14, "Minimum", "bound Hinf")
+    p.add(captioned("Gramian", C::CYCLE, 74, 16, 34, 17, "Gramian").setCycle({"H-infinite", "H2"}));
+    p.add(captioned("Minimum", C::CYCLE, 74, 20, 34, 17, "Minimum", "bound Hinf")
               .setCycle({"None", "min H2", "bound Hinf", "min Hinf"}));
-    p.add(captioned("gamma", C::NUMBER, 74, 24, 34, 14, "Bound gamma", "100"));
-    p.add(captioned("gammaFirst", C::VALUE, 74, 28, 34, 14, "Norm of Step 1", "not done"));
-    p.add(captioned("StructuringMatrix", C::TEXT, 74, 32, 34, 14, "Structuring matrix", "Not Pres."));
+    p.add(captioned("gamma", C::NUMBER, 74, 24, 34, 17, "Bound gamma", "100"));
+    p.add(captioned("gammaFirst", C::VALUE, 74, 28, 34, 17, "Norm of Step 1", "not done"));
+    p.add(captioned("StructuringMatrix", C::TEXT, 74, 32, 34, 17, "Structuring matrix", "Not Pres."));
 }
 
 }  // namespace

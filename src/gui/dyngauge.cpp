@@ -63,7 +63,7 @@ private:
         else
             bar.setTop(inside.bottom() - int(inside.height() * f));
         p.fillRect(bar, barColour(control));
-        p.setPen(palette().color(QPalette::Text));
+        p.setPen(Qt::black);  // the foreground colour is the bar's
         p.drawText(inside, Qt::AlignCenter, toQt(control.value()));
     }
 

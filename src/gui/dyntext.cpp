@@ -95,7 +95,7 @@ public:
         QLabel& q = *static_cast<QLabel*>(label->handle());
         if (c.kind() == DynamicControl::VALUE) {
             label->setFramed(true);
-            q.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            q.setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
             q.setIndent(unit / 2);
         } else if (c.kind() == DynamicControl::GROUP) {
             q.setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
