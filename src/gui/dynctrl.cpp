@@ -92,13 +92,9 @@ DynamicControl::DynamicControl(const DynamicControl& c)
         cycle_.add(*new String(*CAST(String, c.cycle_.at(int(i)))));
 }
 
-DynamicControl::DynamicControl(std::istream& is, Object* where) : Object(is, where) {
-    readOrUndo([&] { readFields(is); }, [&] { cycle_.deleteContents(); });
-}
+DynamicControl::DynamicControl(std::istream& is, Object* where) : Object(is, where) { readFields(is); }
 
-DynamicControl::DynamicControl(BinIstream& is, Object* where) : Object(is, where) {
-    readOrUndo([&] { readFields(is); }, [&] { cycle_.deleteContents(); });
-}
+DynamicControl::DynamicControl(BinIstream& is, Object* where) : Object(is, where) { readFields(is); }
 
 DynamicControl::~DynamicControl() noexcept(false) { cycle_.deleteContents(); }
 

@@ -18,14 +18,14 @@ DynamicPanel::DynamicPanel(std::istream& is, Object* where) : Object(is, where),
     readFrom(is, class_String, &title_);
     columns_ = readNumber<int>(is);
     rows_ = readNumber<int>(is);
-    readOrUndo([&] { readFrom(is, class_OrderedCltn, &controls); }, [&] { controls.deleteContents(); });
+    readFrom(is, class_OrderedCltn, &controls);
 }
 
 DynamicPanel::DynamicPanel(BinIstream& is, Object* where) : Object(is, where), columns_(0), rows_(0) {
     readFrom(is, class_String, &title_);
     columns_ = readNumber<int>(is);
     rows_ = readNumber<int>(is);
-    readOrUndo([&] { readFrom(is, class_OrderedCltn, &controls); }, [&] { controls.deleteContents(); });
+    readFrom(is, class_OrderedCltn, &controls);
 }
 
 DynamicPanel::~DynamicPanel() noexcept(false) { controls.deleteContents(); }

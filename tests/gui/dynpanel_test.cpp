@@ -56,6 +56,17 @@ TEST(DynamicPanelTest, PanelsComeBackEqualFromTheirStream) {
     }
 }
 
+// Every cut of a panel's stream is refused with a reason; none faults or leaves a panel behind.
+TEST(DynamicPanelTest, TruncatedStreamsAreRefused) {
+    std::string text = storedText(*std::unique_ptr<DynamicPanel>(everyKind()));
+    for (size_t cut = 1; cut < text.size() - 1; ++cut) {
+        String error;
+        Object* read = readFromString(error, text.c_str(), cut, "DynamicPanel");
+        EXPECT_TRUE(!read || read == nil) << cut;
+        EXPECT_NE(str(error), "") << cut;
+    }
+}
+
 TEST(DynamicPanelTest, CycleGoesRoundAndRestartsFromAStrangeValue) {
     C c("c", C::CYCLE, 0, 0, 1, 1);
     c.setCycle({"x", "y", "z"});
