@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <QSlider>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
@@ -227,6 +228,36 @@ TEST_F(PanelWindowTest, TrendConsoleAndUnknownNames) {
     EXPECT_NE(cerr.str().find("text of noSuchControl"), std::string::npos);
     EXPECT_NE(cerr.str().find("addTrendPoint of console"), std::string::npos);
     EXPECT_NE(cerr.str().find("cycleNext of startButton"), std::string::npos);
+}
+
+// The extended system's panel hides its sampling time for a continuous system; a bound that does not
+// apply is greyed.
+TEST_F(PanelWindowTest, HiddenAndDisabledControlsTakeTheirCaptionAlong) {
+    CppWidget& field = win.icon("gamma")->widget();
+    CppWidget& caption = *CAST(CppComposite, win.childNamed("PanelForm"))->childNamed("gammaCaption");
+    win.setEnabled("gamma", false);
+    win.setVisible("gamma", false);
+    EXPECT_FALSE(field.isSensitive() || caption.isSensitive() || field.isManaged() || caption.isManaged());
+    win.setVisible("gamma", true);
+    win.setEnabled("gamma", true);
+    EXPECT_TRUE(field.isSensitive() && caption.isSensitive() && field.isManaged() && caption.isManaged());
+}
+
+// A slider sets its value within its range and raises the event when moved by the user.
+TEST(DynamicSliderTest, MovedSliderRaisesWithItsValue) {
+    DynamicPanel* panel = new DynamicPanel("S", 30, 5);
+    panel->add(C("speed", C::SLIDER, 0, 0, 30, 3, "", "2")).setRange(0, 10);
+    DynamicPanelWindow win(panel, 0);
+    win.addCback(DynamicIconSelected, noteSelected);
+    selected.clear();
+    QSlider& slider = static_cast<QSlider&>(*win.icon("speed")->widget().handle());
+    EXPECT_EQ(slider.value(), slider.maximum() / 5);
+    win.setText("speed", "20");
+    EXPECT_EQ(slider.value(), slider.maximum());
+    EXPECT_TRUE(selected.empty());
+    slider.triggerAction(QAbstractSlider::SliderToMinimum);
+    EXPECT_EQ(str(win.text("speed")), "0");
+    EXPECT_EQ(selected, std::vector<std::string>{"speed"});
 }
 
 }  // namespace
