@@ -49,10 +49,7 @@ private:
     void show() override {}
     void redraw() {
         QCustomPlot& p = view->plot();
-        p.rescaleAxes();
-        QCPRange values = p.yAxis->range();
-        double margin = values.size() < 1e-12 ? 1.0 : 0.05 * values.size();
-        p.yAxis->setRange(values.lower - margin, values.upper + margin);
+        view->rescale();
         p.xAxis->setRange(steps > KEPT ? steps - KEPT + 1 : 0, steps > 10 ? steps + 1 : 10);
         p.replot();
     }
