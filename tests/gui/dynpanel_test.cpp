@@ -15,6 +15,7 @@
 #include "../trellis/trltest.h"
 #include "gui/all.h"
 #include "gui/dsgnmim.h"
+#include "gui/qcplot.h"
 #include "quill/cback.h"
 #include "quill/objio.h"
 
@@ -215,11 +216,18 @@ TEST_F(PanelWindowTest, PressesRaiseTheControlsNameAndLeaveTheValueToTheOwner) {
 }
 
 TEST_F(PanelWindowTest, TrendConsoleAndUnknownNames) {
-    for (double norm : {3.0, 2.0, 1.5}) win.addTrendPoint("normTrend", norm);
-    EXPECT_EQ(str(win.text("normTrend")), "1.5");
+    QCPGraph& trend = *static_cast<QCustomPlot*>(win.icon("normTrend")->widget().handle())->graph(0);
+    for (int step = 1; step <= 250; ++step) win.addTrendPoint("normTrend", 1.0 + 1.0 / step);
+    EXPECT_EQ(str(win.text("normTrend")), "1.004");
+    ASSERT_EQ(trend.dataCount(), 200);  // the oldest roll out
+    EXPECT_EQ(trend.data()->at(0)->key, 51);
     win.clearTrend("normTrend");
-    EXPECT_EQ(str(win.text("normTrend")), "");
+    win.addTrendPoint("normTrend", 7.0);
+    EXPECT_EQ(trend.dataCount(), 1);
+    EXPECT_EQ(trend.data()->at(0)->key, 1);
     win.appendConsole("console", "gamma = 2\n");
+    win.appendConsole("console", "done\n");
+    EXPECT_EQ(str(win.text("console")), "gamma = 2\ndone\n");
     CerrCapture cerr;
     EXPECT_FALSE(win.has("noSuchControl"));
     EXPECT_EQ(str(win.text("noSuchControl")), "");
