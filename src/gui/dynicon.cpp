@@ -58,11 +58,13 @@ void DynamicIcon::setEnabled(bool on) {
 }
 
 void DynamicIcon::setVisible(bool on) {
-    for (CppWidget* w : {widget_, static_cast<CppWidget*>(caption)})
-        if (w && on)
+    for (CppWidget* w : {widget_, static_cast<CppWidget*>(caption)}) {
+        if (!w) continue;
+        if (on)
             w->manage();
-        else if (w)
+        else
             w->unmanage();
+    }
 }
 
 void DynamicIcon::place(CppForm& form, CppWidget* widget, int unit) {
