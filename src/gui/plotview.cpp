@@ -69,10 +69,15 @@ void PlotView::draw(const PlotPicture& picture) {
     p.axisRect()->insetLayout()->setInsetAlignment(0, corner | Qt::AlignRight);
     for (unsigned j = 0; j < picture.response.values.columnNumber(); ++j)
         addGraph(p, picture.response, j, j < picture.legends.size() ? picture.legends[j] : std::string());
+    rescale();
+    p.replot();
+}
+
+// A flat response would leave an empty range: it gets one unit above and below.
+void PlotView::rescale() {
+    QCustomPlot& p = plot();
     p.rescaleAxes();
-    // A margin above and below the values; a flat response would leave an empty range.
     QCPRange values = p.yAxis->range();
     double margin = values.size() < 1e-12 ? 1.0 : 0.05 * values.size();
     p.yAxis->setRange(values.lower - margin, values.upper + margin);
-    p.replot();
 }

@@ -32,6 +32,8 @@ public:
     // are left out of the graph.
     void draw(const PlotPicture& picture);
     QCustomPlot& plot() const;
+    // Fits the axes to the graphs, with a margin above and below the values.
+    void rescale();
 
     // Writes the plot at the window's size: a ".pdf" name by the PDF saver, any other by the PNG one.
     // False when the file cannot be written.
