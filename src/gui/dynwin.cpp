@@ -7,29 +7,42 @@
 #include <iostream>
 
 #include "trellis/form.h"
+#include "trellis/menu.h"
 
 DEFINE_ABSTRACT_CLASS(DynamicPanelWindow, CppShell, 1, 0)
 
-DynamicPanelWindow* DynamicPanelWindow::open(const char* mimFile, const char* title, String& message) {
+DynamicPanelWindow* DynamicPanelWindow::open(const char* mimFile, const char* title, String& message,
+                                             bool withMenuBar) {
     DynamicPanel* panel = readPanel(mimFile, message);
     if (!panel) return 0;
-    DynamicPanelWindow* window = new DynamicPanelWindow(panel, title);
+    DynamicPanelWindow* window = new DynamicPanelWindow(panel, title, withMenuBar);
     window->realize();
     return window;
 }
 
-DynamicPanelWindow::DynamicPanelWindow(DynamicPanel* panel, const char* title)
+DynamicPanelWindow::DynamicPanelWindow(DynamicPanel* panel, const char* title, bool withMenuBar)
     : CppShell("DynamicPanelWindow", 0, title ? title : panel->title().asCharPointer()), panel_(panel) {
-    form = new CppForm("PanelForm", this);
-    int unit = gridUnit();
+    outer = new CppForm("PanelWindowForm", this);
+    form = new CppForm("PanelForm", outer);
+    int unit = gridUnit(), barHeight = 0;
+    if (withMenuBar) {
+        bar = new MenuBar("MenuBar", outer);
+        outer->attachAt(*bar, 0, 0);
+        outer->attachHorizontal(bar, outer, 0);
+        outer->attachVertical(bar, form, 0);
+        barHeight = QFontMetrics(QApplication::font()).height() + 2 * unit;
+    } else {
+        outer->attachAt(*form, 0, 0);
+    }
     for (unsigned i = 0; i < panel->size(); ++i)
         icons.push_back(DynamicIcon::make(panel->at(int(i)), *form, unit, *this));
-    resize(panel->columns() * unit, panel->rows() * unit);
+    form->resize(panel->columns() * unit, panel->rows() * unit);
+    resize(panel->columns() * unit, panel->rows() * unit + barHeight);
 }
 
 // The widgets go first: their listeners are the icons.
 DynamicPanelWindow::~DynamicPanelWindow() noexcept(false) {
-    delete form;
+    delete outer;
     for (DynamicIcon* icon : icons) delete icon;
     delete panel_;
 }

@@ -9,6 +9,7 @@
 #include "trellis/shell.h"
 
 class CppForm;
+class MenuBar;
 
 extern Class class_DynamicPanelWindow;
 
@@ -20,9 +21,11 @@ class DynamicPanelWindow : public CppShell {
 public:
     // Reads the ".mim" file and shows its panel under title (the panel's own title when null); null
     // with the reason in message when the file is missing or is no panel.
-    static DynamicPanelWindow* open(const char* mimFile, const char* title, String& message);
+    // With withMenuBar the panel stands under a menu bar for its owner's menus.
+    static DynamicPanelWindow* open(const char* mimFile, const char* title, String& message,
+                                    bool withMenuBar = false);
     // Takes the panel.
-    DynamicPanelWindow(DynamicPanel* panel, const char* title);
+    DynamicPanelWindow(DynamicPanel* panel, const char* title, bool withMenuBar = false);
     ~DynamicPanelWindow() noexcept(false) override;
 
     bool has(const char* control) const;
@@ -41,6 +44,8 @@ public:
 
     // The panel with the values shown now, to be written back with writePanel.
     const DynamicPanel& panel() const { return *panel_; }
+    // The menu bar above the panel, null without one.
+    MenuBar* menuBar() const { return bar; }
     DynamicIcon* icon(const char* control) const;
     // Pixels of one grid step: half the height of a line of text.
     static int gridUnit();
@@ -51,6 +56,8 @@ private:
     void refused(const char* control, const char* asked) const;
 
     DynamicPanel* panel_;
+    CppForm* outer;  // the menu bar, when there is one, over the form of the controls
+    MenuBar* bar = 0;
     CppForm* form;
     std::vector<DynamicIcon*> icons;
 };

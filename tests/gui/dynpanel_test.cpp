@@ -242,7 +242,8 @@ TEST_F(PanelWindowTest, TrendConsoleAndUnknownNames) {
 // apply is greyed.
 TEST_F(PanelWindowTest, HiddenAndDisabledControlsTakeTheirCaptionAlong) {
     CppWidget& field = win.icon("gamma")->widget();
-    CppWidget& caption = *CAST(CppComposite, win.childNamed("PanelForm"))->childNamed("gammaCaption");
+    CppComposite& outer = *CAST(CppComposite, win.childNamed("PanelWindowForm"));
+    CppWidget& caption = *CAST(CppComposite, outer.childNamed("PanelForm"))->childNamed("gammaCaption");
     win.setEnabled("gamma", false);
     win.setVisible("gamma", false);
     EXPECT_FALSE(field.isSensitive() || caption.isSensitive() || field.isManaged() || caption.isManaged());

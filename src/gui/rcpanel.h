@@ -1,0 +1,94 @@
+// GraphMainLib, the robust design panel: the panel "RobustControl.mim" given its meaning. Each
+// control is found by name and the panel's whole state lives in the controls' texts; a press
+// follows the rules of its control, the start button runs a phase of the design from the event
+// loop, and the panel's state is saved at the end and restored at the next start.
+#ifndef GUI_RCPANEL_H
+#define GUI_RCPANEL_H
+
+#include <memory>
+#include <string>
+
+#include "algebra/algebra.h"
+#include "control/rcdesign.h"
+#include "gui/projdata.h"
+
+class Cback;
+class DynamicPanelWindow;
+class ExtendedSystemPanel;
+
+extern Class class_GraphMainLib;
+
+class GraphMainLib : public Algebra {
+    DECLARE_MEMBERS(GraphMainLib)
+public:
+    // The panel read from "RobustControl.mim" in directory, "project.gui" and "configuration"
+    // from the working directory. Without the panel file the message is shown and the window
+    // stays empty.
+    explicit GraphMainLib(const char* directory);
+    GraphMainLib(const GraphMainLib&) = delete;
+    GraphMainLib& operator=(const GraphMainLib&) = delete;
+    ~GraphMainLib() noexcept(false) override;
+
+    // The panel window, or null when its file was missing.
+    DynamicPanelWindow* window() const { return panel; }
+    const String& startMessage() const { return message; }
+
+    // What a press on the named control does.
+    void press(const char* control);
+    // The phase that the start button armed, run now; answers the norm design answered.
+    double runPhase();
+    // The end of the mode: false when dialogues are still open and the person keeps the panel.
+    // Otherwise the controls go to "project.gui" and the Matlab path to "configuration".
+    bool close();
+    // The stop flag that the next "CHECK_STOP" reports.
+    void requestStop() { stopRequested = true; }
+    bool isRunning() const { return running; }
+    RobustControlDesign& design() { return designer; }
+
+    // The panel's parameters of Part 3.7, collected from the controls.
+    void collectParameters(ParametersCltn& parameters) const;
+    void reset();
+    void stepSetup(const char* phase);
+
+private:
+    String text(const char* control) const;
+    void setText(const char* control, const char* value);
+    void show(const std::string& line);
+    void flip(const char* control, const char* a, const char* b);
+    bool is(const char* control, const char* value) const { return text(control) == value; }
+
+    void pressChoice();
+    void pressGramian();
+    void pressMinimum();
+    void pressStepByStep();
+    void pressInitialFeedback();
+    void pressConfiguration();
+    void pressOpenModel();
+    void endPhase(double norm);
+    void endSecondStep(double norm);
+
+    void readProject();
+    void readConfiguration();
+    void saveState();
+
+    // Events of the window and of the design.
+    void controlPressed(Cback& cb);
+    void timerRan(Cback& cb);
+    void askParameters(Cback& cb);
+    void checkStop(Cback& cb);
+    void iterationNorm(Cback& cb);
+    void windowClosing(Cback& cb);
+
+    RobustControlDesign designer;
+    ProjectData project;
+    DynamicPanelWindow* panel = 0;
+    std::unique_ptr<ExtendedSystemPanel> extended;
+    String message;
+    String matlabPath;
+    bool stopRequested = false;
+    bool running = false;
+    int timer = 0;
+    int openDialogs = 0;
+};
+
+#endif
