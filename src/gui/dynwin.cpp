@@ -29,6 +29,7 @@ DynamicPanelWindow::DynamicPanelWindow(DynamicPanel* panel, const char* title, b
         bar = new MenuBar("MenuBar", outer);
         outer->attachAt(*bar, 0, 0);
         outer->attachHorizontal(bar, outer, 0);
+        outer->attachHorizontal(outer, form, 0);
         outer->attachVertical(bar, form, 0);
         barHeight = QFontMetrics(QApplication::font()).height() + 2 * unit;
     } else {

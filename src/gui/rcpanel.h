@@ -22,14 +22,14 @@ class GraphMainLib : public Algebra {
     DECLARE_MEMBERS(GraphMainLib)
 public:
     // The panel read from "RobustControl.mim" in directory, "project.gui" and "configuration"
-    // from the working directory. Without the panel file the message is shown and the window
-    // stays empty.
+    // from the working directory. Without the panel file the message is shown (startMessage())
+    // and the window stays empty.
     explicit GraphMainLib(const char* directory);
     GraphMainLib(const GraphMainLib&) = delete;
     GraphMainLib& operator=(const GraphMainLib&) = delete;
     ~GraphMainLib() noexcept(false) override;
 
-    // The panel window, or null when its file was missing.
+    // The panel window, empty when its file was missing.
     DynamicPanelWindow* window() const { return panel; }
     const String& startMessage() const { return message; }
 
@@ -64,12 +64,21 @@ private:
     void pressInitialFeedback();
     void pressConfiguration();
     void pressOpenModel();
+    void takeStructuring();
     void endPhase(double norm);
     void endSecondStep(double norm);
 
+    friend class ExtendedSystemPanel;
     void readProject();
     void readConfiguration();
     void saveState();
+
+    // The events of the extended system panel's window.
+    void extendedPressed(Cback& cb);
+    void extendedClosing(Cback& cb);
+    void buildMenus();
+    void menuChosen(Cback& cb);
+    static const char* helpText();
 
     // Events of the window and of the design.
     void controlPressed(Cback& cb);

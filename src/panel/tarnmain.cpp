@@ -13,6 +13,7 @@
 #include "gui/plot.h"
 #include "interpreter/algvar.h"
 #include "interpreter/runner.h"
+#include "gui/rcpanel.h"
 #include "panel/designcl.h"
 #include "panel/modelcl.h"
 #include "quill/cback.h"
@@ -156,6 +157,13 @@ int notBuilt(const char* what, const char* file) {
 
 int runBlockDiagram() { return runGraphEditor("StateTransSem", "Block Diagram Editor - ", Argc, Argv); }
 
+// The design panel until its window closes; its state is saved in the working directory.
+int runRobustControlDesign() {
+    GraphMainLib panel(programDirectory.asCharPointer());
+    runMainLoop();
+    return panel.startMessage().size() > 0 ? 1 : 0;
+}
+
 int runTextEditor() {
     if (Argc >= 3) return usageError();
     FileEditor* editor = new FileEditor("TextEditor", topLevelWidget, fileArgument());
@@ -174,7 +182,7 @@ int dispatchMode() {
     setPlotOpener(openPlotWindow);
     if (findFlag("-blockDiagram")) return runBlockDiagram();
     if (findFlag("-interpreter")) return notBuilt("the interpreter", 0);
-    if (findFlag("-robustControlDesign")) return notBuilt("the robust control design panel", 0);
+    if (findFlag("-robustControlDesign")) return runRobustControlDesign();
     if (findFlag("-text")) return runTextEditor();
     if (findFlag("-drawing")) return runGraphEditor("Semantic", "Graphic Editor - ", Argc, Argv);
     return notBuilt("the command panel", 0);
