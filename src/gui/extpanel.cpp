@@ -47,8 +47,8 @@ void ExtendedSystemPanel::show() {
     String refusal;
     panel = DynamicPanelWindow::open(file.asCharPointer(), "Extended System", refusal);
     if (!panel) {
-        showMessage("ExtendedSystem.mim file is not present in the command panel directory", "Extended System",
-                    MESSAGE_ERROR);
+        showMessage("ExtendedSystem.mim file is not present in the command panel directory",
+                    "Extended System", MESSAGE_ERROR);
         return;
     }
     panel->addCback(DynamicIconSelected, cbackMethod<&GraphMainLib::extendedPressed>, owner);
@@ -84,8 +84,10 @@ bool ExtendedSystemPanel::composeModel() {
         if (text.size() == 0) continue;
         std::unique_ptr<DynOp> part(component(text.asCharPointer()));
         if (!part) {
-            showMessage((String("The component ") + name + " \"" + text + "\" is neither a system of the "
-                         "workspace nor a model file").asCharPointer(),
+            showMessage((String("The component ") + name + " \"" + text +
+                         "\" is neither a system of the "
+                         "workspace nor a model file")
+                            .asCharPointer(),
                         "Extended System", MESSAGE_ERROR);
             return false;
         }
@@ -120,8 +122,8 @@ void ExtendedSystemPanel::discretize() {
     double period = atof(panel->text("c2dSamplingTime").asCharPointer());
     std::unique_ptr<Object> read(Workspace::readModelFile(name.asCharPointer()));
     if (!read || !read->isKindOf(class_DynOp) || period <= 0) {
-        showMessage("Discretize needs a continuous model file and a positive sampling time", "Extended System",
-                    MESSAGE_ERROR);
+        showMessage("Discretize needs a continuous model file and a positive sampling time",
+                    "Extended System", MESSAGE_ERROR);
         return;
     }
     DynOp& model = *CAST(DynOp, read.get());
@@ -129,7 +131,8 @@ void ExtendedSystemPanel::discretize() {
         showMessage("The model is already discrete", "Extended System", MESSAGE_ERROR);
         return;
     }
-    String target = name.size() > 4 ? String(name.asCharPointer(), name.size() - 4) + "d.dyn" : name + "d.dyn";
+    String target =
+        name.size() > 4 ? String(name.asCharPointer(), name.size() - 4) + "d.dyn" : name + "d.dyn";
     if (read->isKindOf(class_ExtendedSystem))
         Algebra().storeToFile(ExtendedSystem(DiscDynOp(model, false, period)), target.asCharPointer());
     else

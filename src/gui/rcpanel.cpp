@@ -185,9 +185,10 @@ void GraphMainLib::readProject() {
 void GraphMainLib::readConfiguration() {
     Object* read = nil;
     if (access(configurationFile, R_OK) != 0 || !Algebra().readFromFile(read, "String", configurationFile)) {
-        showMessage("Warning, the working directory for Matlab has not been set:\nclick on button "
-                    "\"Configuration\" and insert a correct path",
-                    "Configuration", MESSAGE_WARNING);
+        showMessage(
+            "Warning, the working directory for Matlab has not been set:\nclick on button "
+            "\"Configuration\" and insert a correct path",
+            "Configuration", MESSAGE_WARNING);
         return;
     }
     matlabPath = *CAST(String, read);
@@ -196,9 +197,10 @@ void GraphMainLib::readConfiguration() {
         Workspace::setMatlabDirectory(matlabPath.asCharPointer());
         return;
     }
-    showMessage("Warning, the working directory for Matlab is uncorrect:\nclick on button \"Configuration\" "
-                "and insert a correct path",
-                "Configuration", MESSAGE_WARNING);
+    showMessage(
+        "Warning, the working directory for Matlab is uncorrect:\nclick on button \"Configuration\" "
+        "and insert a correct path",
+        "Configuration", MESSAGE_WARNING);
 }
 
 void GraphMainLib::pressConfiguration() {
@@ -213,9 +215,10 @@ void GraphMainLib::pressConfiguration() {
         Workspace::setMatlabDirectory(matlabPath.asCharPointer());
         return;
     }
-    showMessage("Warning, the working directory of Matlab is uncorrect:\nclick on the button \"Configuration\" "
-                "and set the correct path",
-                "Configuration", MESSAGE_WARNING);
+    showMessage(
+        "Warning, the working directory of Matlab is uncorrect:\nclick on the button \"Configuration\" "
+        "and set the correct path",
+        "Configuration", MESSAGE_WARNING);
 }
 
 void GraphMainLib::saveState() {
@@ -223,7 +226,8 @@ void GraphMainLib::saveState() {
     const DynamicPanel& shown = panel->panel();
     for (unsigned i = 0; i < shown.size(); ++i) {
         const DynamicControl& c = shown.at(int(i));
-        if (isKept(c)) project.set(c.name().asCharPointer(), panel->text(c.name().asCharPointer()).asCharPointer());
+        if (isKept(c))
+            project.set(c.name().asCharPointer(), panel->text(c.name().asCharPointer()).asCharPointer());
     }
     Algebra files;
     files.storeToFile(project, projectFile);
@@ -232,9 +236,10 @@ void GraphMainLib::saveState() {
 
 bool GraphMainLib::close() {
     if (openDialogs > 0 || running) {
-        bool leave = askQuestion("Warning, close the dialog windows still open\nand conclude the process before "
-                                 "closing the application",
-                                 "Robust Control Design", false);
+        bool leave = askQuestion(
+            "Warning, close the dialog windows still open\nand conclude the process before "
+            "closing the application",
+            "Robust Control Design", false);
         if (!leave) return false;
         stopRequested = true;
     }

@@ -42,7 +42,8 @@ public:
     bool close();
     // The stop flag that the next "CHECK_STOP" reports.
     void requestStop() { stopRequested = true; }
-    bool isRunning() const { return running; }
+    // A phase is armed or running.
+    bool isBusy() const { return running || timer != 0; }
     RobustControlDesign& design() { return designer; }
 
     // The panel's parameters of Part 3.7, collected from the controls.

@@ -21,14 +21,12 @@ struct Field {
 };
 
 const Field fields[] = {
-    {"Minimum", 0, "None"},          {"inOneStep", "bool", "NO"},
-    {"GuiFileName", "string", ""},   {"ChoiceButton", 0, "Step 1"},
-    {"gamma", "float", "100"},       {"iter", "int<1:1000>", "20"},
-    {"StartCont", 0, "start"},       {"StepByStep", "bool", "NO"},
-    {"Gramian", 0, "H-infinite"},    {"Algorithm", 0, "approaching"},
-    {"toll", "float", "1e-6"},       {"minFreq", "float", "1e-4"},
-    {"InitialFeedback", 0, "zero"},  {"alfa", "float", "0.5"},
-    {"noiseL", "float", "0"},        {"ConObs", 0, "Observer"},
+    {"Minimum", 0, "None"},          {"inOneStep", "bool", "NO"},  {"GuiFileName", "string", ""},
+    {"ChoiceButton", 0, "Step 1"},   {"gamma", "float", "100"},    {"iter", "int<1:1000>", "20"},
+    {"StartCont", 0, "start"},       {"StepByStep", "bool", "NO"}, {"Gramian", 0, "H-infinite"},
+    {"Algorithm", 0, "approaching"}, {"toll", "float", "1e-6"},    {"minFreq", "float", "1e-4"},
+    {"InitialFeedback", 0, "zero"},  {"alfa", "float", "0.5"},     {"noiseL", "float", "0"},
+    {"ConObs", 0, "Observer"},
 };
 
 // The enumeration of a choice control, as the design registered it.
@@ -83,15 +81,17 @@ double GraphMainLib::runPhase() {
         String copy = text("coutFileName");
         ConsoleTee tee(panel, "console", copy == "none" ? "" : copy.asCharPointer());
         failure = errorTextOf([&] { norm = designer.design(parameters); });
-        if (failure.size() > 0) std::cout << "TarnException : " << failure.asCharPointer() << std::endl;
+        running = false;
+        if (failure.size() > 0)
+            std::cout << "TarnException : " << failure.asCharPointer() << std::endl;
+        else
+            endPhase(norm);
     }
-    running = false;
     if (failure.size() > 0) {
-        showMessage((String("TarnException : ") + failure).asCharPointer(), "Robust Control Design", MESSAGE_ERROR);
+        showMessage((String("TarnException : ") + failure).asCharPointer(), "Robust Control Design",
+                    MESSAGE_ERROR);
         reset();
-        return norm;
     }
-    endPhase(norm);
     return norm;
 }
 
@@ -128,12 +128,13 @@ void GraphMainLib::endSecondStep(double norm) {
     std::string bound = text("gamma").asCharPointer(), first = text("gammaFirst").asCharPointer();
     std::string made = is("ConObs", "Control") ? "control" : "observer";
     std::string other = made == "control" ? "observer" : "control";
-    std::cout << "the upper bound on the H-infinite norm:\n\"gamma\" = " << number(norm) << " achieved now in the "
-              << made << " design phase\n\"gamma\" = " << first << " set in the previous " << other
-              << " design phase" << std::endl;
+    std::cout << "the upper bound on the H-infinite norm:\n\"gamma\" = " << number(norm)
+              << " achieved now in the " << made << " design phase\n\"gamma\" = " << first
+              << " set in the previous " << other << " design phase" << std::endl;
     if (norm > atof(bound.c_str())) {
         std::cout << "\tmust become smaller than the bound \n\"gamma\" = " << bound << std::endl;
-        std::cout << "reduce the bound now, or if is not possible\nrepeate the \"Step 1\" setting a larger norm bound"
+        std::cout << "reduce the bound now, or if is not possible\nrepeate the \"Step 1\" setting a larger "
+                     "norm bound"
                   << std::endl;
         return;
     }
