@@ -88,7 +88,6 @@ TEST(CommandLineTest, modeIsChosenByFlagWhereverItStands) {
         {{"-text", "-blockDiagram"}, diagram},
         {{"m.bdg", "-blockDiagram"}, diagram},
         {{"-text", "-interpreter"}, modeLine("the interpreter", 0)},
-        {{"-robustControlDesign", "-text"}, modeLine("the robust control design panel", 0)},
         {{"-interpreter", "-robustControlDesign"}, modeLine("the interpreter", 0)},
     };
     for (const Row& row : rows) {
@@ -172,10 +171,11 @@ TEST(CommandLineTest, helpListsEveryOptionAndExitsZero) {
         EXPECT_EQ(r.status, 0);
         EXPECT_EQ(r.err, "");
         for (const char* option :
-             {"-blockDiagram", "-interpreter",  "-run",           "-design",      "-robustControlDesign",
-              "-text",         "-env",          "-JV_PATH",       "-CC_PATH",     "-DS_PATH",
-              "-IDE_PATH",     "-printClasses", "-deleteGlobals", "-memoryLimit", "-traceOn",
-              "-traceOff",     "-traceFile",    "-traceLevel",    "-dumpTrace",   "-help"}) {
+             {"-blockDiagram", "-interpreter", "-run",          "-design",        "-robustControlDesign",
+              "-model",        "-text",        "-env",          "-JV_PATH",       "-CC_PATH",
+              "-DS_PATH",      "-IDE_PATH",    "-printClasses", "-deleteGlobals", "-memoryLimit",
+              "-traceOn",      "-traceOff",    "-traceFile",    "-traceLevel",    "-dumpTrace",
+              "-help"}) {
             EXPECT_NE(r.out.find(std::string("\n  ") + option + " "), std::string::npos) << option << "\n"
                                                                                          << r.out;
         }
