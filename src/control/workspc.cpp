@@ -56,6 +56,8 @@ void Workspace::store(const char* name, const Object& object) {
     list.add(*ownedKey);
 }
 
+bool Workspace::holds(const char* name) const { return objects.includesKey(String(name)); }
+
 Object* Workspace::get(const char* name) const {
     String key(name);
     if (objects.includesKey(key)) return objects.atKey(key);

@@ -22,6 +22,7 @@ public:
     void store(const char* name, const Object& object);
     // The object, or nil after the console line "the name doesn't exists".
     Object* get(const char* name) const;
+    bool holds(const char* name) const;
     // Deletes every object and name.
     void clear();
     const OrderedCltn& extendedSystems() const { return extendedNames; }

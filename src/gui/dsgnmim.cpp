@@ -2,6 +2,7 @@
 // the norm beside the console; the extended system's components in two columns above its settings.
 #include "gui/dsgnmim.h"
 
+#include "control/extsys.h"
 #include "gui/dynpanel.h"
 
 namespace {
@@ -75,12 +76,12 @@ DynamicPanel* makeRobustControlPanel() {
 }
 
 DynamicPanel* makeExtendedSystemPanel() {
-    const char* const components[] = {"Model", "Wu1", "Wu2", "W22", "W21", "W11", "Wr1",
-                                      "Geqd",  "Wr2", "Wyr", "W12", "Wym", "Wdr"};
     DynamicPanel* p = new DynamicPanel("Extended System", 70, 53);
     addGroup(*p, "Components", 1, 1, 68, 31);
-    for (int i = 0; i < 13; ++i)
-        p->add(captioned(components[i], C::TEXT, 2 + 34 * (i / 7), 4 + 4 * (i % 7), 32, 7, components[i]));
+    for (unsigned i = 0; i < ExtendedSystem::componentCount; ++i) {
+        const char* name = ExtendedSystem::componentNames[i];
+        p->add(captioned(name, C::TEXT, 2 + 34 * int(i / 7), 4 + 4 * int(i % 7), 32, 7, name));
+    }
     addGroup(*p, "Extended system", 1, 33, 68, 19);
     p->add(captioned("discCon", C::CYCLE, 2, 36, 33, 8, "Kind")
                .setCycle({"Continuous system", "Sampled data system"}));

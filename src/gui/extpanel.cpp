@@ -21,13 +21,13 @@ const char* const modelFile = "Tot.dyn";
 
 // A component by its text: a system of the workspace, else a model file; null when neither.
 DynOp* component(const char* text) {
-    if (globalWorkspace().others().indexOf(String(text)) >= 0 ||
-        globalWorkspace().extendedSystems().indexOf(String(text)) >= 0) {
+    if (globalWorkspace().holds(text)) {
         Object* object = globalWorkspace().get(text);
         if (object && object->isKindOf(class_DynOp)) return CAST(DynOp, object->deepCopy());
     }
     Object* read = Workspace::readModelFile(text);
-    if (read && read->isKindOf(class_DynOp)) return CAST(DynOp, read);
+    if (read == nil) return 0;
+    if (read->isKindOf(class_DynOp)) return CAST(DynOp, read);
     delete read;
     return 0;
 }
@@ -73,13 +73,10 @@ void ExtendedSystemPanel::press(const char* control) {
         discretize();
 }
 
-const char* const ExtendedSystemPanel::components[] = {"Model", "Wu1", "Wu2", "W22", "W21", "W11", "Wr1",
-                                                       "Geqd",  "Wr2", "Wyr", "W12", "Wym", "Wdr"};
-
 // Each named component joins the extended system; the composition is checked and written.
 bool ExtendedSystemPanel::composeModel() {
     ExtendedSystem system;
-    for (const char* name : components) {
+    for (const char* name : ExtendedSystem::componentNames) {
         String text = panel->text(name).stripBoth();
         if (text.size() == 0) continue;
         std::unique_ptr<DynOp> part(component(text.asCharPointer()));
@@ -108,7 +105,7 @@ bool ExtendedSystemPanel::composeModel() {
 }
 
 void ExtendedSystemPanel::clearModel() {
-    for (const char* name : components) panel->setText(name, "");
+    for (const char* name : ExtendedSystem::componentNames) panel->setText(name, "");
 }
 
 void ExtendedSystemPanel::switchDomain() {
@@ -120,7 +117,8 @@ void ExtendedSystemPanel::switchDomain() {
 void ExtendedSystemPanel::discretize() {
     String name = panel->text("ModelFileName").stripBoth();
     double period = atof(panel->text("c2dSamplingTime").asCharPointer());
-    std::unique_ptr<Object> read(Workspace::readModelFile(name.asCharPointer()));
+    Object* file = Workspace::readModelFile(name.asCharPointer());
+    std::unique_ptr<Object> read(file == nil ? 0 : file);
     if (!read || !read->isKindOf(class_DynOp) || period <= 0) {
         showMessage("Discretize needs a continuous model file and a positive sampling time",
                     "Extended System", MESSAGE_ERROR);

@@ -24,8 +24,6 @@ public:
     bool composeModel();
 
 private:
-    static const char* const components[];
-
     void clearModel();
     void switchDomain();
     void discretize();

@@ -9,6 +9,7 @@
 
 #include "control/askparam.h"
 #include "control/workspc.h"
+#include "gui/consoletee.h"
 #include "gui/dynwin.h"
 #include "gui/extpanel.h"
 #include "quill/cback.h"
@@ -120,7 +121,16 @@ void GraphMainLib::setText(const char* control, const char* value) {
     if (panel && panel->has(control)) panel->setText(control, value);
 }
 
-void GraphMainLib::show(const std::string& line) { std::cout << line << std::endl; }
+// A line of the panel's own dialogue, on the console, in the panel's console and its file.
+void GraphMainLib::show(const std::string& line) {
+    ConsoleTee tee(panel, "console", consoleFile().asCharPointer());
+    std::cout << line << std::endl;
+}
+
+String GraphMainLib::consoleFile() const {
+    String name = text("coutFileName");
+    return name == "none" ? String() : name;
+}
 
 void GraphMainLib::controlPressed(Cback& cb) { press(cb.callData->asString().asCharPointer()); }
 
@@ -206,10 +216,13 @@ void GraphMainLib::readConfiguration() {
 void GraphMainLib::pressConfiguration() {
     ParamDialog dialog("Configuration", panel, "Insert configuration parameters");
     dialog.addRow("Matlab path", matlabPath.asCharPointer());
+    dialog.addRow("Console file (none: no copy)", text("coutFileName").asCharPointer());
     ++openDialogs;
     bool ok = dialog.ask();
     --openDialogs;
     if (!ok) return;
+    String copy = dialog.rowText(1).stripBoth();
+    setText("coutFileName", copy.size() ? copy.asCharPointer() : "none");
     matlabPath = dialog.rowText(0).stripBoth();
     if (isDirectory(matlabPath.asCharPointer())) {
         Workspace::setMatlabDirectory(matlabPath.asCharPointer());

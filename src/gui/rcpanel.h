@@ -37,7 +37,7 @@ public:
     void press(const char* control);
     // The phase that the start button armed, run now; answers the norm design answered.
     double runPhase();
-    // The end of the mode: false when dialogues are still open and the person keeps the panel.
+    // The end of the mode: false, after the warning, while dialogues are open or a phase runs.
     // Otherwise the controls go to "project.gui" and the Matlab path to "configuration".
     bool close();
     // The stop flag that the next "CHECK_STOP" reports.
@@ -45,6 +45,7 @@ public:
     // A phase is armed or running.
     bool isBusy() const { return running || timer != 0; }
     RobustControlDesign& design() { return designer; }
+    ExtendedSystemPanel& extendedPanel() { return *extended; }
 
     // The panel's parameters of Part 3.7, collected from the controls.
     void collectParameters(ParametersCltn& parameters) const;
@@ -55,6 +56,7 @@ private:
     String text(const char* control) const;
     void setText(const char* control, const char* value);
     void show(const std::string& line);
+    String consoleFile() const;
     void flip(const char* control, const char* a, const char* b);
     bool is(const char* control, const char* value) const { return text(control) == value; }
 

@@ -58,13 +58,16 @@ void GraphMainLib::collectParameters(ParametersCltn& parameters) const {
 
 // The structuring matrix named in the panel, a Matrix of the workspace; "Not Pres." or any other
 // name runs without one.
+// A name the workspace does not hold keeps the matrix the final results chose.
 void GraphMainLib::takeStructuring() {
-    Object* named = 0;
     String name = text("StructuringMatrix");
-    if (panel->has("StructuringMatrix") && name != "Not Pres." && name.size() > 0)
-        named = globalWorkspace().get(name.asCharPointer());
-    bool isMatrix = named && named->isKindOf(class_Matrix);
-    designer.setStructuringMatrix(isMatrix ? *CAST(Matrix, named) : Matrix(0, 0));
+    if (name == "Not Pres." || name.size() == 0) {
+        designer.setStructuringMatrix(Matrix(0, 0));
+        return;
+    }
+    Object* named =
+        globalWorkspace().holds(name.asCharPointer()) ? globalWorkspace().get(name.asCharPointer()) : 0;
+    if (named && named->isKindOf(class_Matrix)) designer.setStructuringMatrix(*CAST(Matrix, named));
 }
 
 double GraphMainLib::runPhase() {
@@ -78,8 +81,7 @@ double GraphMainLib::runPhase() {
     double norm = 0.0;
     String failure;
     {
-        String copy = text("coutFileName");
-        ConsoleTee tee(panel, "console", copy == "none" ? "" : copy.asCharPointer());
+        ConsoleTee tee(panel, "console", consoleFile().asCharPointer());
         failure = errorTextOf([&] { norm = designer.design(parameters); });
         running = false;
         if (failure.size() > 0)
@@ -101,18 +103,23 @@ void GraphMainLib::endPhase(double norm) {
         return;
     }
     const PhaseResult& result = designer.lastResult();
-    if (!result.success) return;
+    if (!result.success) {
+        std::cout << "the phase ended without a result: " << result.failure.asCharPointer() << std::endl;
+        return;
+    }
     switch (result.phase) {
         case DesignPhase::Step1:
             setText("gammaFirst", number(norm).c_str());
-            pressChoice();
-            setText("StartCont", "start");
+            stepSetup(is("inOneStep", "YES") ? "Final Results" : "Step 2");
             break;
         case DesignPhase::Step2:
             endSecondStep(norm);
             break;
         default:
-            // The final results end the design: the panel is ready for a new first step.
+            // The final results end the design: the panel is ready for a new first step, with the
+            // structuring they chose, if any.
+            if (designer.getStructuringMatrix().rowNumber() > 0 && is("StructuringMatrix", "Not Pres."))
+                setText("StructuringMatrix", "D (final results)");
             pressChoice();
             break;
     }

@@ -121,8 +121,7 @@ void GraphMainLib::pressStepByStep() {
         return;
     }
     if (starting) setText("Algorithm", "approaching");
-    bool firstDone = !is("gammaFirst", notDone) && !is("gammaFirst", "");
-    if (!firstDone) setText("InitialFeedback", "zero");
+    setText("InitialFeedback", "zero");
 }
 
 void GraphMainLib::pressOpenModel() {

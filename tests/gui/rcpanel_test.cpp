@@ -13,6 +13,7 @@
 #include "control/extsys.h"
 #include "control/workspc.h"
 #include "gui/dynwin.h"
+#include "gui/extpanel.h"
 #include "quill/cback.h"
 #include "trellis/button.h"
 #include "trellis/dispatch.h"
@@ -128,20 +129,71 @@ TEST_F(PanelTest, ControlsFollowTheirRules) {
         {"ConObs", "ConObs", "Observer"},  // flipped on the way to "Step 2", then refused
         {"ChoiceButton", "ChoiceButton", "Final Results"},
         {"ChoiceButton", "Minimum", "bound Hinf"},
+        {"StepByStep", "Algorithm", "refining"},
+        {"StepByStep", "InitialFeedback", "zero"},
+        {"InitialFeedback", "InitialFeedback", "pole placement"},
     };
     for (const Row& r : rows) {
-        lib.press(r.press);
+        w.press(r.press);
         EXPECT_EQ(w.text(r.control), r.expected) << "after a press on " << r.press;
     }
     EXPECT_EQ(w.text("ChoiceButton"), "Step 1");
     EXPECT_EQ(w.text("ConObs"), "Control");
 
-    // With the first norm known the bound must stay above it for H-infinity.
+    // With the first norm known the initial feedback stays, and the bound must stay above the
+    // norm for H-infinity; a reset forgets the norm.
     w.setText("gammaFirst", "5");
+    lib.press("InitialFeedback");
+    EXPECT_EQ(w.text("InitialFeedback"), "pole placement");
     w.setText("gamma", "3");
     lib.press("Gramian");
     lib.press("Gramian");
     EXPECT_EQ(w.text("Gramian"), "H2");
+    lib.press("resetButton");
+    EXPECT_EQ(w.text("gammaFirst"), "not done");
+    EXPECT_EQ(w.text("gamma"), "100");
+}
+
+TEST_F(PanelTest, TheExtendedSystemPanelComposesTheModelOfTheDesign) {
+    GraphMainLib lib(TARN_DATA);
+    ExtendedSystemPanel& panel = lib.extendedPanel();
+    panel.show();
+    ASSERT_NE(panel.window(), nullptr);
+    // A plant with a disturbance, weighted noise on its two measures and a weighted objective.
+    Matrix a(2, 2), b(2, 1);
+    a(0, 1) = 1.0;
+    a(1, 0) = -2.0;
+    a(1, 1) = -0.3;
+    b(1, 0) = 1.0;
+    auto gain = [](unsigned rows, unsigned columns, double value) {
+        Matrix g(rows, columns);
+        for (unsigned i = 0; i < rows; ++i)
+            for (unsigned j = 0; j < columns; ++j) g(i, j) = value;
+        return DynOp(g);
+    };
+    const std::pair<const char*, DynOp> parts[] = {
+        {"Model", DynOp(a, b, Matrix::diagonal(2, 1.0), Matrix(2, 1))},
+        {"Wu2", gain(1, 1, 0.1)},
+        {"W11", gain(2, 1, 1.0)},
+        {"W21", gain(2, 1, 0.7)},
+        {"W12", gain(1, 2, 0.4)},
+        {"Wd", gain(2, 2, 0.01)},
+    };
+    for (const auto& part : parts) {
+        std::string name = std::string("my") + part.first;
+        globalWorkspace().store(name.c_str(), part.second);
+        panel.window()->setText(part.first, name.c_str());
+    }
+    EXPECT_TRUE(panel.composeModel());
+    EXPECT_EQ(lib.window()->text("GuiFileName"), "Tot.dyn");
+    Object* composed = Workspace::readModelFile("Tot.dyn");
+    ASSERT_NE(composed, nullptr);
+    EXPECT_TRUE(composed->isKindOf(class_ExtendedSystem));
+    delete composed;
+    panel.window()->setText("Model", "nothing.dyn");
+    EXPECT_FALSE(panel.composeModel());
+    panel.press("discCon");
+    EXPECT_EQ(panel.window()->text("discCon"), "Sampled data system");
 }
 
 TEST_F(PanelTest, StopEndsTheRunBetweenIterations) {
