@@ -203,14 +203,17 @@ void GraphMainLib::readConfiguration() {
     }
     matlabPath = *CAST(String, read);
     delete read;
-    if (isDirectory(matlabPath.asCharPointer())) {
-        Workspace::setMatlabDirectory(matlabPath.asCharPointer());
-        return;
-    }
-    showMessage(
+    takeMatlabPath(
         "Warning, the working directory for Matlab is uncorrect:\nclick on button \"Configuration\" "
-        "and insert a correct path",
-        "Configuration", MESSAGE_WARNING);
+        "and insert a correct path");
+}
+
+// The Matlab script goes to matlabPath when it is a directory; otherwise the refusal is shown.
+void GraphMainLib::takeMatlabPath(const char* refusal) {
+    if (isDirectory(matlabPath.asCharPointer()))
+        Workspace::setMatlabDirectory(matlabPath.asCharPointer());
+    else
+        showMessage(refusal, "Configuration", MESSAGE_WARNING);
 }
 
 void GraphMainLib::pressConfiguration() {
@@ -224,14 +227,9 @@ void GraphMainLib::pressConfiguration() {
     String copy = dialog.rowText(1).stripBoth();
     setText("coutFileName", copy.size() ? copy.asCharPointer() : "none");
     matlabPath = dialog.rowText(0).stripBoth();
-    if (isDirectory(matlabPath.asCharPointer())) {
-        Workspace::setMatlabDirectory(matlabPath.asCharPointer());
-        return;
-    }
-    showMessage(
+    takeMatlabPath(
         "Warning, the working directory of Matlab is uncorrect:\nclick on the button \"Configuration\" "
-        "and set the correct path",
-        "Configuration", MESSAGE_WARNING);
+        "and set the correct path");
 }
 
 void GraphMainLib::saveState() {

@@ -74,6 +74,7 @@ private:
     friend class ExtendedSystemPanel;
     void readProject();
     void readConfiguration();
+    void takeMatlabPath(const char* refusal);
     void saveState();
 
     // The events of the extended system panel's window.
