@@ -200,6 +200,11 @@ void ModelNode::addCommentText(const String& text, double y) {
     commentIcon()->add(*line);
 }
 
+void ModelNode::showDescription(const String& description) {
+    commentIcon()->deleteIcons();
+    if (description.size() > 0) addCommentText(description, 0);
+}
+
 void ModelNode::rebuild() {
     unbuildIcon();
     buildIcon();

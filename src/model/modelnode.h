@@ -89,6 +89,8 @@ protected:
     void placeLabel(double y);
     // A text of the comment at (0, y), length * 0.48 wide.
     void addCommentText(const String& text, double y);
+    // The node's description, when it has one, as its comment picture.
+    void showDescription(const String& description);
     // Rebuilds the picture after an apply.
     void rebuild();
 

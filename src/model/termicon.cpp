@@ -59,10 +59,7 @@ String TerminalIcon::checkParameters(int mode, const OrderedCltn& values, int& s
     return errorText("noerror", "");
 }
 
-void TerminalIcon::defaultComment() {
-    commentIcon()->deleteIcons();
-    if (description_.size() > 0) addCommentText(description_, 0);
-}
+void TerminalIcon::defaultComment() { showDescription(description_); }
 
 void TerminalIcon::drawFramed() {
     compositeIcon()->add(*new DrawRect(0, 0, float(nodeWidth()), float(nodeHeight()), iconColour));

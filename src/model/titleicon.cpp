@@ -110,12 +110,15 @@ String TitleIcon::checkParameters(int mode, const OrderedCltn& values, int& stat
     return errorText("noerror", "");
 }
 
+void TitleIcon::defaultComment() { showDescription(description_); }
+
 void TitleIcon::applyEntries() {
     setTitleName(entries[0]);
     description_ = entries[1];
     stateList_ = entries[2];
     inputList_ = entries[3];
     outputList_ = entries[4];
+    defaultComment();
     rebuild();
 }
 

@@ -56,6 +56,7 @@ public:
     // An empty name is refused.
     String checkParameters(int mode, const OrderedCltn& values, int& status) override;
     void drawIcon() override;
+    void defaultComment() override;
 
     void storer(std::ostream& os) const override;
     void storer(BinOstream& os) const override;
