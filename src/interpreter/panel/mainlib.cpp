@@ -9,6 +9,7 @@
 #include "quill/safefile.h"
 #include "trellis/ask.h"
 #include "trellis/filetest.h"
+#include "trellis/list.h"
 #include "trellis/shell.h"
 #include "trellis/text.h"
 
@@ -34,6 +35,7 @@ MainLib::MainLib(CppWidget* parent)
       settingText(false) {
     buildWindow();
     window->realize();
+    commandBox->setFocus();
 }
 
 MainLib::~MainLib() noexcept(false) {

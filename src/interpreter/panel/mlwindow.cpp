@@ -20,7 +20,7 @@ namespace {
 const int WIDTH = 780;
 const int HEIGHT = 640;
 const int GAP = 4;
-const int LABEL_HEIGHT = 20;
+const int REDO_WIDTH = 100;
 
 const char* const fileEntries[] = {
     "New         | Alt+N",      "Open Global...     |    F2", "Append Global...     |    F3",
@@ -76,8 +76,9 @@ void MainLib::buildCommandLine(CppForm& form) {
     form.attachVertical(above, label, GAP + 4);
     form.attachHorizontal(label, commandBox, GAP);
     form.attachVertical(above, commandBox, GAP);
-    form.attachRightToSibling(*commandBox, *redo, GAP);
+    form.attachLeftFromRight(*redo, REDO_WIDTH + GAP);
     form.attachHorizontal(redo, &form, GAP);
+    form.attachRightToSibling(*commandBox, *redo, GAP);
     form.attachVertical(above, redo, GAP);
     CppViewport* viewport = new CppViewport("OutputViewport", &form);
     outputPane = new CppText("Text", viewport, true, 6, 80);
