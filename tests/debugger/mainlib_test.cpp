@@ -72,11 +72,13 @@ TEST_F(MainLibTest, LinesDeclareAndUseVariables) {
     EXPECT_TRUE(lib->isChanged());
 }
 
-// A failing line leaves the main text, the history and the values as they were; only the output tells.
+// A failing line leaves the main text, the history and the values as they were, even those it
+// assigned before its fault; only the output tells.
 TEST_F(MainLibTest, ErrorLineChangesNothing) {
     const std::string text = str(lib->mainText().getText()), items = history(),
                       values = str(lib->output().getText());
-    for (const char* line : {"int w = nothere", "x = sq(", "int a[2]; a[2] = 1"}) {
+    for (const char* line :
+         {"int w = nothere", "x = sq(", "int a[2]; a[2] = 1", "x = 100; int a[2]; a[2] = 1"}) {
         SCOPED_TRACE(line);
         std::string message = str(lib->execute(line));
         EXPECT_NE("", message);

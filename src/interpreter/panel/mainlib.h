@@ -87,6 +87,8 @@ private:
 
     // --- The command line and its history (mlcmd.cpp) ---
     String runLine(const String& command);
+    String runMainText();
+    void restoreGlobals();
     String globalsListing();
     void remember(const String& command);
     void commandEntered(Cback& cb);

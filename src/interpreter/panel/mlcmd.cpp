@@ -1,5 +1,6 @@
 // MainLib's command line: one line run against the global functions, its history, and "RE DO ALL".
 #include <cctype>
+#include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -28,8 +29,10 @@ String stripped(const char* line) {
 String MainLib::execute(const char* command) {
     String line = stripped(command);
     if (line.size() == 0) return String();
+    String before = globalsListing();
     String message = runLine(line);
     if (message.size() > 0) {
+        if (globalsListing() != before) restoreGlobals();
         outputPane->setText(message.asCharPointer());
         return message;
     }
@@ -44,6 +47,24 @@ String MainLib::execute(const char* command) {
 }
 
 void MainLib::redoAll() {
+    String report = runMainText();
+    outputPane->setText((report + globalsListing()).asCharPointer());
+}
+
+// A line that failed half-way may have changed globals before its fault: the
+// main text runs again, its console output muted, and the values stand as
+// they stood before the line.
+void MainLib::restoreGlobals() {
+    struct Muted {
+        std::ostringstream sink;
+        std::streambuf* former = std::cout.rdbuf(sink.rdbuf());
+        ~Muted() { std::cout.rdbuf(former); }
+    } muted;
+    runMainText();
+}
+
+// The main text from a fresh state, line by line; answers the messages of the lines that failed.
+String MainLib::runMainText() {
     String lines = mainPane->getText();
     executer.clear();
     String report;
@@ -54,7 +75,7 @@ void MainLib::redoAll() {
         String message = runLine(line);
         if (message.size() > 0) report += message + "\n";
     }
-    outputPane->setText((report + globalsListing()).asCharPointer());
+    return report;
 }
 
 // A fault that the language does not catch itself is answered as a message too.
