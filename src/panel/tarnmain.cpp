@@ -13,6 +13,7 @@
 #include "gui/plot.h"
 #include "gui/rcpanel.h"
 #include "interpreter/algvar.h"
+#include "interpreter/panel/mainlib.h"
 #include "interpreter/runner.h"
 #include "panel/designcl.h"
 #include "panel/modelcl.h"
@@ -164,6 +165,14 @@ int runRobustControlDesign() {
     return panel.startMessage().size() > 0 ? 1 : 0;
 }
 
+// The resident interpreter window until it is left.
+int runInterpreter() {
+    MainLib window;
+    window.addCback(MainLibExit, quitCallback);
+    runMainLoop();
+    return 0;
+}
+
 int runTextEditor() {
     if (Argc >= 3) return usageError();
     FileEditor* editor = new FileEditor("TextEditor", topLevelWidget, fileArgument());
@@ -181,7 +190,7 @@ int dispatchMode() {
     if (findOption("-model", program)) return runModel(program);
     setPlotOpener(openPlotWindow);
     if (findFlag("-blockDiagram")) return runBlockDiagram();
-    if (findFlag("-interpreter")) return notBuilt("the interpreter", 0);
+    if (findFlag("-interpreter")) return runInterpreter();
     if (findFlag("-robustControlDesign")) return runRobustControlDesign();
     if (findFlag("-text")) return runTextEditor();
     if (findFlag("-drawing")) return runGraphEditor("Semantic", "Graphic Editor - ", Argc, Argv);
