@@ -127,20 +127,27 @@ String ModuleVar::getTemplateName(const OrderedCltn& values) const {
 Variable* ModuleVar::makeTemplate(const OrderedCltn& values) const {
     String name = getTemplateName(values);
     String path = sourcePath(templateText(values));
-    CodeParser* compiled = compileModule(path);
-    return new ModuleVar(name, compiled, path);
+    std::unique_ptr<CodeParser> compiled(compileModule(path));
+    ModuleVar* instance = new ModuleVar(name, compiled.get(), path);
+    compiled.release();
+    return instance;
+}
+
+void ModuleVar::checkInstance() const {
+    if (!parser) typeError("The type Module is a template");
 }
 
 int ModuleVar::constructorIndex(const OrderedCltn& types) const {
-    if (!parser) typeError("The type Module is a template");
+    checkInstance();
     return Variable::constructorIndex(types);
 }
 
 void ModuleVar::execConstructor(int index, const OrderedCltn& arguments, std::int32_t& errorFlag) {
-    if (index != 0 || !parser) {
+    if (index != 0) {
         Variable::execConstructor(index, arguments, errorFlag);
         return;
     }
+    checkInstance();
     executer = new Executer(parser);
     if (debugModule) openDebugger();
     String message;

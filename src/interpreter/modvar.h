@@ -53,6 +53,8 @@ public:
 
 private:
     ModuleVar(const String& typeName, CodeParser* parser, const String& fileName);
+    // The bare template has no values: "The type Module is a template".
+    void checkInstance() const;
     // The error of the module's run or call, named after the type and this value.
     [[noreturn]] void moduleError(const String& message) const;
     void openDebugger();

@@ -1,49 +1,40 @@
 // Modules: values with state of their own over one compiled file, the reports, and the debugger hook.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <fstream>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "../control/ctltest.h"
 #include "interpreter/modvar.h"
 #include "quill/startup.h"
 #include "runtext.h"
 
 namespace {
 
-// A folder of module files for one test; @ in a text stands for the folder.
-class ModuleTest : public ::testing::Test {
+// Module files in a scratch working directory.
+class ModuleTest : public ScratchTest {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/modtestXXXXXX";
-        ASSERT_TRUE(mkdtemp(pattern));
-        dir = pattern;
+        ScratchTest::SetUp();
         const char* files[][2] = {{"counter",
                                    "int count = 0;\nint add(int by) { count += by; return count; }\n"
                                    "int at(int i) { int a[2]; return a[i]; }\n"
                                    "int main() { cout << \"start \"; count = 10; return 0; }\n"},
                                   {"nomain", "int f() { return 1; }\n"},
                                   {"failing", "int main() { int a[1]; a[3] = 1; return 0; }\n"},
-                                  {"self", "Module<\"@/self\"> again;\nint main() { return 0; }\n"}};
-        for (auto& file : files) std::ofstream(dir + "/" + file[0] + ".cxx") << in(file[1]);
-        ASSERT_EQ(mkdir((dir + "/folder.cxx").c_str(), 0755), 0);
+                                  {"self", "Module<\"self\"> again;\nint main() { return 0; }\n"}};
+        for (auto& file : files) std::ofstream(std::string(file[0]) + ".cxx") << file[1];
+        ASSERT_EQ(mkdir("folder.cxx", 0755), 0);
     }
-    void TearDown() override { (void)system(("rm -rf " + dir).c_str()); }
-    std::string in(std::string text) const {
-        for (std::string::size_type at; (at = text.find('@')) != std::string::npos;) text.replace(at, 1, dir);
-        return text;
-    }
-    std::string dir;
 };
 
 TEST_F(ModuleTest, twoValuesKeepGlobalsOfTheirOwn) {
-    ProgramRun run =
-        runText(in("Module<\"@/counter\"> a, b;\n"
-                   "int main() { a.add(1); a.add(2); cout << a.add(3) << \" \" << b.add(5); return 0; }\n"));
+    ProgramRun run = runText(
+        std::string("Module<\"counter\"> a, b;\n"
+                    "int main() { a.add(1); a.add(2); cout << a.add(3) << \" \" << b.add(5); return 0; }\n"));
     EXPECT_EQ(run.message, "");
     EXPECT_EQ(run.out, "start start 16 15");
 }
@@ -54,17 +45,17 @@ TEST_F(ModuleTest, eachReportNamesItsCause) {
         {"Module m;", "The type Module is a template"},
         {"Module<\"\"> m;", unnamed},
         {"Module<3> m;", unnamed},
-        {"Module<\"@/missing\"> m;", "filename @/missing.cxx does not exist"},
-        {"Module<\"@/folder.cxx\"> m;", "filename @/folder.cxx cannot be read"},
-        {"Module<\"@/self\"> m;", "filename @/self.cxx is a module of itself"},
-        {"Module<\"@/nomain\"> m;", "In Module<@/nomain> m main function not found"},
-        {"Module<\"@/failing\"> m;", "In Module<@/failing> m [PARSE ERROR] Run time error, index 3"},
-        {"Module<\"@/counter\"> c;\nint k = c.at(2);", "In Module<@/counter> c [PARSE ERROR] Run"},
-        {"Module<\"@/counter\"> c;\nint k = c.add();", "Unknown method add for object Module<@/"},
+        {"Module<\"missing\"> m;", "filename missing.cxx does not exist"},
+        {"Module<\"folder.cxx\"> m;", "filename folder.cxx cannot be read"},
+        {"Module<\"self\"> m;", "filename self.cxx is a module of itself"},
+        {"Module<\"nomain\"> m;", "In Module<nomain> m main function not found"},
+        {"Module<\"failing\"> m;", "In Module<failing> m [PARSE ERROR] Run time error, index 3"},
+        {"Module<\"counter\"> c;\nint k = c.at(2);", "In Module<counter> c [PARSE ERROR] Run"},
+        {"Module<\"counter\"> c;\nint k = c.add();", "Unknown method add for object Module<"},
     };
     for (auto& row : rows) {
-        std::string message = runText(in(row[0]) + "\nint main() { return 0; }\n").message;
-        EXPECT_NE(message.find(in(row[1])), std::string::npos) << row[0] << "\n" << message;
+        std::string message = runText(std::string(row[0]) + "\nint main() { return 0; }\n").message;
+        EXPECT_NE(message.find(row[1]), std::string::npos) << row[0] << "\n" << message;
     }
 }
 
@@ -98,7 +89,7 @@ void readFlag(std::string flag) {
 }
 
 TEST_F(ModuleTest, theFlagsOpenADebuggerOnEachValueBeforeItsRun) {
-    std::string program = in("Module<\"@/counter\"> a, b;\nint main() { return 0; }\n");
+    std::string program = "Module<\"counter\"> a, b;\nint main() { return 0; }\n";
     ModuleDebugger former = setModuleDebugger(recordingDebugger);
     const char* rows[][2] = {{"", ""}, {"-debugModule", " step 0"}, {"-debugModuleGo", " go 0"}};
     for (auto& row : rows) {
@@ -108,7 +99,8 @@ TEST_F(ModuleTest, theFlagsOpenADebuggerOnEachValueBeforeItsRun) {
         executers.clear();
         panelsDeleted = 0;
         EXPECT_EQ(runText(program).message, "");
-        EXPECT_EQ(calls, std::vector<std::string>(*row[0] ? 2 : 0, dir + "/counter.cxx" + row[1])) << row[0];
+        EXPECT_EQ(calls, std::vector<std::string>(*row[0] ? 2 : 0, "counter.cxx" + std::string(row[1])))
+            << row[0];
         EXPECT_EQ(panelsDeleted, int(calls.size()));
         EXPECT_EQ(parsers.size(), calls.empty() ? 0u : 1u);  // one compiled tree
         EXPECT_EQ(executers.size(), calls.size());
