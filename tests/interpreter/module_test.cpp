@@ -61,19 +61,21 @@ TEST_F(ModuleTest, eachReportNamesItsCause) {
 
 // The debugger hook's calls as "file go|step globals-made", the parsers and executers it saw, the panels
 // deleted.
-std::vector<std::string> calls;
-std::set<const void*> parsers, executers;
-int panelsDeleted = 0;
+struct HookRecord {
+    std::vector<std::string> calls;
+    std::set<const void*> parsers, executers;
+    int panelsDeleted = 0;
+} hook;
 
 struct PanelStub : String {
-    ~PanelStub() override { ++panelsDeleted; }
+    ~PanelStub() override { ++hook.panelsDeleted; }
 };
 
 Object* recordingDebugger(CodeParser& parser, Executer& executer, const char* fileName, bool go) {
-    parsers.insert(&parser);
-    executers.insert(&executer);
-    calls.push_back(fileName + std::string(go ? " go " : " step ") +
-                    std::to_string(executer.getGlobals().size()));
+    hook.parsers.insert(&parser);
+    hook.executers.insert(&executer);
+    hook.calls.push_back(fileName + std::string(go ? " go " : " step ") +
+                         std::to_string(executer.getGlobals().size()));
     return new PanelStub;
 }
 
@@ -94,16 +96,13 @@ TEST_F(ModuleTest, theFlagsOpenADebuggerOnEachValueBeforeItsRun) {
     const char* rows[][2] = {{"", ""}, {"-debugModule", " step 0"}, {"-debugModuleGo", " go 0"}};
     for (auto& row : rows) {
         readFlag(row[0]);
-        calls.clear();
-        parsers.clear();
-        executers.clear();
-        panelsDeleted = 0;
+        hook = HookRecord();
         EXPECT_EQ(runText(program).message, "");
-        EXPECT_EQ(calls, std::vector<std::string>(*row[0] ? 2 : 0, "counter.cxx" + std::string(row[1])))
-            << row[0];
-        EXPECT_EQ(panelsDeleted, int(calls.size()));
-        EXPECT_EQ(parsers.size(), calls.empty() ? 0u : 1u);  // one compiled tree
-        EXPECT_EQ(executers.size(), calls.size());
+        std::vector<std::string> expected(*row[0] ? 2 : 0, "counter.cxx" + std::string(row[1]));
+        EXPECT_EQ(hook.calls, expected) << row[0];
+        EXPECT_EQ(hook.panelsDeleted, int(expected.size()));
+        EXPECT_EQ(hook.parsers.size(), expected.empty() ? 0u : 1u);  // one compiled tree
+        EXPECT_EQ(hook.executers.size(), expected.size());
     }
     setModuleDebugger(former);
     readFlag("");
