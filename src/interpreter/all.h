@@ -16,6 +16,7 @@
 #include "interpreter/funcdecl.h"
 #include "interpreter/genvar.h"
 #include "interpreter/intvar.h"
+#include "interpreter/modvar.h"
 #include "interpreter/mtrxvar.h"
 #include "interpreter/operator.h"
 #include "interpreter/ostrmvar.h"

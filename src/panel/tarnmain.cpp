@@ -224,6 +224,8 @@ const OptionLine optionLines[] = {
     {"  -poles", "print the model's poles"},
     {"-blockDiagram [file.bdg]", "edit a block diagram"},
     {"-interpreter", "run the interpreter with its debugger"},
+    {"-debugModule", "open a debugger on the run of each Module<\"file\"> value, stopped at its first line"},
+    {"-debugModuleGo", "the same, running at once up to a breakpoint"},
     {"-robustControlDesign", "open the robust control design panel"},
     {"-text [file]", "edit a text file"},
     {"-drawing [file.edt]", "edit a drawing of nodes and links, the base kind of drawing"},

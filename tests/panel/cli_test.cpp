@@ -171,11 +171,11 @@ TEST(CommandLineTest, helpListsEveryOptionAndExitsZero) {
         EXPECT_EQ(r.status, 0);
         EXPECT_EQ(r.err, "");
         for (const char* option :
-             {"-blockDiagram", "-interpreter", "-run",          "-design",        "-robustControlDesign",
-              "-model",        "-text",        "-env",          "-JV_PATH",       "-CC_PATH",
-              "-DS_PATH",      "-IDE_PATH",    "-printClasses", "-deleteGlobals", "-memoryLimit",
-              "-traceOn",      "-traceOff",    "-traceFile",    "-traceLevel",    "-dumpTrace",
-              "-help"}) {
+             {"-blockDiagram", "-interpreter",   "-run",          "-design",        "-robustControlDesign",
+              "-model",        "-text",          "-env",          "-JV_PATH",       "-CC_PATH",
+              "-DS_PATH",      "-IDE_PATH",      "-printClasses", "-deleteGlobals", "-memoryLimit",
+              "-traceOn",      "-traceOff",      "-traceFile",    "-traceLevel",    "-dumpTrace",
+              "-debugModule",  "-debugModuleGo", "-help"}) {
             EXPECT_NE(r.out.find(std::string("\n  ") + option + " "), std::string::npos) << option << "\n"
                                                                                          << r.out;
         }
@@ -233,6 +233,18 @@ TEST(CommandLineTest, runModeRunsAProgramAndReportsItsErrors) {
     RunResult missing = runTarn({"-run", "/nonexistent/prog.cxx"});
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(missing.err, "tarn: cannot read the program \"/nonexistent/prog.cxx\"\n");
+}
+
+// The module flags are taken at start-up wherever they stand; without windows they are refused in a line.
+class ModuleFlagTest : public ScratchTest {};
+
+TEST_F(ModuleFlagTest, runModeIgnoresTheModuleDebuggerWithALine) {
+    std::ofstream("counter.cxx") << "int n = 1;\nint main() { cout << n; return 0; }\n";
+    std::ofstream("main.cxx") << "Module<\"counter\"> c;\nint main() { return 0; }\n";
+    RunResult r = runTarn({"-debugModuleGo", "-run", "main.cxx"});
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "1");
+    EXPECT_EQ(r.err, "tarn: -debugModule is ignored for Module<counter>, this program has no debugger\n");
 }
 
 // Each design runs in a scratch directory of its own: a design writes its files beside its model
