@@ -13,6 +13,7 @@
 #include "gui/plot.h"
 #include "gui/rcpanel.h"
 #include "interpreter/algvar.h"
+#include "interpreter/panel/intpanel.h"
 #include "interpreter/runner.h"
 #include "panel/designcl.h"
 #include "panel/modelcl.h"
@@ -173,6 +174,14 @@ int runTextEditor() {
     return 0;
 }
 
+// The debugger on one file, until its window is closed.
+int runDebugger(const String& fileName) {
+    if (fileName.size() == 0 || Argc >= 2) return usageError();
+    InterpreterPanel panel(fileName.asCharPointer(), topLevelWidget);
+    panel.runLoop();
+    return 0;
+}
+
 // -run and -design work without windows; the other modes plot the language's values in the plot window.
 int dispatchMode() {
     String program;
@@ -180,6 +189,7 @@ int dispatchMode() {
     if (findOption("-design", program)) return runDesign(program);
     if (findOption("-model", program)) return runModel(program);
     setPlotOpener(openPlotWindow);
+    if (findOption("-debug", program)) return runDebugger(program);
     if (findFlag("-blockDiagram")) return runBlockDiagram();
     if (findFlag("-interpreter")) return notBuilt("the interpreter", 0);
     if (findFlag("-robustControlDesign")) return runRobustControlDesign();
@@ -215,6 +225,7 @@ const OptionLine optionLines[] = {
     {"  -poles", "print the model's poles"},
     {"-blockDiagram [file.bdg]", "edit a block diagram"},
     {"-interpreter", "run the interpreter with its debugger"},
+    {"-debug file.cxx", "open the source-level debugger on an interpreted program"},
     {"-robustControlDesign", "open the robust control design panel"},
     {"-text [file]", "edit a text file"},
     {"-drawing [file.edt]", "edit a drawing of nodes and links, the base kind of drawing"},

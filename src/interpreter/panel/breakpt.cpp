@@ -3,6 +3,13 @@
 #include "quill/integer.h"
 #include "trellis/text.h"
 
+// By value, without making an Integer: the handler asks at every statement.
+bool InterpreterPanel::hasBreakpoint(int line) const {
+    for (unsigned i = 0; i < breakpoints_.size(); ++i)
+        if (static_cast<Integer*>(breakpoints_.at(int(i)))->value() == line) return true;
+    return false;
+}
+
 void InterpreterPanel::toggleBreakpoint() {
     if (state_ == PAUSED) toggleBreakpointAt(lineAt(textWidget().caret()));
 }

@@ -30,13 +30,14 @@ void InterpreterPanel::showExecution() {
         std::string::size_type end = source.find('\n', from);
         if (end == std::string::npos) end = source.size();
         char head[32];
-        bool marked = breakpoints_.indexOf(Integer(line)) >= 0;
+        bool marked = hasBreakpoint(line);
         std::snprintf(head, sizeof head, "%s%6d: ", marked ? "BP" : NO_MARK, line);
         lineStarts.add(*new Integer(int(display.size())));
         display += head + source.substr(from, end - from) + "\n";
         from = end + 1;
     }
     executing = true;
+    setStatus("");
     setText(display.c_str());
     textWidget().setReadOnly(true);
     getShell().setTitle((String("(executing)  ") + fileName()).asCharPointer());

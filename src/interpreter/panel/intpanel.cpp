@@ -126,6 +126,9 @@ void InterpreterPanel::buildToolbar() {
         CppCommand* b = new CppCommand(command.button, toolbar, command.button);
         b->addCback(CppCommandPressed, cbackMethod<&InterpreterPanel::buttonPressed>, *this);
     }
+    // The form around it is laid out already: the bar takes the size of its buttons now.
+    toolbar->doLayout();
+    toolbar->resize(toolbar->width(), toolbar->height());
 }
 
 CppCommand& InterpreterPanel::button(const char* name) const {

@@ -59,6 +59,7 @@ public:
     // Paused in the nested loop, waiting for a command.
     bool isWaiting() const { return nested; }
     const OrderedCltn& breakpoints() const { return breakpoints_; }
+    bool hasBreakpoint(int line) const;
     // A breakpoint on line (from 1) of the execution display, set or removed.
     void toggleBreakpointAt(int line);
     // The line (from 1) of the execution display at a character position.

@@ -7,7 +7,6 @@
 #include "interpreter/panel/varpane.h"
 #include "interpreter/statemnt.h"
 #include "quill/cback.h"
-#include "quill/integer.h"
 #include "quill/quillerr.h"
 #include "trellis/ask.h"
 #include "trellis/dispatch.h"
@@ -88,7 +87,7 @@ void InterpreterPanel::statementReached(Cback& cb) {
     frameLines.resize(std::size_t(depth));
     if (depth > 0) frameLines.back() = currentLine_;
     if (state_ == RUNNING) {
-        if (breakpoints_.indexOf(Integer(currentLine_)) >= 0)
+        if (hasBreakpoint(currentLine_))
             setState(PAUSED);
         else
             handleEventsNow();
