@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "interpreter/codepars.h"
+#include "interpreter/executer.h"
 #include "interpreter/panel/varpane.h"
 #include "quill/cback.h"
 #include "quill/startup.h"
@@ -260,6 +262,38 @@ TEST(InterpreterPanelTest, aParseErrorChangesNothingElse) {
     ASSERT_FALSE(messages.texts.empty());
     EXPECT_NE(messages.texts[0].find("PARSE ERROR"), std::string::npos);
     EXPECT_TRUE(panel.getText() == "int main() { int x = ; }\n");
+}
+
+// A module's debugger watches the module's own run: it stops at the first line, and steps into a call.
+TEST(InterpreterPanelTest, aModuleRunStopsAtItsFirstLineAndShowsTheCalls) {
+    CodeParser parser;
+    Executer executer(&parser);
+    std::string file = example("fibonacci.cxx");
+    ASSERT_EQ(parser.parseFile(file.c_str()), "");
+    Panel* panel = CAST(InterpreterPanel, makeModuleDebugger(parser, executer, file.c_str(), false));
+    EXPECT_EQ(panel->state(), Panel::STEPPING);
+    std::vector<int> pauses;
+    std::vector<std::string> stack;
+    auto step = [&](Panel& p) {
+        pauses.push_back(p.currentLine());
+        p.stepInto();
+    };
+    Driver driver(*panel, {{PAUSED, step},
+                           {PAUSED, step},
+                           {PAUSED, [&](Panel& p) {
+                                pauses.push_back(p.currentLine());
+                                for (int i = 0; i < p.panes().callStack().itemCount(); ++i)
+                                    stack.push_back(p.panes().callStack().itemText(i).asCharPointer());
+                                p.close();
+                            }}});
+    String message;
+    int stopped = 0;
+    executer.run(message, stopped);
+    EXPECT_EQ(pauses, (std::vector<int>{7, 8, 3}));
+    EXPECT_EQ(stack, (std::vector<std::string>{"fib  line 3", "main  line 8"}));
+    EXPECT_EQ(panel->state(), EDITING);
+    EXPECT_TRUE(executer.isStopped());
+    delete panel;
 }
 
 TEST(InterpreterPanelTest, quickWatchStripsTheSelection) {
