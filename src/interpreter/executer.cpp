@@ -192,6 +192,13 @@ void Executer::popScope() { destroyScope(static_cast<OrderedCltn*>(currentFrame(
 
 void Executer::destroyFrames() {
     while (frames.size() > 0) destroyFrame(static_cast<OrderedCltn*>(frames.removeLast()));
+    callees.removeAll();
+}
+
+FuncDeclare* Executer::frameFunction(int frame) const { return static_cast<FuncDeclare*>(callees.at(frame)); }
+
+const OrderedCltn& Executer::frameScopes(int frame) const {
+    return *static_cast<OrderedCltn*>(frames.at(frame));
 }
 
 void Executer::destroyGlobals() { deleteValuesFromLast(globals); }
@@ -211,11 +218,13 @@ Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool 
     OrderedCltn* frame = newList();
     frame->add(*scope);
     frames.add(*frame);
+    callees.add(*function);
     Variable* result = 0;
     const OrderedCltn& code = function->getCode();
     for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
         result = execStatement(static_cast<Statement*>(code.at(int(i))), function->getType());
     frames.removeLast();
+    callees.removeLast();
     if (keepScope) frame->removeFirst();
     destroyFrame(frame);
     if (!stopped) return result;

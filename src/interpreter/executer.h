@@ -63,6 +63,12 @@ public:
     const OrderedCltn& getGlobals() const { return globals; }
     OrderedCltn getBuiltins() const { return builtins; }
     void stop() { stopped = 1; }
+    // The calls under way, the outermost first: the function of each, and its
+    // scopes (lists of values), the innermost block last. Read-only views for
+    // the debugger.
+    int frameCount() const { return int(frames.size()); }
+    FuncDeclare* frameFunction(int frame) const;
+    const OrderedCltn& frameScopes(int frame) const;
     bool isStopped() const { return stopped != 0; }
 
     // --- Built-in functions ---
@@ -146,6 +152,7 @@ private:
     String sourceText;          // the source of the resident mode
     OrderedCltn globals;        // values in the order of their index; owned
     OrderedCltn frames;         // of scopes, of values; owned
+    OrderedCltn callees;        // FuncDeclare of each frame, not owned
     OrderedCltn builtins;       // FuncDeclare, owned by the parser
     std::int32_t errorLocated;  // the error on its way out already names its statement
     OrderedCltn spareLists;     // emptied scopes and frames, for reuse; owned

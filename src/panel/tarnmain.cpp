@@ -13,6 +13,8 @@
 #include "gui/plot.h"
 #include "gui/rcpanel.h"
 #include "interpreter/algvar.h"
+#include "interpreter/modvar.h"
+#include "interpreter/panel/intpanel.h"
 #include "interpreter/panel/mainlib.h"
 #include "interpreter/runner.h"
 #include "panel/designcl.h"
@@ -182,13 +184,24 @@ int runTextEditor() {
     return 0;
 }
 
-// -run and -design work without windows; the other modes plot the language's values in the plot window.
+// The debugger on one file, until its window is closed.
+int runDebugger(const String& fileName) {
+    if (fileName.size() == 0 || Argc >= 2) return usageError();
+    InterpreterPanel panel(fileName.asCharPointer(), topLevelWidget);
+    panel.runLoop();
+    return 0;
+}
+
+// -run, -design and -model work without windows; the other modes plot the language's values in the plot
+// window and debug its modules in the debugger.
 int dispatchMode() {
     String program;
     if (findOption("-run", program)) return runProgram(program);
     if (findOption("-design", program)) return runDesign(program);
     if (findOption("-model", program)) return runModel(program);
     setPlotOpener(openPlotWindow);
+    setModuleDebugger(makeModuleDebugger);
+    if (findOption("-debug", program)) return runDebugger(program);
     if (findFlag("-blockDiagram")) return runBlockDiagram();
     if (findFlag("-interpreter")) return runInterpreter();
     if (findFlag("-robustControlDesign")) return runRobustControlDesign();
@@ -222,8 +235,9 @@ const OptionLine optionLines[] = {
     {"  -matlab dir", "write the Matlab script <title>.m into dir"},
     {"  -discretize T", "discretise the model at the period T (s)"},
     {"  -poles", "print the model's poles"},
+    {"-debug file.cxx", "open the source-level debugger on an interpreted program"},
     {"-blockDiagram [file.bdg]", "edit a block diagram"},
-    {"-interpreter", "run the interpreter with its debugger"},
+    {"-interpreter", "open the resident interpreter window"},
     {"-debugModule", "open a debugger on the run of each Module<\"file\"> value, stopped at its first line"},
     {"-debugModuleGo", "the same, running at once up to a breakpoint"},
     {"-robustControlDesign", "open the robust control design panel"},
