@@ -208,7 +208,7 @@ void InterpreterPanel::close() {
         stopDebugging();
         return;
     }
-    if (executer && state_ != EDITING) executer->stop();
+    if (executer && state_ != EDITING && ownsParser) executer->stop();
     setState(CLOSING);
     leaveNestedLoop();
     getShell().close();

@@ -99,7 +99,9 @@ void InterpreterPanel::statementReached(Cback& cb) {
     else if (state_ == PAUSED)
         pause();
     lastLine = currentLine_;
-    if (state_ == EDITING || state_ == CLOSING) executer->stop();
+    // Stop Debugging ends the run; a closed window ends its own run, while a module's goes on
+    // without its debugger.
+    if (state_ == EDITING || (state_ == CLOSING && ownsParser)) executer->stop();
 }
 
 // The line shown with its arrow and the panes filled; the nested loop runs until a command leaves it.
