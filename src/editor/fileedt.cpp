@@ -77,9 +77,11 @@ void FileEditor::readFile(Cback& cb) {
     cbackOn(LoadEditor);
 }
 
+String FileEditor::textToSave() { return getText(); }
+
 void FileEditor::writeFile(Cback& cb) {
     setStatus((String("Saving file ") + fileName()).asCharPointer());
-    String content = getText();
+    String content = textToSave();
     // A failed write leaves no file, which the menu reports.
     writeSafely(cb.callData->asCharPointer(),
                 [&content](std::ostream& out) { out.write(content.asCharPointer(), content.size()); });

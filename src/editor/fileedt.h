@@ -28,6 +28,8 @@ public:
 
 protected:
     void textChanged(Cback& cb) override;
+    // What Save writes: the text shown, unless the window shows something else in its place.
+    virtual String textToSave();
 
 private:
     void newFile(Cback& cb);

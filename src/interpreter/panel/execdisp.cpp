@@ -54,6 +54,8 @@ void InterpreterPanel::showSource() {
     for (const char* entry : editingEntries) editMenu().enableChoice(entry);
 }
 
+String InterpreterPanel::textToSave() { return executing ? fileText : getText(); }
+
 int InterpreterPanel::lineStart(int line) const {
     return static_cast<Integer*>(lineStarts.at(line - 1))->value();
 }

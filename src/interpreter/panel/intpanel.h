@@ -73,6 +73,8 @@ public:
     DebugPanes& panes() const { return *panes_; }
 
 protected:
+    // While the numbered copy is shown, Save writes the source.
+    String textToSave() override;
     void textChanged(Cback& cb) override;
 
 private:
