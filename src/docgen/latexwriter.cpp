@@ -1,0 +1,121 @@
+// The LaTeX writer: sections by level, labels for the indexes, graphicx for the pictures.
+#include "docgen/latexwriter.h"
+
+#include <algorithm>
+
+namespace {
+
+const char* const sectionCommands[] = {"section", "subsection", "subsubsection", "paragraph", "subparagraph"};
+const char* const markCommands[] = {"", "\\textbf{", "\\emph{", "\\texttt{"};
+
+const char* sectionCommand(int level) { return sectionCommands[std::min(std::max(level, 1), 5) - 1]; }
+
+}  // namespace
+
+std::string LatexWriter::escape(const std::string& text) {
+    std::string out;
+    for (char c : text) switch (c) {
+            case '\\':
+                out += "\\textbackslash{}";
+                break;
+            case '~':
+                out += "\\textasciitilde{}";
+                break;
+            case '^':
+                out += "\\textasciicircum{}";
+                break;
+            case '<':
+                out += "$<$";
+                break;
+            case '>':
+                out += "$>$";
+                break;
+            case '|':
+                out += "$|$";
+                break;
+            case '{':
+            case '}':
+            case '$':
+            case '&':
+            case '#':
+            case '_':
+            case '%':
+                out += '\\';
+                out += c;
+                break;
+            default:
+                out += c;
+        }
+    return out;
+}
+
+std::string LatexWriter::label(const std::string& name) {
+    static const char digits[] = "0123456789abcdef";
+    std::string out = "l";
+    for (unsigned char c : name)
+        if (isalnum(c))
+            out += char(c);
+        else
+            out += std::string("x") + digits[c >> 4] + digits[c & 15];
+    return out;
+}
+
+void LatexWriter::beginDocument(const DocOutline& outline) {
+    os << "\\documentclass{article}\n\\usepackage{graphicx}\n\\title{" << escape(outline.title)
+       << "}\n\\date{}\n\\begin{document}\n\\maketitle\n\\tableofcontents\n";
+}
+
+void LatexWriter::endDocument(const DocOutline& outline) {
+    for (const auto& index : outline.indexes) {
+        if (index.first == IndexMarker::identifiersHTML) continue;
+        std::vector<IndexEntry> entries = index.second;
+        std::stable_sort(entries.begin(), entries.end(),
+                         [](const IndexEntry& a, const IndexEntry& b) { return a.entry < b.entry; });
+        os << "\n\\section*{Index of " << escape(index.first) << "}\n\\begin{itemize}\n";
+        for (const IndexEntry& e : entries) {
+            os << "\\item " << escape(e.entry);
+            if (e.isAnchor && e.target != "top") os << ", page \\pageref{" << label(e.target) << "}";
+            os << "\n";
+        }
+        os << "\\end{itemize}\n";
+    }
+    os << "\\end{document}\n";
+}
+
+void LatexWriter::beginHeading(const SectionHead& head) {
+    os << "\n\\" << sectionCommand(head.level) << (head.number.empty() ? "*{" : "{");
+}
+
+void LatexWriter::endHeading(const SectionHead& head) { os << "}\\label{" << label(head.anchor) << "}\n"; }
+
+void LatexWriter::text(const std::string& text, Mark mark) {
+    const char* command = markCommands[int(mark)];
+    os << command << escape(text) << (*command ? "}" : "");
+}
+
+void LatexWriter::link(const std::string& text, const std::string& target) {
+    os << escape(text) << " (\\texttt{" << escape(target) << "})";
+}
+
+void LatexWriter::image(const std::string& file) { os << "\\includegraphics{" << file << "}"; }
+
+void LatexWriter::bookmark(const std::string& name) { os << "\\label{" << label(name) << "}"; }
+
+void LatexWriter::beginList(bool numbered) {
+    lists.push_back(numbered);
+    os << (numbered ? "\n\\begin{enumerate}\n" : "\n\\begin{itemize}\n");
+}
+
+void LatexWriter::endList() {
+    os << (lists.back() ? "\\end{enumerate}\n" : "\\end{itemize}\n");
+    lists.pop_back();
+}
+
+void LatexWriter::beginTable(unsigned columns) {
+    os << "\n\\begin{tabular}{" << std::string(columns, 'l') << "}\n";
+}
+
+void LatexWriter::beginCell() {
+    if (!firstCell) os << " & ";
+    firstCell = false;
+}
