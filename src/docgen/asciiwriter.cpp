@@ -69,7 +69,6 @@ void AsciiWriter::beginDocument(const DocOutline& outline) { underlined(outline.
 
 void AsciiWriter::beginHeading(const SectionHead& head) {
     flush();
-    os << "\n";
     pending = head.number.empty() ? "" : head.number + " ";
 }
 

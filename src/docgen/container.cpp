@@ -52,6 +52,7 @@ TextParagraph::TextParagraph(const char* text, Mark mark) { add(*new PlainText(t
 
 // Items are written without a paragraph of their own.
 void ItemList::walk(DocWalk& w) const {
+    if (size() == 0) return;  // LaTeX refuses a list without items
     w.writer().beginList(numbered_);
     for (unsigned i = 0; i < size(); ++i) {
         w.writer().beginItem();

@@ -52,6 +52,12 @@ void Numbering::gather(const DocContainer& body, int place, int level) {
 
 }  // namespace
 
+std::vector<IndexEntry> sortedEntries(std::vector<IndexEntry> entries) {
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const IndexEntry& a, const IndexEntry& b) { return a.entry < b.entry; });
+    return entries;
+}
+
 void DocWalk::section(const Section& s) {
     if (!s.isShown() || nextHead >= outline.sections.size()) return;
     const SectionHead& head = outline.sections[nextHead++];

@@ -30,6 +30,9 @@ struct DocOutline {
     std::map<std::string, std::vector<IndexEntry>> indexes;
 };
 
+// The entries of an index in the order of their texts.
+std::vector<IndexEntry> sortedEntries(std::vector<IndexEntry> entries);
+
 class DocWriter {
 public:
     virtual ~DocWriter() = default;

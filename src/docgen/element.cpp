@@ -1,6 +1,8 @@
 // The leaves of a document and how each reaches the writer.
 #include "docgen/element.h"
 
+#include <cstring>
+
 #include "docgen/docwalk.h"
 
 DEFINE_ABSTRACT_CLASS(DocElement, Object, 1, 0)
@@ -35,6 +37,30 @@ void InlineImage::clearCopiedState() {
 const char* const IndexMarker::classes = "classes";
 const char* const IndexMarker::identifiersHTML = "identifiersHTML";
 const char* const IndexMarker::identifiersTex = "identifiersTex";
+
+namespace {
+
+const char* const formats[] = {"HTML", "Tex"};
+
+// The format that ends the index's name, or "".
+std::string formatOf(const std::string& index) {
+    for (const char* format : formats) {
+        size_t n = strlen(format);
+        if (index.size() > n && index.compare(index.size() - n, n, format) == 0) return format;
+    }
+    return "";
+}
+
+}  // namespace
+
+bool IndexMarker::listedIn(const std::string& index, const std::string& format) {
+    std::string own = formatOf(index);
+    return own.empty() || own == format;
+}
+
+std::string IndexMarker::heading(const std::string& index) {
+    return "Index of " + index.substr(0, index.size() - formatOf(index).size());
+}
 
 IndexMarker::IndexMarker(const char* index, const char* entry, const char* target)
     : index_(index), entry_(entry), target_(target) {}

@@ -77,14 +77,19 @@ private:
 };
 
 // An entry of one of the document's indexes, pointing at the section that holds
-// the marker, or at target when it has one. HTML documents list every index but
-// identifiersTex, LaTeX documents every index but identifiersHTML.
+// the marker, or at target when it has one. An index whose name ends in "HTML"
+// or "Tex" is for that format only.
 class IndexMarker : public DocElement {
     DECLARE_MEMBERS(IndexMarker)
 public:
     static const char* const classes;
     static const char* const identifiersHTML;
     static const char* const identifiersTex;
+
+    // Whether the index is listed in a document of format ("HTML" or "Tex").
+    static bool listedIn(const std::string& index, const std::string& format);
+    // The heading of the index's list: "Index of " and its name without the format.
+    static std::string heading(const std::string& index);
 
     IndexMarker(const char* index = classes, const char* entry = "", const char* target = "");
     void walk(DocWalk& w) const override;

@@ -49,11 +49,10 @@ void HtmlWriter::beginDocument(const DocOutline& outline) {
 
 void HtmlWriter::endDocument(const DocOutline& outline) {
     for (const auto& index : outline.indexes) {
-        if (index.first == IndexMarker::identifiersTex) continue;
-        std::vector<IndexEntry> entries = index.second;
-        std::stable_sort(entries.begin(), entries.end(),
-                         [](const IndexEntry& a, const IndexEntry& b) { return a.entry < b.entry; });
-        os << "<section class=\"index\">\n<h2>Index of " << escape(index.first) << "</h2>\n<ul>\n";
+        if (!IndexMarker::listedIn(index.first, "HTML")) continue;
+        std::vector<IndexEntry> entries = sortedEntries(index.second);
+        os << "<section class=\"index\">\n<h2>" << escape(IndexMarker::heading(index.first))
+           << "</h2>\n<ul>\n";
         for (const IndexEntry& e : entries)
             os << "<li><a href=\"" << (e.isAnchor ? "#" : "") << escape(e.target) << "\">" << escape(e.entry)
                << "</a></li>\n";

@@ -67,11 +67,9 @@ void LatexWriter::beginDocument(const DocOutline& outline) {
 
 void LatexWriter::endDocument(const DocOutline& outline) {
     for (const auto& index : outline.indexes) {
-        if (index.first == IndexMarker::identifiersHTML) continue;
-        std::vector<IndexEntry> entries = index.second;
-        std::stable_sort(entries.begin(), entries.end(),
-                         [](const IndexEntry& a, const IndexEntry& b) { return a.entry < b.entry; });
-        os << "\n\\section*{Index of " << escape(index.first) << "}\n\\begin{itemize}\n";
+        if (!IndexMarker::listedIn(index.first, "Tex")) continue;
+        std::vector<IndexEntry> entries = sortedEntries(index.second);
+        os << "\n\\section*{" << escape(IndexMarker::heading(index.first)) << "}\n\\begin{itemize}\n";
         for (const IndexEntry& e : entries) {
             os << "\\item " << escape(e.entry);
             if (e.isAnchor && e.target != "top") os << ", page \\pageref{" << label(e.target) << "}";
