@@ -59,6 +59,27 @@ int rtfGroupBalance(const std::string& rtf) {
     return depth;
 }
 
+bool haveLatex() { return std::system("which latex > /dev/null 2>&1") == 0; }
+
+// Runs latex on source in a directory of its own, with the sample's picture
+// beside it; answers whether a DVI file came out, with latex's transcript.
+bool latexCompiles(const std::string& source, std::string& transcript) {
+    char dir[] = "/tmp/docgenXXXXXX";
+    if (!mkdtemp(dir)) return false;
+    std::string base = std::string(dir) + "/";
+    std::ofstream(base + "report.tex") << source;
+    std::ofstream(base + "plant_graphic.eps") << "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 72 36\n"
+                                                 "newpath 0 0 moveto 72 36 lineto stroke\nshowpage\n";
+    std::string run =
+        "cd " + base + " && latex -interaction=nonstopmode -halt-on-error report.tex > latex.out 2>&1";
+    int status = std::system(run.c_str());
+    std::ifstream log(base + "latex.out");
+    transcript.assign(std::istreambuf_iterator<char>(log), std::istreambuf_iterator<char>());
+    bool made = status == 0 && std::ifstream(base + "report.dvi").good();
+    std::system(("rm -rf " + base).c_str());
+    return made;
+}
+
 class WritersTest : public ::testing::Test {
 protected:
     std::unique_ptr<Section> document{sampleDocument()};
@@ -82,6 +103,25 @@ TEST_F(WritersTest, OutlineNumbersShownSectionsByPlaceAndSkipsEmptyWeakOnes) {
     ASSERT_EQ(outline.indexes["classes"].size(), 1u);
     EXPECT_EQ(outline.indexes["classes"][0].target, outline.sections[1].anchor);
     EXPECT_EQ(outline.indexes["identifiersHTML"][0].target, "Gain_K1.html");
+}
+
+// Deeper counters restart under each new section; a forced section is numbered
+// by its place, and its sections are headed below its own level.
+TEST_F(WritersTest, NumbersRestartAndForcedSectionsHeadTheirChildren) {
+    Section root("Root");
+    Section& a = static_cast<Section&>(root.add(*new Section("A")));
+    static_cast<Section&>(a.add(*new Section("A1"))).add(*new Section("A1a"));
+    a.add(*new Section("A2"));
+    Section& b = static_cast<Section&>(root.add(*new Section("B")));
+    b.add(*new Section("B1"));
+    ForcedSection& forced = static_cast<ForcedSection&>(b.add(*new ForcedSection(1, 3, "F")));
+    forced.add(*new Section("F1"));
+    b.add(*new ForcedSection(0, 2, "Unnumbered"));
+    DocOutline outline = outlineOf(root);
+    std::string got;
+    for (const SectionHead& h : outline.sections)
+        got += h.number + ":" + h.title + "@" + std::to_string(h.level) + " ";
+    EXPECT_EQ(got, "1:A@1 1.1:A1@2 1.1.1:A1a@3 1.2:A2@2 2:B@1 2.1:B1@2 2:F@3 2.2.1:F1@4 :Unnumbered@2 ");
 }
 
 TEST_F(WritersTest, WeakSectionAppearsOnceItHasContent) {
@@ -118,23 +158,25 @@ TEST_F(WritersTest, LatexIsACompleteArticleThatCompiles) {
     EXPECT_NE(latex.find("\\includegraphics{plant_graphic.eps}"), std::string::npos);
     EXPECT_NE(latex.find("50\\% of \\$3 \\#1 \\{x\\}\\_y"), std::string::npos);
     EXPECT_NE(latex.find("\\item K1, page \\pageref{lsec2}"), std::string::npos);
-    if (std::system("which latex > /dev/null 2>&1") != 0)
-        GTEST_SKIP() << "latex is not installed: not compiled";
+    if (!haveLatex()) GTEST_SKIP() << "latex is not installed: not compiled";
+    std::string transcript;
+    EXPECT_TRUE(latexCompiles(latex, transcript)) << transcript;
+}
 
-    char dir[] = "/tmp/docgenXXXXXX";
-    ASSERT_NE(mkdtemp(dir), nullptr);
-    std::string base = std::string(dir) + "/";
-    std::ofstream(base + "report.tex") << latex;
-    std::ofstream(base + "plant_graphic.eps") << "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 72 36\n"
-                                                 "newpath 0 0 moveto 72 36 lineto stroke\nshowpage\n";
-    std::string run =
-        "cd " + base + " && latex -interaction=nonstopmode -halt-on-error report.tex > latex.out 2>&1";
-    int status = std::system(run.c_str());
-    std::ifstream log(base + "latex.out");
-    std::string transcript((std::istreambuf_iterator<char>(log)), std::istreambuf_iterator<char>());
-    EXPECT_EQ(status, 0) << transcript;
-    EXPECT_TRUE(std::ifstream(base + "report.dvi").good());
-    std::system(("rm -rf " + base).c_str());
+// A comment read from LaTeX comes back as LaTeX that compiles.
+TEST_F(WritersTest, LatexReadThenWrittenCompiles) {
+    Section comment("Comment");
+    std::ostringstream errors;
+    ASSERT_TRUE(
+        readLatex("\\section{A \\& B}\n\\noindent \\textbf{x\\_1} costs 5\\%, a\\~{}b $y^2$\\\\\n"
+                  "\\begin{enumerate}\\item one \\begin{itemize}\\item \\texttt{in}\\end{itemize}"
+                  "\\end{enumerate}",
+                  comment, errors));
+    std::string latex = written<LatexWriter>(comment);
+    EXPECT_EQ(latexEnvironmentFault(latex), "");
+    if (!haveLatex()) GTEST_SKIP() << "latex is not installed: not compiled";
+    std::string transcript;
+    EXPECT_TRUE(latexCompiles(latex, transcript)) << latex << transcript;
 }
 
 TEST_F(WritersTest, RtfBracesBalanceAndBookmarksAreThere) {
