@@ -62,7 +62,8 @@ std::string LatexWriter::label(const std::string& name) {
 
 void LatexWriter::beginDocument(const DocOutline& outline) {
     os << "\\documentclass{article}\n\\usepackage{graphicx}\n\\title{" << escape(outline.title)
-       << "}\n\\date{}\n\\begin{document}\n\\maketitle\n\\tableofcontents\n";
+       << "}\n\\date{}\n\\setlength{\\parindent}{0pt}\n\\setlength{\\parskip}{1ex}\n\\begin{document}"
+          "\n\\maketitle\n\\tableofcontents\n";
 }
 
 void LatexWriter::endDocument(const DocOutline& outline) {
@@ -80,11 +81,19 @@ void LatexWriter::endDocument(const DocOutline& outline) {
     os << "\\end{document}\n";
 }
 
+// Headings are starred and carry the walk's number, so that every format shows
+// the same numbers; the contents get them by hand.
 void LatexWriter::beginHeading(const SectionHead& head) {
-    os << "\n\\" << sectionCommand(head.level) << (head.number.empty() ? "*{" : "{");
+    os << "\n\\" << sectionCommand(head.level) << "*{";
+    if (!head.number.empty()) os << head.number << "\\quad ";
 }
 
-void LatexWriter::endHeading(const SectionHead& head) { os << "}\\label{" << label(head.anchor) << "}\n"; }
+void LatexWriter::endHeading(const SectionHead& head) {
+    std::string entry =
+        head.number.empty() ? escape(head.title) : head.number + "\\quad " + escape(head.title);
+    os << "}\\label{" << label(head.anchor) << "}\n\\addcontentsline{toc}{" << sectionCommand(head.level)
+       << "}{" << entry << "}\n";
+}
 
 void LatexWriter::text(const std::string& text, Mark mark) {
     const char* command = markCommands[int(mark)];

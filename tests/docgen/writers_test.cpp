@@ -153,8 +153,8 @@ TEST_F(WritersTest, LatexIsACompleteArticleThatCompiles) {
     std::string latex = written<LatexWriter>(*document);
     EXPECT_EQ(latex.rfind("\\documentclass{article}", 0), 0u);
     EXPECT_EQ(latexEnvironmentFault(latex), "");
-    EXPECT_NE(latex.find("\\subsection{Relationships}"), std::string::npos);
-    EXPECT_NE(latex.find("\\paragraph{Title item}"), std::string::npos);
+    EXPECT_NE(latex.find("\\subsection*{2.1\\quad Relationships}"), std::string::npos);
+    EXPECT_NE(latex.find("\\paragraph*{3\\quad Title item}"), std::string::npos);
     EXPECT_NE(latex.find("\\includegraphics{plant_graphic.eps}"), std::string::npos);
     EXPECT_NE(latex.find("50\\% of \\$3 \\#1 \\{x\\}\\_y"), std::string::npos);
     EXPECT_NE(latex.find("\\item K1, page \\pageref{lsec2}"), std::string::npos);
