@@ -78,15 +78,28 @@ void RtfWriter::bookmark(const std::string& name) {
     os << "{\\*\\bkmkstart " << escape(name) << "}{\\*\\bkmkend " << escape(name) << "}";
 }
 
-void RtfWriter::beginList(bool numbered) { lists.push_back(numbered ? 1 : 0); }
+// A list inside an item ends the item's paragraph first: RTF paragraphs do not nest.
+void RtfWriter::beginList(bool numbered) {
+    if (!lists.empty() && lists.back().itemOpen) {
+        os << "\\par}\n";
+        lists.back().itemOpen = false;
+    }
+    lists.push_back({numbered ? 1 : 0, false});
+}
 
 void RtfWriter::beginItem() {
+    OpenList& list = lists.back();
     os << "{\\pard\\fi-360\\li" << 360 * lists.size() << "\\sa60\\fs24 ";
-    int& number = lists.back();
-    if (number)
-        os << number++ << ".\\tab ";
+    if (list.next)
+        os << list.next++ << ".\\tab ";
     else
         os << "\\bullet\\tab ";
+    list.itemOpen = true;
+}
+
+void RtfWriter::endItem() {
+    if (lists.back().itemOpen) os << "\\par}\n";
+    lists.back().itemOpen = false;
 }
 
 void RtfWriter::beginTable(unsigned n) { columns = std::max(1u, n); }

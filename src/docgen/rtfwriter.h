@@ -22,7 +22,7 @@ public:
     void bookmark(const std::string& name) override;
     void beginList(bool numbered) override;
     void beginItem() override;
-    void endItem() override { os << "\\par}\n"; }
+    void endItem() override;
     void endList() override { lists.pop_back(); }
     void beginTable(unsigned columns) override;
     void beginRow() override;
@@ -36,7 +36,11 @@ public:
 
 private:
     std::ostream& os;
-    std::vector<int> lists;  // the next number of each open list, 0 when bulleted
+    struct OpenList {
+        int next;       // the next item's number, 0 when bulleted
+        bool itemOpen;  // the item's paragraph is still open
+    };
+    std::vector<OpenList> lists;
     unsigned columns = 1;
 };
 
