@@ -7,6 +7,13 @@ namespace {
 
 const char* const markTags[] = {"", "strong", "em", "code"};
 
+// The contents indented by level, tables ruled.
+const char* const style =
+    "<style>\nnav ul { list-style: none; }\nnav .level2 { margin-left: 2em; }\nnav .level3 { margin-left: "
+    "4em; }\n"
+    "nav .level4, nav .level5, nav .level6 { margin-left: 6em; }\n"
+    "td { border: 1px solid #999; padding: 0.2em 0.5em; }\ntable { border-collapse: collapse; }\n</style>\n";
+
 int headingTag(int level) { return std::min(level + 1, 6); }
 
 }  // namespace
@@ -38,7 +45,8 @@ std::string HtmlWriter::escape(const std::string& text) {
 void HtmlWriter::beginDocument(const DocOutline& outline) {
     std::string title = escape(outline.title);
     os << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" << title
-       << "</title>\n</head>\n<body>\n<h1 id=\"top\">" << title << "</h1>\n";
+       << "</title>\n"
+       << style << "</head>\n<body>\n<h1 id=\"top\">" << title << "</h1>\n";
     if (outline.sections.empty()) return;
     os << "<nav>\n<h2>Contents</h2>\n<ul>\n";
     for (const SectionHead& head : outline.sections)
