@@ -8,7 +8,7 @@
 
 // Reads text into into: \section, \subsection and \subsubsection (starred too)
 // as nested sections; itemize and enumerate; \textbf, \emph, \texttt; \noindent;
-// "\~{}" for a tilde and "\\" for a paragraph break; the escaped specials
+// "\~{}" for a tilde and "\\" for a paragraph break; the escaped reserved characters
 // (\%, \&, \_, \#, \$, \{, \}); inline math kept as text; % comments dropped.
 // The text is read element by element (paragraphs, lists, headings): an element
 // with unbalanced braces, an unknown environment or an \end without its \begin

@@ -31,7 +31,7 @@ public:
     void endRow() override { os << " \\\\\n"; }
     void endTable() override { os << "\\end{tabular}\n\n"; }
 
-    // The text with LaTeX's special characters written as commands.
+    // The text with the characters that LaTeX reserves written as commands.
     static std::string escape(const std::string& text);
     // A label made of letters and digits only, unique for distinct names.
     static std::string label(const std::string& name);

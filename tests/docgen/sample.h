@@ -19,11 +19,11 @@ inline Section* sampleDocument() {
     blocks.add(*new IndexMarker(IndexMarker::identifiersHTML, "K1", "Gain_K1.html"));
     blocks.add(*new IndexMarker(IndexMarker::identifiersTex, "K1"));
     blocks.add(*new Bookmark("gainMark"));
-    Paragraph& specials = static_cast<Paragraph&>(blocks.add(*new Paragraph));
-    specials.add(*new PlainText("Specials: a < b & c > d, 50% of $3 #1 {x}_y ~ ^ \\ \"q\" 'a' "));
-    specials.add(*new PlainText("bold", Mark::Bold));
-    specials.add(*new PlainText("italic", Mark::Italic));
-    specials.add(*new PlainText("code", Mark::Code));
+    Paragraph& symbols = static_cast<Paragraph&>(blocks.add(*new Paragraph));
+    symbols.add(*new PlainText("Symbols: a < b & c > d, 50% of $3 #1 {x}_y ~ ^ \\ \"q\" 'a' "));
+    symbols.add(*new PlainText("bold", Mark::Bold));
+    symbols.add(*new PlainText("italic", Mark::Italic));
+    symbols.add(*new PlainText("code", Mark::Code));
     std::string words;
     for (int i = 0; i < 60; ++i) words += "gain" + std::to_string(i) + " ";
     words += std::string(100, 'x');  // a word longer than a line

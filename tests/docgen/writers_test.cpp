@@ -208,6 +208,26 @@ TEST_F(WritersTest, AsciiWrapsAt78ColumnsAndUnderlinesHeadings) {
     EXPECT_EQ(found, headings.size());
 }
 
+TEST_F(WritersTest, AsciiListsAndTablesKeepTheirShape) {
+    std::string ascii = written<AsciiWriter>(*document);
+    for (const char* line :
+         {"\n1. first step\n", "\n2. second step\n", "\n    * inner point\n", "\ninput | u1\n"})
+        EXPECT_NE(ascii.find(line), std::string::npos) << line;
+}
+
+// A document of a title alone: each format is still whole.
+TEST(Writers, DocumentWithoutSectionsIsWellFormed) {
+    Section empty("Nothing yet");
+    EXPECT_EQ(htmlTagFault(written<HtmlWriter>(empty)), "");
+    EXPECT_EQ(rtfGroupBalance(written<RtfWriter>(empty)), 0);
+    EXPECT_EQ(written<AsciiWriter>(empty), "Nothing yet\n***********\n\n");
+    std::string latex = written<LatexWriter>(empty);
+    EXPECT_EQ(latexEnvironmentFault(latex), "");
+    if (!haveLatex()) GTEST_SKIP() << "latex is not installed: not compiled";
+    std::string transcript;
+    EXPECT_TRUE(latexCompiles(latex, transcript)) << transcript;
+}
+
 TEST_F(WritersTest, DeepCopyOwnsItsElements) {
     std::string before = written<HtmlWriter>(*document);
     std::unique_ptr<Section> copy(static_cast<Section*>(document->deepCopy()));
