@@ -12,7 +12,7 @@ cd "$(dirname "$0")/.."
 # editors (offscreen), whose drawings own and share many objects: the sanitizer
 # pass repeats them.
 core_suites=(quill_tests algebra_tests control_tests reverse_tests interpreter_tests fuzz_replay_tests
-  editor_tests model_tests gui_tests docgen_tests)
+  editor_tests model_tests gui_tests docgen_tests debugger_tests)
 
 mode=all
 for arg in "$@"; do

@@ -86,6 +86,8 @@ InterpreterPanel::~InterpreterPanel() noexcept(false) {
     if (executer && validObject(executer)) unwatch();
     if (ownsParser) delete parser;
     delete panes_;
+    lineStarts.deleteContents();
+    breakpoints_.deleteContents();
 }
 
 void InterpreterPanel::build() {
