@@ -14,6 +14,7 @@
 #include "editor/drawfile.h"
 #include "editor/iconmeta.h"
 #include "editor/semantic.h"
+#include "graphtest.h"
 #include "quill/symbol.h"
 
 namespace {
@@ -186,4 +187,16 @@ TEST(DocumentTest, unwritableDirectory) {
     std::string message = writeDrawingDocument("ascii", file.c_str()).asCharPointer();
     chmod(directory.c_str(), 0755);
     EXPECT_EQ("Cannot write the file " + directory + "/feedback_.txt, check permission.", message);
+}
+
+using DocumentEditorTest = GraphEditorTest;
+
+// The command of the editor writes the page of the drawing on the screen, its picture beside it.
+TEST_F(DocumentEditorTest, createDocumentCommand) {
+    std::string file = drawingCopy();
+    ASSERT_TRUE(editor->load(file.c_str()));
+    EXPECT_EQ(nullptr, editor->semantic().executeCommand("Create Document (HTML)"));
+    std::string base = file.substr(0, file.size() - 4);
+    EXPECT_EQ("", has(fileText(base + "_.html"), "The plant: a DC motor"));
+    EXPECT_FALSE(fileText(base + "_graphic.gif").empty());
 }
