@@ -45,6 +45,18 @@ Section& sectionNamed(Section& root, const std::string& name) {
     return static_cast<Section&>(root.add(*new WeakSection(name.c_str())));
 }
 
+const char* LABELS() { return "LABELS"; }
+
+// Puts value into the item under category, in place of a former value.
+void setField(IconMetaData& item, IconCategory category, Object* value, const DocGenData& docData) {
+    if (item.includes(category()))
+        item.replace(value, category, IconFieldEdt::notEditable(), docData);
+    else if (docData.isValid())
+        item.add(value, category, IconFieldEdt::notEditable(), docData);
+    else
+        item.add(category, value);
+}
+
 DocWriter* writerFor(int kind, std::ostream& os) {
     switch (kind) {
         case DOCUMENT_HTML:
@@ -112,13 +124,17 @@ String& Semantic::writeGraphicFile(String& result, int kind, const char* baseNam
     return result;
 }
 
+// Nodes are titled by their labels, and labelled links show their labels.
 void Semantic::documentFields(IconNode& icon) {
     if (icon.metaDataCltn().isEmpty()) return;
     IconMetaData& item = *CAST(IconMetaData, icon.metaDataCltn().first());
-    if (!item.includes(iconcat::TITLE())) {
-        String title = icon.iconLabel() ? icon.iconLabel()->text : String();
-        item.add(iconcat::TITLE, new String(title.size() > 0 ? title : icon.name()));
+    if (icon.isKindOf(class_ClassArc)) {
+        setField(item, LABELS, CAST(ClassArc, &icon)->labels().deepCopy(), DocGenData("Labels", 1));
+        return;
     }
+    if (icon.isKindOf(class_IconArc)) return;
+    String title = icon.iconLabel() ? icon.iconLabel()->text : String();
+    setField(item, iconcat::TITLE, new String(title.size() > 0 ? title : icon.name()), DocGenData::none());
     if (!item.includes(iconcat::CLASS())) item.add(iconcat::CLASS, new Symbol(icon.className()));
     if (!item.includes(iconcat::FILE())) item.add(iconcat::FILE, new String);
 }
@@ -140,8 +156,8 @@ Section* Semantic::composeDocument(int kind) {
     icons.addContentsOf(drawingIcons());
     for (unsigned i = 0; i < icons.size(); ++i) {
         IconNode& icon = *CAST(IconNode, icons.at(i));
-        if (icon.isKindOf(class_IconArc)) continue;
         documentFields(icon);
+        if (icon.isKindOf(class_IconArc)) continue;
         IconMetaData* first = 0;
         for (unsigned m = 0; m < icon.metaDataCltn().size(); ++m) {
             const IconMetaData& item = *CAST(IconMetaData, icon.metaDataCltn().at(m));

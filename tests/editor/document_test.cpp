@@ -90,7 +90,10 @@ TEST(DocumentTest, exampleDrawingInEveryFormat) {
           "Index of identifiers", "<img src=\"feedback_graphic.gif\""}},
         {"latex", ".tex", ".ps", {"\\begin{document}", "\\end{document}", "Plant", "feedback_graphic.ps"}},
         {"rtf", ".rtf", ".gif", {"{\\rtf", "Plant", "Description", "\\bkmkstart"}},
-        {"ascii", ".txt", ".ps", {"Plant\n-----", "The plant: a DC motor", "Relationships", "Sensor"}},
+        {"ascii",
+         ".txt",
+         ".ps",
+         {"Plant\n-----", "The plant: a DC motor", "Relationships", "Sensor", "* measure\n* y1"}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.kind);
