@@ -57,6 +57,13 @@ void setField(IconMetaData& item, IconCategory category, Object* value, const Do
         item.add(category, value);
 }
 
+// The label of an icon, or its name when it has none.
+String shownName(IconNode* icon) {
+    if (!icon) return String();
+    if (icon->iconLabel() && icon->iconLabel()->text.size() > 0) return icon->iconLabel()->text;
+    return icon->name();
+}
+
 DocWriter* writerFor(int kind, std::ostream& os) {
     switch (kind) {
         case DOCUMENT_HTML:
@@ -124,17 +131,20 @@ String& Semantic::writeGraphicFile(String& result, int kind, const char* baseNam
     return result;
 }
 
-// Nodes are titled by their labels, and labelled links show their labels.
+// Nodes are titled by their labels, links by the labels of their ends, and
+// labelled links show their labels.
 void Semantic::documentFields(IconNode& icon) {
     if (icon.metaDataCltn().isEmpty()) return;
     IconMetaData& item = *CAST(IconMetaData, icon.metaDataCltn().first());
-    if (icon.isKindOf(class_ClassArc)) {
-        setField(item, LABELS, CAST(ClassArc, &icon)->labels().deepCopy(), DocGenData("Labels", 1));
+    if (icon.isKindOf(class_IconArc)) {
+        IconArc& link = *CAST(IconArc, &icon);
+        String title = shownName(link.from()) + " -> " + shownName(link.to());
+        setField(item, iconcat::TITLE, new String(title), DocGenData::none());
+        if (icon.isKindOf(class_ClassArc))
+            setField(item, LABELS, CAST(ClassArc, &icon)->labels().deepCopy(), DocGenData("Labels", 1));
         return;
     }
-    if (icon.isKindOf(class_IconArc)) return;
-    String title = icon.iconLabel() ? icon.iconLabel()->text : String();
-    setField(item, iconcat::TITLE, new String(title.size() > 0 ? title : icon.name()), DocGenData::none());
+    setField(item, iconcat::TITLE, new String(shownName(&icon)), DocGenData::none());
     if (!item.includes(iconcat::CLASS())) item.add(iconcat::CLASS, new Symbol(icon.className()));
     if (!item.includes(iconcat::FILE())) item.add(iconcat::FILE, new String);
 }
