@@ -64,6 +64,16 @@ String shownName(IconNode* icon) {
     return icon->name();
 }
 
+// The texts, one to a line.
+String* linesOf(const OrderedCltn& texts) {
+    String* lines = new String;
+    for (unsigned i = 0; i < texts.size(); ++i) {
+        if (i > 0) *lines += "\n";
+        *lines += *CAST(String, texts.at(i));
+    }
+    return lines;
+}
+
 DocWriter* writerFor(int kind, std::ostream& os) {
     switch (kind) {
         case DOCUMENT_HTML:
@@ -141,7 +151,7 @@ void Semantic::documentFields(IconNode& icon) {
         String title = shownName(link.from()) + " -> " + shownName(link.to());
         setField(item, iconcat::TITLE, new String(title), DocGenData::none());
         if (icon.isKindOf(class_ClassArc))
-            setField(item, LABELS, CAST(ClassArc, &icon)->labels().deepCopy(), DocGenData("Labels", 1));
+            setField(item, LABELS, linesOf(CAST(ClassArc, &icon)->labels()), DocGenData("Labels", 1));
         return;
     }
     setField(item, iconcat::TITLE, new String(shownName(&icon)), DocGenData::none());

@@ -93,7 +93,7 @@ TEST(DocumentTest, exampleDrawingInEveryFormat) {
         {"ascii",
          ".txt",
          ".ps",
-         {"Plant\n-----", "The plant: a DC motor", "Relationships", "Plant -> Sensor", "* measure\n* y1"}},
+         {"Plant\n-----", "The plant: a DC motor", "Relationships", "Plant -> Sensor", "measure\n\ny1"}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.kind);
