@@ -5,6 +5,8 @@
 #include "editor/iconfld.h"
 #include "quill/orderedc.h"
 
+class Section;
+
 extern Class class_IconMetaData;
 
 // The fields of one item, and the fields of the items merged into it that
@@ -49,6 +51,10 @@ public:
     // by field; with a secondary id on both sides, other's fields become a
     // merged item instead.
     IconMetaData& operator+=(const IconMetaData& other);
+
+    // The item's section of the document, a new one; null when it would be
+    // empty and the item does not allow that.
+    Section* document() const;
 
     void clearCopiedState() override;
     void deepenShallowCopy() override;

@@ -341,22 +341,6 @@ void Semantic::transformNames(IconNode& icon, OrderedCltn& cltn) {
         cltn.add(*new String("IconArc"));
 }
 
-// ---------------------------------------------------------------- documents
-
-String& Semantic::documentCreator(String& result) { return result = "Tarn"; }
-
-String& Semantic::documentFileName(String& result, int kind) {
-    static const char* const extensions[] = {".html", ".tex", ".txt", ".rtf"};
-    result = attached().baseName();
-    result += "_";
-    result += extensions[kind];
-    return result;
-}
-
-const char* Semantic::createDocument(int) {
-    return "Documents are not available: this version of Tarn has no document generator";
-}
-
 String& Semantic::commentFileName(String& result, IconNode&) {
     result = "edit_";
     result += attached().baseName();

@@ -3,6 +3,8 @@
 #ifndef EDITOR_SEMANTIC_H
 #define EDITOR_SEMANTIC_H
 
+#include <vector>
+
 #include "quill/point.h"
 #include "quill/quillstr.h"
 
@@ -12,7 +14,9 @@ class GraphEditor;
 class IconArc;
 class IconNode;
 class OrderedCltn;
+class IconMetaData;
 class ParamEditor;
+class Section;
 
 extern Class class_Semantic;
 extern Symbol CommentKey;  // the key of the user data of a comment's editor
@@ -56,6 +60,9 @@ public:
     void enableDocumentCommands(bool flag);
     // Opens the file read-only in a child window titled title.
     const char* viewFile(const char* fileName, const char* title);
+    // Documents without a window: the drawing's icons, which stay the
+    // caller's, and the file it was read from.
+    void setDrawing(Dictionary& icons, const char* fileName);
 
     // The operations a kind of drawing redefines.
     virtual void setEditorSizes();
@@ -119,7 +126,15 @@ public:
     virtual String& documentFileName(String& result, int kind);
     virtual String& writeGraphicFile(String& result, int kind, const char* baseName);
     virtual const char* fileExtension();
-    virtual const char* createDocument(int kind);
+    // Writes the document of the kind, composing it when none is given;
+    // answers null or the message.
+    virtual const char* createDocument(int kind, Section* document = 0);
+    virtual Section* composeDocument(int kind);
+    virtual void beforeDocumentWrite(Section& document, int kind);
+    // The fields that a kind of drawing gives to the document of an icon.
+    virtual void documentFields(IconNode& icon);
+    // The document's title item, a new one.
+    virtual IconMetaData* titleMetaData();
     virtual String& commentFileName(String& result, IconNode& icon);
 
     // The pooled parameter dialogues tell their end here.
@@ -132,6 +147,13 @@ protected:
 
 private:
     GraphEditor& attached() const;
+    const Dictionary& drawingIcons() const;
+    String drawingBase() const;
+    // The pictures of the icons for a drawing read without a window.
+    void drawingPictures(OrderedCltn& pictures) const;
+    void makeDocumentSection(std::vector<IconMetaData*>& items, Section& document);
+    void fillDocument(std::vector<IconMetaData*>& items, Section& document);
+    void addMetaDataToSection(Section& root, const IconMetaData& item);
     void returnToPool(ParamEditor& dialog, const Class& cls);
     ParamEditor* takeFromPool(const Class& cls);
 
@@ -139,6 +161,8 @@ private:
     int height_;
     bool modified;
     GraphEditor* editor;
+    Dictionary* headlessIcons = 0;
+    String headlessFile;
 };
 
 #endif

@@ -13,8 +13,7 @@
 #include "quill/orderedc.h"
 #include "quill/quillerr.h"
 #include "quill/validobj.h"
-#include "trellis/drawarea.h"
-#include "trellis/printdlg.h"
+#include "trellis/shell.h"
 
 Symbol CommentKey("CommentKey");
 
@@ -145,21 +144,4 @@ void Semantic::closeComment(Object* userData) {
     if (!userData || !userData->isKindOf(class_Assoc)) return;
     commentedIcon(userData);
     delete userData;
-}
-
-// ---------------------------------------------------------------- the picture for documents
-
-String& Semantic::writeGraphicFile(String& result, int kind, const char* baseName) {
-    PrintOptions settings;
-    bool gif = kind == DOCUMENT_HTML || kind == DOCUMENT_RTF;
-    settings.kind = gif ? PrintOptions::GIF : PrintOptions::POSTSCRIPT;
-    settings.width = kind == DOCUMENT_HTML ? 60 : kind == DOCUMENT_RTF ? 100 : 18;
-    settings.height = kind == DOCUMENT_HTML ? 40 : kind == DOCUMENT_RTF ? 75 : 18;
-    result = baseName;
-    result += gif ? ".gif" : ".ps";
-    settings.fileName = result;
-    FloatRect world(0, 0, width_, height_);
-    if (!printDrawing(attached().gui().drawArea().list(), world, settings))
-        result = formatText("Cannot write the picture %s", settings.fileName.asCharPointer());
-    return result;
 }

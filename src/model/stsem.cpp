@@ -368,19 +368,3 @@ DiagramFile::~DiagramFile() {
     drawing->deepDeleteContents();
     delete drawing;
 }
-
-void deleteDrawing(Dictionary& icons, Semantic* semantic) {
-    OrderedCltn all;
-    all.addContentsOf(icons);
-    icons.removeAll();
-    for (unsigned i = 0; i < all.size(); ++i) {
-        IconNode* icon = CAST(IconNode, all.at(i));
-        icon->release();
-        if (icon->isKindOf(class_IconArc))
-            semantic->deleteLink(CAST(IconArc, icon));
-        else
-            semantic->deleteIcon(icon);
-    }
-    delete &icons;
-    delete semantic;
-}

@@ -9,6 +9,7 @@
 
 #include "algebra/matrix.h"
 #include "algebra/vector.h"
+#include "editor/drawfile.h"
 #include "gui/plot.h"
 #include "model/bstsem.h"
 #include "model/network.h"
@@ -166,10 +167,6 @@ private:
 
 // A block diagram file read without a window: its semantic with the icons it refers to, all
 // owned until the end.
-// Deletes the icons of a drawing as the editor does, through its semantic, then the semantic and
-// the dictionary.
-void deleteDrawing(Dictionary& icons, Semantic* semantic);
-
 class DiagramFile {
 public:
     explicit DiagramFile(const char* fileName);

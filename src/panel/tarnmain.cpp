@@ -8,6 +8,7 @@
 #include <iostream>
 #include <string>
 
+#include "editor/drawfile.h"
 #include "editor/fileedt.h"
 #include "editor/graphdrv.h"
 #include "gui/plot.h"
@@ -192,13 +193,23 @@ int runDebugger(const String& fileName) {
     return 0;
 }
 
-// -run, -design and -model work without windows; the other modes plot the language's values in the plot
-// window and debug its modules in the debugger.
+// The document of a drawing written beside it, without a window.
+int runDocument(const String& kind) {
+    if (Argc != 2) return usageError();
+    String message = writeDrawingDocument(kind.asCharPointer(), fileArgument());
+    if (message.size() == 0) return 0;
+    std::cerr << message << std::endl;
+    return 1;
+}
+
+// -run, -design, -model and -document work without windows; the other modes plot the language's values in the
+// plot window and debug its modules in the debugger.
 int dispatchMode() {
     String program;
     if (findOption("-run", program)) return runProgram(program);
     if (findOption("-design", program)) return runDesign(program);
     if (findOption("-model", program)) return runModel(program);
+    if (findOption("-document", program)) return runDocument(program);
     setPlotOpener(openPlotWindow);
     setModuleDebugger(makeModuleDebugger);
     if (findOption("-debug", program)) return runDebugger(program);
@@ -235,6 +246,7 @@ const OptionLine optionLines[] = {
     {"  -matlab dir", "write the Matlab script <title>.m into dir"},
     {"  -discretize T", "discretise the model at the period T (s)"},
     {"  -poles", "print the model's poles"},
+    {"-document kind file.edt", "write the document of a drawing beside it: html, latex, rtf or ascii"},
     {"-debug file.cxx", "open the source-level debugger on an interpreted program"},
     {"-blockDiagram [file.bdg]", "edit a block diagram"},
     {"-interpreter", "open the resident interpreter window"},
