@@ -128,9 +128,7 @@ const char* Semantic::executeCommand(const char* name) {
     for (const DocumentCommand& command : documentCommands) {
         if (strcmp(name, command.text) != 0) continue;
         if (command.kind >= 0) return createDocument(command.kind);
-        String file;
-        documentFileName(file, DOCUMENT_ASCII);
-        return viewFile(file.asCharPointer(), (String("ASCII Document: ") + file).asCharPointer());
+        return viewDocument(DOCUMENT_ASCII);
     }
     return 0;
 }

@@ -131,6 +131,9 @@ public:
     virtual const char* createDocument(int kind, Section* document = 0);
     virtual Section* composeDocument(int kind);
     virtual void beforeDocumentWrite(Section& document, int kind);
+    // Called before an item's document joins its section: a kind of drawing may change either.
+    virtual void beforeSectionInsert(Section& section, Section& document, const IconMetaData& item);
+    virtual const char* viewDocument(int kind);
     // The fields that a kind of drawing gives to the document of an icon.
     virtual void documentFields(IconNode& icon);
     // The document's title item, a new one.

@@ -262,7 +262,17 @@ void Semantic::addMetaDataToSection(Section& root, const IconMetaData& item) {
     }
     Section* target = &sectionNamed(root, outer);
     if (!inner.empty()) target = &sectionNamed(*target, inner);
+    beforeSectionInsert(*target, *document, item);
     target->add(*document);
+}
+
+void Semantic::beforeSectionInsert(Section&, Section&, const IconMetaData&) {}
+
+// The document of that kind, written before, in a read-only window.
+const char* Semantic::viewDocument(int kind) {
+    String file;
+    documentFileName(file, kind);
+    return viewFile(file.asCharPointer(), (String("ASCII Document: ") + file).asCharPointer());
 }
 
 const char* Semantic::createDocument(int kind, Section* document) {
