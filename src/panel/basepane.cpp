@@ -5,8 +5,11 @@
 
 #include <climits>
 
+#include "editor/textshow.h"
 #include "quill/cback.h"
+#include "quill/quillerr.h"
 #include "trellis/ask.h"
+#include "trellis/dispatch.h"
 #include "trellis/form.h"
 #include "trellis/label.h"
 #include "trellis/menu.h"
@@ -34,7 +37,9 @@ String currentDirectory() {
 BaseCmndPanel::BaseCmndPanel(const char* title, const char* variable)
     : window(new CppShell("CmndPanel", topLevelWidget, title)),
       variable(variable),
-      editorTable(EDITOR_CAPACITY) {
+      editorTable(EDITOR_CAPACITY),
+      batchWindow(0),
+      open(true) {
     layout = new CppForm("CmndPanelForm", window);
     bar = new MenuBar("MenuBar", layout);
     layout->attachAt(*bar, 0, 0);
@@ -53,6 +58,7 @@ BaseCmndPanel::BaseCmndPanel(const char* title, const char* variable)
 BaseCmndPanel::~BaseCmndPanel() noexcept(false) {
     destroyEditors();
     deleteClosed();
+    delete batchWindow;
     if (validObject(window)) delete window;
 }
 
@@ -65,23 +71,24 @@ void BaseCmndPanel::buildMenus() {
 }
 
 void BaseCmndPanel::start() {
-    commands->addSeparator();
-    commands->addChoice("Change &Dir...  | Alt+D");
-    commands->addChoice("&Quit | Alt+Q");
+    addToolEntries();
     window->realize();
 }
 
-void BaseCmndPanel::commandChosen(Cback& cb) { menuCommand(commands->choiceOf(cb).asCharPointer()); }
-
-void BaseCmndPanel::menuCommand(const char* label) {
-    deleteClosed();
-    String entry(label);
-    if (entry == "Change Dir...") {
-        String name(directory);
-        if (askDirectory(name, "Change Dir...", "Change Dir...")) chDir(name.asCharPointer());
-    } else if (entry == "Quit")
-        quit();
+void BaseCmndPanel::run() {
+    if (!topLevelWidget->isRealized()) topLevelWidget->realize();
+    while (open) {
+        try {
+            dispatchOne();
+        } catch (TarnException* e) {
+            showMessage(e->what(), "Error", MESSAGE_ERROR);
+            delete e;
+        }
+    }
+    exitLoop(0);
 }
+
+void BaseCmndPanel::commandChosen(Cback& cb) { menuCommand(commands->choiceOf(cb).asCharPointer()); }
 
 void BaseCmndPanel::helpChosen(Cback&) { about(); }
 
@@ -115,6 +122,7 @@ bool BaseCmndPanel::quit() {
         return false;
     destroyEditors();
     window->close();
+    open = false;
     cbackOn(CmndPanelClosed);
     return true;
 }

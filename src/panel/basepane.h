@@ -12,6 +12,7 @@ class CppLabel;
 class CppShell;
 class MenuBar;
 class PulldownMenu;
+class TextShower;
 
 extern Class class_BaseCmndPanel;
 
@@ -25,6 +26,9 @@ public:
     BaseCmndPanel& operator=(const BaseCmndPanel&) = delete;
     ~BaseCmndPanel() noexcept(false) override;
 
+    // The panel's loop until it is quit. Each pass over the events runs in a catch frame: an
+    // error that escapes a command is reported, and the panel goes on.
+    void run();
     // The entry of the "Command" menu, without "&" and what follows "|".
     virtual void menuCommand(const char* label);
     // A file dropped on the window; the base knows no kind of file.
@@ -57,6 +61,17 @@ protected:
     virtual const char* aboutText() const = 0;
 
 private:
+    // --- The tools (basecmd.cpp) ---
+    void addToolEntries();
+    void make();
+    void terminal();
+    void runProgram();
+    void batchProcessing();
+    void showBatchLog(const char* log);
+    void batchWindowClosing(Cback& cb);
+    void startFromRoot(const char* tool, const char* argument);
+    void changeDirectory();
+
     void buildMenus();
     void commandChosen(Cback& cb);
     void helpChosen(Cback& cb);
@@ -75,6 +90,8 @@ private:
     String variable;
     OrderedCltn editorTable;
     OrderedCltn closedEditors;  // closed from their own events: deleted at the next command
+    TextShower* batchWindow;    // made at the first batch, hidden when closed
+    bool open;
 };
 
 #endif

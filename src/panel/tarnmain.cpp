@@ -159,8 +159,7 @@ const char* fileArgument() { return Argc > 1 ? Argv[1] : ""; }
 // The command panel until it is quit; the applications opened from it close with it.
 int runCommandPanel() {
     CmndPanel panel(programDirectory.asCharPointer());
-    panel.addCback(CmndPanelClosed, quitCallback);
-    runMainLoop();
+    panel.run();
     return 0;
 }
 

@@ -131,6 +131,21 @@ TEST_F(CmndPanelTest, examplesAndRecentFilesOpenWithADoubleClick) {
     EXPECT_EQ(1, panel->recentList().itemCount());
 }
 
+TEST_F(CmndPanelTest, toolsUnderTarnPathReportWhatIsMissing) {
+    const char* former = getenv("TARN_PATH");
+    std::string saved = former ? former : "";
+    unsetenv("TARN_PATH");
+    panel->menuCommand("Start Tarn Animator");
+    setenv("TARN_PATH", directory.c_str(), 1);
+    panel->menuCommand("Lumen on Tarn Library");
+    setenv("TARN_PATH", saved.c_str(), 1);
+    if (!former) unsetenv("TARN_PATH");
+    EXPECT_EQ((std::vector<std::string>{
+                  "Tarn Panel: TARN_PATH environment variable not found",
+                  "Tarn Panel: Error on exec command\n\n" + directory + "/bin/lumen cppTarn.lum"}),
+              answers.messages);
+}
+
 TEST(RecentFilesTest, keepsTheLastTenOnceEachTheNewestFirst) {
     std::string path = std::string("/tmp/tarn_recent_") + std::to_string(getpid()) + "/list";
     RecentFiles files(path);

@@ -1,0 +1,136 @@
+// BaseCmndPanel's commands: the tools, the batch processing and the file operations.
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "editor/textshow.h"
+#include "panel/basepane.h"
+#include "panel/batch.h"
+#include "panel/fileops.h"
+#include "panel/tools.h"
+#include "quill/cback.h"
+#include "trellis/ask.h"
+#include "trellis/menu.h"
+#include "trellis/shell.h"
+
+namespace {
+
+const char* const toolEntries[] = {"&Make | Alt+M",
+                                   "&Terminal | Alt+T",
+                                   "&Run Program| Alt+P",
+                                   "&Batch processing | Alt+B",
+                                   0,
+                                   "Change &Dir...  | Alt+D",
+                                   "&Copy file...   | Alt+C",
+                                   "&Move file...   | Alt+V",
+                                   "&Remove file... | Alt+R",
+                                   0,
+                                   "Lumen on Tarn Library",
+                                   "Start Tarn Animator",
+                                   0,
+                                   "&Quit | Alt+Q"};
+
+// The script in the tools' folder, written afresh so that it carries the environment in force.
+std::string toolScript(const char* name) {
+    std::string folder = toolFolder();
+    writeToolScripts(folder);
+    return folder + name;
+}
+
+}  // namespace
+
+void BaseCmndPanel::addToolEntries() {
+    commands->addSeparator();
+    for (const char* entry : toolEntries)
+        if (entry)
+            commands->addChoice(entry);
+        else
+            commands->addSeparator();
+}
+
+void BaseCmndPanel::menuCommand(const char* label) {
+    deleteClosed();
+    String entry(label);
+    if (entry == "Make")
+        make();
+    else if (entry == "Terminal")
+        terminal();
+    else if (entry == "Run Program")
+        runProgram();
+    else if (entry == "Batch processing")
+        batchProcessing();
+    else if (entry == "Change Dir...")
+        changeDirectory();
+    else if (entry == "Copy file...")
+        copyFile();
+    else if (entry == "Move file...")
+        moveFile();
+    else if (entry == "Remove file...")
+        removeFile();
+    else if (entry == "Lumen on Tarn Library")
+        startFromRoot("/bin/lumen", "cppTarn.lum");
+    else if (entry == "Start Tarn Animator")
+        startFromRoot("/motionpane", 0);
+    else if (entry == "Quit")
+        quit();
+}
+
+// The makefile of the work directory, or a ".mak" file asked for.
+void BaseCmndPanel::make() {
+    String file("makefile");
+    if (access("makefile", R_OK) != 0 && access("Makefile", R_OK) != 0 &&
+        !askFileName(file, "Make", "Make file", ".mak", false))
+        return;
+    if (access(file.asCharPointer(), R_OK) != 0) file = "Makefile";
+    startCommand({toolScript("/tarn_make.sh"), "-f", file.asCharPointer()});
+}
+
+void BaseCmndPanel::terminal() { startCommand({toolScript("/tarn_term.sh")}); }
+
+void BaseCmndPanel::runProgram() {
+    String file;
+    if (!askFileName(file, "Run file", "File to run", "", false) || file.size() == 0) return;
+    std::string path = file.asCharPointer();
+    if (path.find('/') == std::string::npos) path = "./" + path;
+    startCommand({path});
+}
+
+// The ".bdc" list asked for, its documents written, and the log in the "Batch Window".
+void BaseCmndPanel::batchProcessing() {
+    String list;
+    if (!askFileName(list, "Build Documents", "Build list", ".bdc", false) || list.size() == 0) return;
+    std::string log;
+    buildDocuments(list.asCharPointer(), "html", log);
+    showBatchLog(log.c_str());
+}
+
+void BaseCmndPanel::showBatchLog(const char* log) {
+    if (!batchWindow) {
+        batchWindow = new TextShower("BatchWindow", 0, "Batch Window");
+        batchWindow->getShell().addCback(WindowManagerCloseRequest,
+                                         cbackMethod<&BaseCmndPanel::batchWindowClosing>, *this);
+    }
+    batchWindow->show(log);
+    batchWindow->getShell().realize();
+    batchWindow->getShell().raise();
+}
+
+void BaseCmndPanel::batchWindowClosing(Cback&) { batchWindow->getShell().close(); }
+
+// A tool under the root that the panel's variable names.
+void BaseCmndPanel::startFromRoot(const char* tool, const char* argument) {
+    const char* root = std::getenv(variable.asCharPointer());
+    if (!root || !*root) {
+        showMessage("TARN_PATH environment variable not found", "Tarn Panel", MESSAGE_ERROR);
+        return;
+    }
+    std::vector<std::string> words = {std::string(root) + tool};
+    if (argument) words.push_back(argument);
+    startCommand(words);
+}
+
+void BaseCmndPanel::changeDirectory() {
+    String name(directory);
+    if (askDirectory(name, "Change Dir...", "Change Dir...")) chDir(name.asCharPointer());
+}
