@@ -11,6 +11,7 @@
 #include "panel/tools.h"
 #include "quill/cback.h"
 #include "trellis/ask.h"
+#include "trellis/console.h"
 #include "trellis/menu.h"
 #include "trellis/shell.h"
 
@@ -19,6 +20,7 @@ namespace {
 const char* const toolEntries[] = {"&Make | Alt+M",
                                    "&Terminal | Alt+T",
                                    "&Run Program| Alt+P",
+                                   "&Show standard output | Alt+S",
                                    "&Batch processing | Alt+B",
                                    0,
                                    "Change &Dir...  | Alt+D",
@@ -58,6 +60,8 @@ void BaseCmndPanel::menuCommand(const char* label) {
         terminal();
     else if (entry == "Run Program")
         runProgram();
+    else if (entry == "Show standard output")
+        showStandardOutput();
     else if (entry == "Batch processing")
         batchProcessing();
     else if (entry == "Change Dir...")
@@ -102,21 +106,26 @@ void BaseCmndPanel::batchProcessing() {
     if (!askFileName(list, "Build Documents", "Build list", ".bdc", false) || list.size() == 0) return;
     std::string log;
     buildDocuments(list.asCharPointer(), "html", log);
-    showBatchLog(log.c_str());
+    showText(batchWindow, "Batch Window", log.c_str());
 }
 
-void BaseCmndPanel::showBatchLog(const char* log) {
-    if (!batchWindow) {
-        batchWindow = new TextShower("BatchWindow", 0, "Batch Window");
-        batchWindow->getShell().addCback(WindowManagerCloseRequest,
-                                         cbackMethod<&BaseCmndPanel::batchWindowClosing>, *this);
+// What the program wrote on cout and cerr, as the console holds it.
+void BaseCmndPanel::showStandardOutput() {
+    showText(outputWindow, "Panel cout / cerr", console ? console->text().asCharPointer() : "");
+}
+
+void BaseCmndPanel::showText(TextShower*& shower, const char* title, const char* text) {
+    if (!shower) {
+        shower = new TextShower("TextShower", 0, title);
+        shower->getShell().addCback(WindowManagerCloseRequest, cbackMethod<&BaseCmndPanel::showerClosing>,
+                                    *this);
     }
-    batchWindow->show(log);
-    batchWindow->getShell().realize();
-    batchWindow->getShell().raise();
+    shower->show(text);
+    shower->getShell().realize();
+    shower->getShell().raise();
 }
 
-void BaseCmndPanel::batchWindowClosing(Cback&) { batchWindow->getShell().close(); }
+void BaseCmndPanel::showerClosing(Cback& cb) { CAST(CppShell, cb.owner)->close(); }
 
 // A tool under the root that the panel's variable names.
 void BaseCmndPanel::startFromRoot(const char* tool, const char* argument) {

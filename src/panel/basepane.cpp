@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <climits>
+#include <cstdio>
 
 #include "editor/textshow.h"
+#include "panel/config.h"
 #include "quill/cback.h"
 #include "quill/quillerr.h"
 #include "trellis/ask.h"
@@ -39,6 +41,7 @@ BaseCmndPanel::BaseCmndPanel(const char* title, const char* variable)
       variable(variable),
       editorTable(EDITOR_CAPACITY),
       batchWindow(0),
+      outputWindow(0),
       open(true) {
     layout = new CppForm("CmndPanelForm", window);
     bar = new MenuBar("MenuBar", layout);
@@ -51,6 +54,7 @@ BaseCmndPanel::BaseCmndPanel(const char* title, const char* variable)
     buildMenus();
     chDir(".");
     window->resize(WIDTH, HEIGHT);
+    applyGeometry(configuration.geometry);
     window->addCback(WindowManagerCloseRequest, cbackMethod<&BaseCmndPanel::closeRequested>, *this);
     window->addCback(FilesDropped, cbackMethod<&BaseCmndPanel::filesDropped>, *this);
 }
@@ -59,6 +63,7 @@ BaseCmndPanel::~BaseCmndPanel() noexcept(false) {
     destroyEditors();
     deleteClosed();
     delete batchWindow;
+    delete outputWindow;
     if (validObject(window)) delete window;
 }
 
@@ -68,6 +73,14 @@ void BaseCmndPanel::buildMenus() {
     PulldownMenu* help = new PulldownMenu("HelpMenu", bar, "&Help");
     help->addChoice("&About");
     help->addCback(MenuPressed, cbackMethod<&BaseCmndPanel::helpChosen>, *this);
+}
+
+// The configuration's "WIDTHxHEIGHT+X+Y", each part optional after the size.
+void BaseCmndPanel::applyGeometry(const std::string& geometry) {
+    int width, height, x, y;
+    int parts = std::sscanf(geometry.c_str(), "%dx%d+%d+%d", &width, &height, &x, &y);
+    if (parts >= 2 && width > 0 && height > 0) window->resize(width, height);
+    if (parts == 4) window->move(x, y);
 }
 
 void BaseCmndPanel::start() {

@@ -3,6 +3,8 @@
 #ifndef PANEL_BASEPANE_H
 #define PANEL_BASEPANE_H
 
+#include <string>
+
 #include "quill/orderedc.h"
 #include "quill/quillstr.h"
 
@@ -67,8 +69,11 @@ private:
     void terminal();
     void runProgram();
     void batchProcessing();
-    void showBatchLog(const char* log);
-    void batchWindowClosing(Cback& cb);
+    void showStandardOutput();
+    // The shower made at its first use with that title, then shown again with text.
+    void showText(TextShower*& shower, const char* title, const char* text);
+    void showerClosing(Cback& cb);
+    void applyGeometry(const std::string& geometry);
     void startFromRoot(const char* tool, const char* argument);
     void changeDirectory();
 
@@ -91,6 +96,7 @@ private:
     OrderedCltn editorTable;
     OrderedCltn closedEditors;  // closed from their own events: deleted at the next command
     TextShower* batchWindow;    // made at the first batch, hidden when closed
+    TextShower* outputWindow;   // the same for the standard output
     bool open;
 };
 

@@ -15,6 +15,7 @@
 #include "gui/dynwin.h"
 #include "gui/rcpanel.h"
 #include "interpreter/panel/mainlib.h"
+#include "panel/tools.h"
 #include "quill/cback.h"
 #include "trellis/list.h"
 #include "trellis/menu.h"
@@ -144,6 +145,26 @@ TEST_F(CmndPanelTest, toolsUnderTarnPathReportWhatIsMissing) {
                   "Tarn Panel: TARN_PATH environment variable not found",
                   "Tarn Panel: Error on exec command\n\n" + directory + "/bin/lumen cppTarn.lum"}),
               answers.messages);
+}
+
+// The text of the script after writing both; SYS_FLAGS is written only when it is set.
+std::string scriptText(const std::string& folder, const char* script) {
+    EXPECT_TRUE(writeToolScripts(folder));
+    EXPECT_EQ(0, access((folder + script).c_str(), X_OK));
+    std::ifstream in(folder + script);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+TEST_F(CmndPanelTest, theScriptsCarryTheEnvironmentAndRunTheirTool) {
+    setenv("SYS_FLAGS", "it's", 1);
+    std::string make = scriptText(directory, "/tarn_make.sh");
+    unsetenv("SYS_FLAGS");
+    EXPECT_NE(std::string::npos, make.find("export PATH='" + std::string(getenv("PATH")) + "'\n"));
+    EXPECT_NE(std::string::npos, make.find("export SYS_FLAGS='it'\\''s'\n"));
+    EXPECT_NE(std::string::npos, make.find("\nexec make \"$@\"\n"));
+    std::string terminal = scriptText(directory, "/tarn_term.sh");
+    EXPECT_EQ(std::string::npos, terminal.find("SYS_FLAGS"));
+    EXPECT_NE(std::string::npos, terminal.find("\nexec \"${TERMINAL:-xterm}\"\n"));
 }
 
 TEST(RecentFilesTest, keepsTheLastTenOnceEachTheNewestFirst) {
