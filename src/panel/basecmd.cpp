@@ -8,6 +8,7 @@
 #include "panel/basepane.h"
 #include "panel/batch.h"
 #include "panel/fileops.h"
+#include "panel/rundlg.h"
 #include "panel/tools.h"
 #include "quill/cback.h"
 #include "trellis/ask.h"
@@ -93,11 +94,9 @@ void BaseCmndPanel::make() {
 void BaseCmndPanel::terminal() { startCommand({toolScript("/tarn_term.sh")}); }
 
 void BaseCmndPanel::runProgram() {
-    String file;
-    if (!askFileName(file, "Run file", "File to run", "", false) || file.size() == 0) return;
-    std::string path = file.asCharPointer();
-    if (path.find('/') == std::string::npos) path = "./" + path;
-    startCommand({path});
+    RunDialog dialog(window);
+    std::vector<std::string> words = dialog.askCommand();
+    if (!words.empty()) startCommand(words);
 }
 
 // The ".bdc" list asked for, its documents written, and the log in the "Batch Window".

@@ -15,11 +15,14 @@
 #include "gui/dynwin.h"
 #include "gui/rcpanel.h"
 #include "interpreter/panel/mainlib.h"
+#include "panel/rundlg.h"
 #include "panel/tools.h"
 #include "quill/cback.h"
+#include "trellis/button.h"
 #include "trellis/list.h"
 #include "trellis/menu.h"
 #include "trellis/shell.h"
+#include "trellis/text.h"
 
 namespace {
 
@@ -165,6 +168,19 @@ TEST_F(CmndPanelTest, theScriptsCarryTheEnvironmentAndRunTheirTool) {
     std::string terminal = scriptText(directory, "/tarn_term.sh");
     EXPECT_EQ(std::string::npos, terminal.find("SYS_FLAGS"));
     EXPECT_NE(std::string::npos, terminal.find("\nexec \"${TERMINAL:-xterm}\"\n"));
+}
+
+TEST(RunDialogTest, theFieldsGiveTheCommandAndBrowseFillsTheFile) {
+    Answers answers;
+    answers.file = "prog";
+    RunDialog dialog(topLevelWidget);
+    EXPECT_TRUE(dialog.command().empty());
+    dialog.browseButton().press();
+    EXPECT_EQ(std::vector<std::string>{"./prog"}, dialog.command());
+    dialog.fileField().setText("/bin/true");
+    dialog.traceOff().setState(true);
+    EXPECT_EQ((std::vector<std::string>{"/bin/true", "-traceOff"}), dialog.command());
+    EXPECT_EQ(std::vector<std::string>{"Run file"}, answers.dialogues);
 }
 
 TEST(RecentFilesTest, keepsTheLastTenOnceEachTheNewestFirst) {
