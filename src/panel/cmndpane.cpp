@@ -54,7 +54,7 @@ CmndPanel::CmndPanel(const char* programDirectory, const std::string& recentPath
     : BaseCmndPanel("Tarn Command Panel", "TARN_PATH"),
       programDirectory(programDirectory),
       recentFiles(recentPath),
-      exampleFiles(exampleNames()) {
+      exampleFiles() {
     for (const char* entry : commandEntries) commandMenu().addChoice(entry);
     buildLists();
     start();
@@ -83,9 +83,16 @@ void CmndPanel::buildLists() {
     layout.attachBottomPercent(*recent, 50);
     layout.attachVertical(examples, &layout, GAP);
     fillRecent();
-    for (const std::string& name : exampleFiles) examples->addItem(name.c_str());
+    fillExamples();
     recent->addCback(ListActivated, cbackMethod<&CmndPanel::recentActivated>, *this);
     examples->addCback(ListActivated, cbackMethod<&CmndPanel::exampleActivated>, *this);
+}
+
+// The examples of the work directory, read again when it changes.
+void CmndPanel::fillExamples() {
+    exampleFiles = exampleNames();
+    examples->removeAll();
+    for (const std::string& name : exampleFiles) examples->addItem(name.c_str());
 }
 
 void CmndPanel::fillRecent() {
@@ -105,8 +112,10 @@ void CmndPanel::menuCommand(const char* label) {
         openChosen(label, ".bdg");
     else if (entry == TEXTUAL)
         openChosen(label, "");
-    else
+    else {
         BaseCmndPanel::menuCommand(label);
+        if (entry == "Change Dir...") fillExamples();
+    }
 }
 
 // The file asked for with the label less its "..." as title; "no-name" is a new document.

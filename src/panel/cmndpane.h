@@ -37,6 +37,7 @@ protected:
 private:
     void buildLists();
     void fillRecent();
+    void fillExamples();
     void openChosen(const char* label, const char* extension);
     void editorEnded(Cback& cb);
     void recentActivated(Cback& cb);

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -133,6 +134,13 @@ TEST_F(CmndPanelTest, examplesAndRecentFilesOpenWithADoubleClick) {
     panel->recentList().activate(0);
     EXPECT_TRUE(editor<FileEditor>(1));
     EXPECT_EQ(1, panel->recentList().itemCount());
+    // Another work directory shows its own examples.
+    ASSERT_EQ(0, mkdir((directory + "/sub").c_str(), 0755));
+    std::ofstream(directory + "/sub/d.cxx") << "\n";
+    answers.file = directory + "/sub";
+    panel->commandMenu().choose("Change Dir...");
+    ASSERT_EQ(1, panel->exampleList().itemCount());
+    EXPECT_EQ("d.cxx", std::string(panel->exampleList().itemText(0).asCharPointer()));
 }
 
 TEST_F(CmndPanelTest, toolsUnderTarnPathReportWhatIsMissing) {
