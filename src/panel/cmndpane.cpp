@@ -1,6 +1,8 @@
 // CmndPanel: the four applications, the editors on files, the recent files and the examples.
 #include "panel/cmndpane.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -11,6 +13,7 @@
 #include "interpreter/panel/mainlib.h"
 #include "quill/cback.h"
 #include "trellis/ask.h"
+#include "trellis/filetest.h"
 #include "trellis/form.h"
 #include "trellis/label.h"
 #include "trellis/list.h"
@@ -128,7 +131,9 @@ void CmndPanel::openChosen(const char* label, const char* extension) {
     openEditorOn(label, base == NO_NAME ? "" : name.asCharPointer());
 }
 
+// A file that exists but can't be read is reported and opens nothing; a new name is a new document.
 void CmndPanel::openEditorOn(const char* kind, const char* file) {
+    if (*file && access(file, F_OK) == 0 && !isReadableFile(file)) return;
     Editor* editor;
     if (String(kind) == BLOCK_DIAGRAM) {
         GraphEditor* diagram =

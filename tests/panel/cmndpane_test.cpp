@@ -123,6 +123,10 @@ TEST_F(CmndPanelTest, aDroppedFileOpensByItsExtensionWithoutADialogue) {
     EXPECT_TRUE(editor<GraphEditor>(0));
     EXPECT_TRUE(editor<FileEditor>(1));
     EXPECT_TRUE(answers.dialogues.empty());
+    chmod("c.txt", 0);
+    panel->dropFile("c.txt");
+    EXPECT_EQ(2u, panel->editors().size());
+    EXPECT_EQ(1u, answers.messages.size());
 }
 
 TEST_F(CmndPanelTest, examplesAndRecentFilesOpenWithADoubleClick) {
