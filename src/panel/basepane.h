@@ -48,8 +48,6 @@ public:
 
     CppShell& shell() const { return *window; }
     PulldownMenu& commandMenu() const { return *commands; }
-    const String& workDirectory() const { return directory; }
-    const String& variableName() const { return variable; }
 
 protected:
     // The window titled title; variable names the environment variable of the tools' root.
