@@ -23,6 +23,8 @@
 
 DEFINE_ABSTRACT_CLASS(GraphMainLib, Algebra, 1, 0)
 
+Symbol GraphMainLibExit("GraphMainLibExit");
+
 namespace {
 
 const char* const projectFile = "project.gui";
@@ -173,8 +175,11 @@ void GraphMainLib::extendedPressed(Cback& cb) { extended->press(cb.callData->asS
 
 void GraphMainLib::extendedClosing(Cback&) { extended->close(); }
 
+// The window hides and the owner hears GraphMainLibExit: the mode's loop ends, a panel forgets it.
 void GraphMainLib::windowClosing(Cback&) {
-    if (close()) exitLoop(0);
+    if (!close()) return;
+    panel->close();
+    cbackOn(GraphMainLibExit);
 }
 
 // ---------------------------------------------------------------- state between sessions

@@ -18,6 +18,9 @@ class ExtendedSystemPanel;
 
 extern Class class_GraphMainLib;
 
+// Raised on the GraphMainLib when its window has been closed.
+extern Symbol GraphMainLibExit;
+
 class GraphMainLib : public Algebra {
     DECLARE_MEMBERS(GraphMainLib)
 public:

@@ -18,6 +18,8 @@
 #include "interpreter/panel/intpanel.h"
 #include "interpreter/panel/mainlib.h"
 #include "interpreter/runner.h"
+#include "panel/cmndpane.h"
+#include "panel/config.h"
 #include "panel/designcl.h"
 #include "panel/modelcl.h"
 #include "quill/cback.h"
@@ -57,8 +59,8 @@ void computeProgramDirectory() {
     programDirectory = path.substr(0, slash == 0 ? 1 : slash).c_str();
 }
 
-// First pass of the environment set-up, done once: the -env assignments in
-// the order given, then the four tool roots.
+// The environment set-up, done once: the -env assignments in the order given, the four tool
+// roots, then the configuration file and the tools' environment.
 void environmentFirstPass() {
     static bool done = false;
     if (done) return;
@@ -68,6 +70,8 @@ void environmentFirstPass() {
     findOption("-CC_PATH", ccPathOption);
     findOption("-DS_PATH", dsPathOption);
     findOption("-IDE_PATH", idePathOption);
+    environmentSetUp({ccPathOption.asCharPointer(), jvPathOption.asCharPointer(),
+                      dsPathOption.asCharPointer(), idePathOption.asCharPointer(), "", ""});
 }
 
 // The PostScript drawer finds its prologue through TARN_HEADER_PS; by default
@@ -152,10 +156,10 @@ int usageError() {
 // The file named by the only positional argument, or empty.
 const char* fileArgument() { return Argc > 1 ? Argv[1] : ""; }
 
-int notBuilt(const char* what, const char* file) {
-    std::cout << "tarn: " << what << " is not built yet";
-    if (file) std::cout << " (file \"" << file << "\")";
-    std::cout << std::endl;
+// The command panel until it is quit; the applications opened from it close with it.
+int runCommandPanel() {
+    CmndPanel panel(programDirectory.asCharPointer());
+    panel.run();
     return 0;
 }
 
@@ -164,6 +168,7 @@ int runBlockDiagram() { return runGraphEditor("StateTransSem", "Block Diagram Ed
 // The design panel until its window closes; its state is saved in the working directory.
 int runRobustControlDesign() {
     GraphMainLib panel(programDirectory.asCharPointer());
+    panel.addCback(GraphMainLibExit, quitCallback);
     runMainLoop();
     return panel.startMessage().size() > 0 ? 1 : 0;
 }
@@ -218,7 +223,7 @@ int dispatchMode() {
     if (findFlag("-robustControlDesign")) return runRobustControlDesign();
     if (findFlag("-text")) return runTextEditor();
     if (findFlag("-drawing")) return runGraphEditor("Semantic", "Graphic Editor - ", Argc, Argv);
-    return notBuilt("the command panel", 0);
+    return runCommandPanel();
 }
 
 struct OptionLine {

@@ -12,6 +12,7 @@ DEFINE_ABSTRACT_CLASS(CppList, CppPrimitive, 1, 0)
 DEFINE_ABSTRACT_CLASS(ComboBox, CppPrimitive, 1, 0)
 
 Symbol ListCback("ListCback");
+Symbol ListActivated("ListActivated");
 Symbol ComboBoxChanged("ComboBoxChanged");
 
 namespace {
@@ -32,6 +33,14 @@ CppList::CppList(const char* name, CppWidget* parent, int rows, int columns)
     QObject::connect(list, &QListWidget::currentRowChanged, [this](int row) {
         if (row >= 0) raiseIndex(*this, ListCback, row);
     });
+    QObject::connect(list, &QListWidget::itemActivated, [this, list](QListWidgetItem* item) {
+        raiseIndex(*this, ListActivated, list->row(item));
+    });
+}
+
+void CppList::activate(int index) {
+    select(index);
+    raiseIndex(*this, ListActivated, index);
 }
 
 void CppList::addItem(const char* text) { static_cast<QListWidget*>(handle())->addItem(toQt(text)); }

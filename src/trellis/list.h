@@ -8,6 +8,7 @@ extern Class class_CppList;
 extern Class class_ComboBox;
 
 extern Symbol ListCback;        // an entry was chosen; data its index, an int
+extern Symbol ListActivated;    // an entry was double-clicked or entered; data its index, an int
 extern Symbol ComboBoxChanged;  // an entry was chosen or typed; data its index, an int (-1 for typed text)
 
 class CppList : public CppPrimitive {
@@ -21,6 +22,8 @@ public:
     // Selects the entry and raises ListCback; -1 clears the selection.
     void select(int index);
     int selectedIndex() const;  // -1 when none
+    // Selects the entry and raises ListActivated, as a double click does.
+    void activate(int index);
     void sizeToFit() override;
 
 private:
