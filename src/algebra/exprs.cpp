@@ -125,10 +125,21 @@ int OperatorS::priority() const {
     return 0;
 }
 
+namespace {
+// A 1x1 factor scales the other one: a scalar variable weighs a whole matrix.
+CMatrix product(const CMatrix& left, const CMatrix& right) {
+    bool leftScalar = left.rowNumber() == 1 && left.columnNumber() == 1;
+    bool rightScalar = right.rowNumber() == 1 && right.columnNumber() == 1;
+    if (leftScalar && !rightScalar) return right * left.get(0, 0);
+    if (rightScalar && !leftScalar) return left * right.get(0, 0);
+    return left * right;
+}
+}  // namespace
+
 CMatrix OperatorS::apply(const CMatrix& left, const CMatrix& right) const {
     switch (text.size() ? text.asCharPointer()[0] : 0) {
         case '*':
-            return left * right;
+            return product(left, right);
         case '+':
             return left + right;
         case '-':
