@@ -55,3 +55,9 @@ void EMatrix::printOn(std::ostream& os) const {
     for (const ExpressionS& e : entries) os << e << "\n";
     os << "]";
 }
+
+void EMatrix::clearCopiedState() {
+    Object::clearCopiedState();
+    std::vector<ExpressionS> own(entries);
+    new (&entries) std::vector<ExpressionS>(std::move(own));
+}

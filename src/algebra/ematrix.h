@@ -29,6 +29,7 @@ public:
     bool setVariable(const char* name, double value);
 
     void printOn(std::ostream& os) const override;
+    void clearCopiedState() override;
 
 private:
     void checkIndex(int i, int limit, const char* method) const;

@@ -15,6 +15,14 @@ DEFINE_CLASS(OperatorS, Object, 1, 0)
 DEFINE_CLASS(Node, Object, 1, 0)
 DEFINE_CLASS(ExpressionS, Object, 1, 0)
 
+namespace {
+// An own copy of an operand or an operator.
+Object* copyOf(const Object* item) {
+    if (item->isKindOf(class_Element)) return static_cast<const Element*>(item)->clone();
+    return new OperatorS(*static_cast<const OperatorS*>(item));
+}
+}  // namespace
+
 String Element::getName() const {
     derivedClassResponsibility("getName");
     return String();
@@ -42,6 +50,13 @@ String Constant::getName() const {
 }
 
 void Constant::setValue(const CMatrix&) { shouldNotImplement("setValue"); }
+
+// A bytewise copy takes its own copies of what it shared.
+void Constant::clearCopiedState() {
+    Element::clearCopiedState();
+    value.clearCopiedState();
+    text.clearCopiedState();
+}
 
 void Constant::printOn(std::ostream& os) const {
     if (text.size() != 0)
@@ -107,6 +122,12 @@ void VariableS::printOn(std::ostream& os) const {
     os << name << " [" << low << ", " << high << "] = " << current;
 }
 
+void VariableS::clearCopiedState() {
+    Element::clearCopiedState();
+    name.clearCopiedState();
+    weights.clearCopiedState();
+}
+
 Variable01::Variable01(const RFMatrix& weights, int index, const char* name)
     : VariableS(weights, index, name, 0.0f, 1.0f) {}
 
@@ -152,6 +173,11 @@ CMatrix OperatorS::apply(const CMatrix& left, const CMatrix& right) const {
 
 void OperatorS::printOn(std::ostream& os) const { os << "operatore " << text; }
 
+void OperatorS::clearCopiedState() {
+    Object::clearCopiedState();
+    text.clearCopiedState();
+}
+
 Node::~Node() noexcept(false) {
     delete element;
     delete left;
@@ -163,6 +189,13 @@ void Node::printOn(std::ostream& os) const {
         os << "Element: " << *element;
     else
         os << "NULL";
+}
+
+void Node::clearCopiedState() {
+    Object::clearCopiedState();
+    element = element ? copyOf(element) : 0;
+    left = left ? static_cast<Node*>(left->shallowCopy()) : 0;
+    right = right ? static_cast<Node*>(right->shallowCopy()) : 0;
 }
 
 ExpressionS::ExpressionS(const Element& element) { push(element); }
@@ -195,6 +228,10 @@ ExpressionS& ExpressionS::operator=(const ExpressionS& e) {
 
 void ExpressionS::add(Object* item) {
     items.add(*item);
+    addVariable(item);
+}
+
+void ExpressionS::addVariable(Object* item) {
     if (!item->isKindOf(class_VariableS)) return;
     for (unsigned i = 0; i < variables.size(); ++i)
         if (static_cast<VariableS*>(variables[int(i)])
@@ -209,12 +246,18 @@ void ExpressionS::push(const Element& element) { add(element.clone()); }
 void ExpressionS::push(const OperatorS& op) { add(new OperatorS(op)); }
 
 void ExpressionS::copyItems(const ExpressionS& e) {
-    for (unsigned i = 0; i < e.items.size(); ++i) {
-        Object* item = e.items[int(i)];
-        if (item->isKindOf(class_Element))
-            push(*static_cast<Element*>(item));
-        else
-            push(*static_cast<OperatorS*>(item));
+    for (unsigned i = 0; i < e.items.size(); ++i) add(copyOf(e.items[int(i)]));
+}
+
+void ExpressionS::clearCopiedState() {
+    Object::clearCopiedState();
+    name.clearCopiedState();
+    items.clearCopiedState();
+    variables.clearCopiedState();
+    variables.removeAll();
+    for (unsigned i = 0; i < items.size(); ++i) {
+        items[int(i)] = copyOf(items[int(i)]);
+        addVariable(items[int(i)]);
     }
 }
 
@@ -224,12 +267,7 @@ void ExpressionS::flatten(const Node* node) {
     if (!node) return;
     flatten(node->leftOf());
     flatten(node->rightOf());
-    Object* item = node->elementOf();
-    if (!item) return;
-    if (item->isKindOf(class_Element))
-        push(*static_cast<Element*>(item));
-    else
-        push(*static_cast<OperatorS*>(item));
+    if (node->elementOf()) add(copyOf(node->elementOf()));
 }
 
 void ExpressionS::combine(const ExpressionS& left, const ExpressionS& right, const OperatorS& op) {

@@ -41,6 +41,7 @@ public:
     void setValue(const CMatrix& value) override;  // refused
     Element* clone() const override { return new Constant(*this); }
     void printOn(std::ostream& os) const override;
+    void clearCopiedState() override;
 
 private:
     CMatrix value;
@@ -79,6 +80,7 @@ public:
     bool isEqual(const Object& ob) const override;
     int compare(const Object& ob) const override;
     void printOn(std::ostream& os) const override;
+    void clearCopiedState() override;
 
 protected:
     String name;
@@ -111,6 +113,7 @@ public:
     CMatrix apply(const CMatrix& left, const CMatrix& right) const;
     CMatrix applyUnary(const CMatrix& value) const { return -value; }
     void printOn(std::ostream& os) const override;
+    void clearCopiedState() override;
 
 private:
     String text;
@@ -130,6 +133,7 @@ public:
     Node* leftOf() const { return left; }
     Node* rightOf() const { return right; }
     void printOn(std::ostream& os) const override;
+    void clearCopiedState() override;
 
 private:
     Object* element;
@@ -178,9 +182,11 @@ public:
     static RandomLinear sampleSource() { return RandomLinear(0, 20000, 9231); }
 
     void printOn(std::ostream& os) const override;
+    void clearCopiedState() override;
 
 private:
     void add(Object* item);
+    void addVariable(Object* item);
     void copyItems(const ExpressionS& e);
     void combine(const ExpressionS& left, const ExpressionS& right, const OperatorS& op);
     bool stripConstant(const ExpressionS& left, const ExpressionS& right, const OperatorS& op);

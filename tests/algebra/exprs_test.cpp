@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "../quill/testutil.h"
@@ -172,4 +173,20 @@ TEST(RFMatrix, ValueComesFromItsExpressionWhenOneIsHeld) {
     copy.expressionOf()->setVariable("d", 1.0);
     EXPECT_NEAR(expected.maxSingularValue() * 2.0, copy.evaluate(Complex(0, 3)), 1e-12);
     EXPECT_NEAR(expected.maxSingularValue(), g.evaluate(Complex(0, 3)), 1e-12);
+}
+
+TEST(ExpressionS, CopiesOwnTheirOperands) {
+    ExpressionS e = ex("x") * ex("y") - ExpressionS(Constant(CMatrix::identity(1), "I"));
+    EMatrix m(1, 1);
+    m(0, 0) = e;
+    std::unique_ptr<Object> copy(e.deepCopy());
+    std::unique_ptr<Object> matrixCopy(m.deepCopy());
+    e.setVariable("x", 1.0);
+    e.setVariable("y", 3.0);
+    ExpressionS& c = static_cast<ExpressionS&>(*copy);
+    EXPECT_EQ(e.text(), c.text());
+    EXPECT_EQ(2u, c.variableCount());
+    EXPECT_NEAR(-1.0, c.evaluate()(0, 0).real(), 1e-12);
+    EXPECT_NEAR(2.0, e.evaluate()(0, 0).real(), 1e-12);
+    EXPECT_NEAR(-1.0, static_cast<EMatrix&>(*matrixCopy).evaluate()(0, 0).real(), 1e-12);
 }
