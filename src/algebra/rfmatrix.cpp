@@ -6,6 +6,7 @@
 #include <iostream>
 #include <vector>
 
+#include "algebra/exprs.h"
 #include "algebra/freqsrch.h"
 #include "algebra/transnum.h"
 #include "quill/collectn.h"
@@ -51,7 +52,7 @@ void RFMatrix::copyFrom(const RFMatrix& m) {
     allocate(m.rows, m.columns);
     for (size_t k = 0, n = size_t(rows) * columns; k < n; ++k) elements[k] = m.elements[k];
     evaluationPoint = m.evaluationPoint;
-    expression = m.expression ? m.expression->deepCopy() : 0;
+    expression = m.expression ? new ExpressionS(*m.expression) : 0;
     system = m.system;
 }
 
@@ -147,16 +148,23 @@ double RFMatrix::norm2(double from, double to) const {
     return sum;
 }
 
-double RFMatrix::evaluate(const Complex& point) {
-    evaluationPoint = point;
-    if (rows == 0 || columns == 0) return 0.0;
-    std::vector<std::complex<double>> values(size_t(rows) * columns);
+CMatrix RFMatrix::valueAt(const Complex& point) const {
+    if (expression) return expression->evaluate();
+    CMatrix values(rows, columns);
     for (unsigned i = 0; i < rows; ++i)
         for (unsigned j = 0; j < columns; ++j)
-            values[size_t(j) * rows + i] = elements[size_t(i) * columns + j].value(point).value();
-    std::vector<double> s(rows < columns ? rows : columns);
-    lapackSvd(int(rows), int(columns), values.data(), s.data(), 0, 0, false);
-    return s[0];
+            values(i, j) = elements[size_t(i) * columns + j].value(point).value();
+    return values;
+}
+
+double RFMatrix::evaluate(const Complex& point) {
+    evaluationPoint = point;
+    return valueAt(point).maxSingularValue();
+}
+
+void RFMatrix::setExpression(const ExpressionS& e) {
+    delete expression;
+    expression = new ExpressionS(e);
 }
 
 Complex RFMatrix::frequencyPoint(double w) const {
@@ -268,8 +276,8 @@ void RFMatrix::clearCopiedState() {
     Algebra::clearCopiedState();
     evaluationPoint.clearCopiedState();
     const RationalFunction* shared = elements;
-    Object* sharedExpression = expression;
+    const ExpressionS* sharedExpression = expression;
     allocate(rows, columns);
     for (size_t k = 0, n = size_t(rows) * columns; k < n; ++k) elements[k] = shared[k];
-    expression = sharedExpression ? sharedExpression->deepCopy() : 0;
+    expression = sharedExpression ? new ExpressionS(*sharedExpression) : 0;
 }

@@ -5,11 +5,13 @@
 #include <iosfwd>
 
 #include "algebra/algebra.h"
+#include "algebra/cmatrix.h"
 #include "algebra/complex.h"
 #include "algebra/pmatrix.h"
 #include "algebra/ratfun.h"
 
 class DynOp;
+class ExpressionS;
 
 extern Class class_RFMatrix;
 
@@ -45,8 +47,14 @@ public:
     // shape prints a console line and answers 0.
     using Algebra::norm2;
     double norm2(double from, double to) const;
-    // The largest singular value of the element matrix at the point, which is kept.
+    // The element matrix at the point: the expression's value when one is held, otherwise
+    // each element's value there.
+    CMatrix valueAt(const Complex& point) const;
+    // The largest singular value of valueAt(point); the point is kept.
     double evaluate(const Complex& point);
+    // A copy of e becomes the symbolic expression behind the matrix; the expression held, or null.
+    void setExpression(const ExpressionS& e);
+    ExpressionS* expressionOf() const { return expression; }
     // The point of the frequency w: jw, or e^(jwT) when discrete (T not positive counts as 1).
     Complex frequencyPoint(double w) const;
     // The peak of the largest singular value over frequency: 8 samples at ten-fold steps from
@@ -77,8 +85,8 @@ private:
     unsigned rows;
     unsigned columns;
     Complex evaluationPoint;
-    Object* expression;  // the symbolic expression behind the matrix, owned, or null
-    DynOp* system;       // the system it was built from, not owned, or null
+    ExpressionS* expression;  // the symbolic expression behind the matrix, owned, or null
+    DynOp* system;            // the system it was built from, not owned, or null
 };
 
 RFMatrix operator*(double x, const RFMatrix& m);
