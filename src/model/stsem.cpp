@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstring>
-#include <fstream>
 #include <iostream>
 
 #include "algebra/shortnum.h"
@@ -18,7 +17,6 @@
 #include "model/signlink.h"
 #include "model/termicon.h"
 #include "model/titleicon.h"
-#include "quill/arrayob.h"
 #include "quill/cback.h"
 #include "quill/dictnary.h"
 #include "quill/filename.h"
@@ -336,35 +334,11 @@ const char* StateTransSem::fileExtension() { return ".bdg"; }
 
 // ---------------------------------------------------------------- the model file without a window
 
-DiagramFile::DiagramFile(const char* fileName) {
-    std::ifstream file(fileName);
-    if (!file) {
-        message_ = String("Cannot open file ") + fileName;
-        return;
-    }
-    String error;
-    drawing = readFromChecked(error, file);
-    if (error.size() > 0) {
-        message_ = error;
-        drawing = 0;
-        return;
-    }
-    ArrayOb* array = drawing && drawing->isKindOf(class_ArrayOb) ? CAST(ArrayOb, drawing) : 0;
-    Object* kind = array && array->size() > 1 ? (*array)[1] : nil;
-    if (kind == nil || !kind->isKindOf(class_StateTransSem)) {
-        message_ = String("Bad ArrayOb in file ") + fileName;
-        return;
-    }
-    semantic_ = CAST(StateTransSem, kind);
+DiagramFile::DiagramFile(const char* fileName) : drawing(fileName), message_(drawing.message()) {
+    if (drawing.semantic() && !semantic()) message_ = String("Bad ArrayOb in file ") + fileName;
 }
 
-DiagramFile::~DiagramFile() {
-    if (!drawing) return;
-    ArrayOb* array = drawing->isKindOf(class_ArrayOb) ? CAST(ArrayOb, drawing) : 0;
-    if (semantic_ && array && (*array)[0] != nil && (*array)[0]->isKindOf(class_Dictionary)) {
-        deleteDrawing(*CAST(Dictionary, (*array)[0]), semantic_);
-        (*array)[0] = (*array)[1] = nil;
-    }
-    drawing->deepDeleteContents();
-    delete drawing;
+StateTransSem* DiagramFile::semantic() const {
+    Semantic* read = drawing.semantic();
+    return read && read->isKindOf(class_StateTransSem) ? static_cast<StateTransSem*>(read) : 0;
 }

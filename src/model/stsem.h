@@ -170,16 +170,12 @@ private:
 class DiagramFile {
 public:
     explicit DiagramFile(const char* fileName);
-    DiagramFile(const DiagramFile&) = delete;
-    DiagramFile& operator=(const DiagramFile&) = delete;
-    ~DiagramFile();
     // Null when the file cannot be read or holds no block diagram; message() tells why.
-    StateTransSem* semantic() const { return semantic_; }
+    StateTransSem* semantic() const;
     const String& message() const { return message_; }
 
 private:
-    Object* drawing = 0;
-    StateTransSem* semantic_ = 0;
+    DrawingFile drawing;
     String message_;
 };
 
