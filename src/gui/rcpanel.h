@@ -50,7 +50,7 @@ public:
     RobustControlDesign& design() { return designer; }
     ExtendedSystemPanel& extendedPanel() { return *extended; }
 
-    // The panel's parameters of Part 3.7, collected from the controls.
+    // The design parameters of a phase, collected from the controls.
     void collectParameters(ParametersCltn& parameters) const;
     void reset();
     void stepSetup(const char* phase);
