@@ -11,21 +11,6 @@ using dynop::block;
 
 namespace {
 
-// The right null vectors of K, least significant last, from the singular value decomposition:
-// those whose singular value is not above limit times the largest (and at least 1).
-Matrix nullBasis(Algebra& alg, Matrix K, double limit) {
-    unsigned cols = K.columnNumber();
-    Matrix U, Vt;
-    Vector sigma = alg.svd(K, U, Vt, true);
-    double bound = limit * std::max(1.0, sigma.size() ? sigma[0u] : 0.0);
-    unsigned rank = 0;
-    while (rank < sigma.size() && sigma[rank] > bound) ++rank;
-    Matrix N(cols, cols - rank);
-    for (unsigned j = rank; j < cols; ++j)
-        for (unsigned i = 0; i < cols; ++i) N(i, j - rank) = Vt(j, i);
-    return N;
-}
-
 // A value of the library's random integer times 1e-4.
 double randomValue() { return std::rand() * 1e-4; }
 
@@ -45,7 +30,7 @@ void OptimumGramian::andersonTest() {
     bool zeroBlock = normTriangular(A22) < 1e-4;
     Matrix N;
     if (zeroBlock) {
-        N = nullBasis(*this, dynop::stack(b.A, b.C1), std::sqrt(1e-7));
+        N = dynop::nullBasis(dynop::stack(b.A, b.C1), std::sqrt(1e-7));
     } else {
         Matrix K((fulln + np) * n2, fulln * n2);
         for (unsigned j = 0; j < n2; ++j) {
@@ -54,7 +39,7 @@ void OptimumGramian::andersonTest() {
             for (unsigned k = 0; k < n2; ++k)
                 for (unsigned i = 0; i < fulln; ++i) K(j * fulln + i, k * fulln + i) -= A22(k, j);
         }
-        N = nullBasis(*this, K, 1e-10);
+        N = dynop::nullBasis(K, 1e-10);
     }
     unsigned available = N.columnNumber(), used = 0;
     double rank = 0.0;

@@ -52,6 +52,19 @@ Matrix sideBySide(const Matrix& left, const Matrix& right) {
     return stack(left.transpose(), right.transpose()).transpose();
 }
 
+Matrix nullBasis(Matrix K, double limit) {
+    unsigned cols = K.columnNumber();
+    Matrix U, Vt;
+    Vector sigma = Algebra().svd(K, U, Vt, true);
+    double bound = limit * std::max(1.0, sigma.size() ? sigma[0u] : 0.0);
+    unsigned rank = 0;
+    while (rank < sigma.size() && sigma[rank] > bound) ++rank;
+    Matrix N(cols, cols - rank);
+    for (unsigned j = rank; j < cols; ++j)
+        for (unsigned i = 0; i < cols; ++i) N(i, j - rank) = Vt(j, i);
+    return N;
+}
+
 Matrix columnsOf(const Matrix& M, const IntArray* columns) {
     if (!columns) return M;
     Matrix r(M.rowNumber(), columns->size());

@@ -232,6 +232,9 @@ Matrix stack(const Matrix& top, const Matrix& bottom);
 Matrix sideBySide(const Matrix& left, const Matrix& right);
 // The listed columns of M in list order, all of M for a null list.
 Matrix columnsOf(const Matrix& M, const IntArray* columns);
+// The right null vectors of K, least significant last: those whose singular value is not above
+// limit times the largest (and at least 1).
+Matrix nullBasis(Matrix K, double limit);
 // A system's matrices cut by its partition: 1 disturbances / objectives, 2 controls / measures.
 struct Partition {
     Matrix A, B1, B2, C1, C2, D11, D12, D21, D22;

@@ -6,8 +6,10 @@
 // The blocks encoded, each required positive definite (M < 0 is written as -M > 0):
 // H-infinity, continuous (bounded-real lemma), ||T_zw|| < g:
 //     [S + S'  B1  T'; B1'  -g I  D11'; T  D11  -g I] < 0,        X > 0;
-// H-infinity, discrete:
-//     [X  S  B1  0; S'  X  0  T'; B1'  0  g I  D11'; 0  T  D11  g I] > 0;
+// H-infinity, discrete, full information u = -H x - W w (in discrete time the feed-forward of
+// the disturbance lowers the level, and the design's central gain has it), with Bw = B1 - B2 W
+// and Dw = D11 - D12 W:
+//     [X  S  Bw  0; S'  X  0  T'; Bw'  0  g I  Dw'; 0  T  Dw  g I] > 0;
 // H2, continuous (D11 plays no part), ||T_zw||^2 < trace Z:
 //     [S + S'  B1; B1'  -I] < 0,        [Z  T; T'  X] > 0;
 // H2, discrete, ||T_zw||^2 < trace Z:
@@ -20,81 +22,18 @@
 // L = (1/g) B1' Q; for H2, Q = X^-1 and L = 0.
 #include "control/lmi.h"
 
-#include <csdp/declarations.h>
-
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <initializer_list>
 #include <iostream>
 
 #include "control/dynop.h"
-#include "quill/safefile.h"
+#include "control/semidef.h"
 
 DEFINE_CLASS(LMI, Algebra, 1, 0)
 
 struct LMI::Unknowns {
-    Matrix X, Z, Y;
+    Matrix X, Z, Y, W;
     double g;
 };
-
-namespace {
-
-// Every block is kept this far inside the cone, so that the strict inequalities hold.
-const double margin = 1e-8;
-
-Matrix besides(std::initializer_list<Matrix> row) {
-    auto it = row.begin();
-    Matrix r = *it;
-    for (++it; it != row.end(); ++it) r = dynop::sideBySide(r, *it);
-    return r;
-}
-
-// The block matrix made of the rows of blocks.
-Matrix grid(std::initializer_list<std::initializer_list<Matrix>> rows) {
-    auto it = rows.begin();
-    Matrix r = besides(*it);
-    for (++it; it != rows.end(); ++it) r = dynop::stack(r, besides(*it));
-    return r;
-}
-
-// The upper triangles of the blocks as SDPA entries of one matrix.
-void writeEntries(std::ostream& os, unsigned matrixNumber, const std::vector<Matrix>& blocks) {
-    for (unsigned k = 0; k < blocks.size(); ++k)
-        for (unsigned j = 0; j < blocks[k].columnNumber(); ++j)
-            for (unsigned i = 0; i <= j; ++i)
-                if (blocks[k](i, j) != 0.0)
-                    os << matrixNumber << " " << k + 1 << " " << i + 1 << " " << j + 1 << " "
-                       << blocks[k](i, j) << "\n";
-}
-
-// The solver's sample driver, entered as a program with its arguments: it reads the problem,
-// takes the solver's initial point and solves. Answers the solver's code, y and the gap.
-int solverMain(int argc, char** argv, std::vector<double>& y, double& gap) {
-    if (argc != 2) {
-        std::cout << "Usage: \n"
-                  << "\n"
-                  << "solver <input problem> [<final solution>] [<initial solution>]\n"
-                  << std::flush;
-        std::exit(1);
-    }
-    int n = 0, k = 0;
-    blockmatrix C, X, Z;
-    double *a = 0, *ys = 0, pobj = 0.0, dobj = 0.0;
-    constraintmatrix* constraints = 0;
-    int code = read_prob(argv[1], &n, &k, &C, &a, &constraints, 1);
-    if (code) return code;
-    initsoln(n, k, C, a, constraints, &X, &ys, &Z);
-    code = easy_sdp(n, k, C, a, constraints, 0.0, &X, &ys, &Z, &pobj, &dobj);
-    std::fflush(stdout);
-    y.assign(ys + 1, ys + k + 1);
-    gap = dobj - pobj;
-    free_prob(n, k, C, a, constraints, X, ys, Z);
-    return code;
-}
-
-}  // namespace
 
 LMI::LMI() {}
 
@@ -137,13 +76,14 @@ int LMI::solveMinimum(bool useH2) {
 
 int LMI::solve() {
     std::cout << "Solving LMI" << std::endl;
-    if (seen == 0 || nc == 0 || nd == 0 || np == 0 || !hiddenStable || !writeProblem("lmi.txt"))
+    const char* problem = "lmi.txt";
+    auto blocks = [this](const std::vector<double>& y) { return constraints(unpack(y)); };
+    if (seen == 0 || nc == 0 || nd == 0 || np == 0 || !hiddenStable ||
+        !semidef::writeProblem(problem, variableCount(), objective(), blocks))
         return fail(-1);
-    char program[] = "main", problem[] = "lmi.txt";
-    char* argv[] = {program, problem};
     std::vector<double> y;
     double gap = 0.0;
-    int code = solverMain(2, argv, y, gap);
+    int code = semidef::solveFile(problem, y, gap);
     // Code 3 is the solver's success at reduced accuracy; readBack judges the solution.
     if (code != 0 && code != 3) return fail(code);
     return readBack(y, gap) ? 0 : fail(-1);
@@ -158,17 +98,21 @@ int LMI::fail(int code) const {
 
 unsigned LMI::variableCount() const {
     unsigned z = zOrder();
-    return seen * (seen + 1) / 2 + z * (z + 1) / 2 + nc * seen + (kind == hinfMinimum ? 1 : 0);
+    return seen * (seen + 1) / 2 + z * (z + 1) / 2 + nc * seen + feedForwardCount() +
+           (kind == hinfMinimum ? 1 : 0);
 }
 
+unsigned LMI::feedForwardCount() const { return discrete && !isH2() ? nc * nd : 0; }
+
 LMI::Unknowns LMI::unpack(const std::vector<double>& y) const {
-    unsigned z = zOrder(), k = 0;
-    Unknowns v = {Matrix(seen, seen), Matrix(z, z), Matrix(nc, seen), 0.0};
-    for (Matrix* S : {&v.X, &v.Z})
-        for (unsigned j = 0; j < S->columnNumber(); ++j)
-            for (unsigned i = 0; i <= j; ++i) (*S)(i, j) = (*S)(j, i) = y[k++];
+    unsigned z = zOrder(), k = seen * (seen + 1) / 2 + z * (z + 1) / 2;
+    Unknowns v = {semidef::symmetric(y, 0, seen), semidef::symmetric(y, seen * (seen + 1) / 2, z),
+                  Matrix(nc, seen), Matrix(nc, nd), 0.0};
     for (unsigned j = 0; j < seen; ++j)
         for (unsigned i = 0; i < nc; ++i) v.Y(i, j) = y[k++];
+    if (feedForwardCount() > 0)
+        for (unsigned j = 0; j < nd; ++j)
+            for (unsigned i = 0; i < nc; ++i) v.W(i, j) = y[k++];
     if (kind == hinfMinimum) v.g = y[k];
     return v;
 }
@@ -183,23 +127,24 @@ std::vector<Matrix> LMI::constraints(const Unknowns& v) const {
     if (!isH2()) {
         double g = kind == hinfMinimum ? v.g : gamma;
         if (discrete) {
-            blocks.push_back(grid({{X, S, B1, Matrix(seen, np)},
-                                   {St, X, Znd, Tt},
-                                   {B1t, Zdn, Id * g, D11t},
-                                   {Matrix(np, seen), T, D11, Ip * g}}));
+            Matrix Bw = B1 - B2 * v.W, Dw = D11 - D12 * v.W;
+            blocks.push_back(semidef::grid({{X, S, Bw, Matrix(seen, np)},
+                                            {St, X, Znd, Tt},
+                                            {Bw.transpose(), Zdn, Id * g, Dw.transpose()},
+                                            {Matrix(np, seen), T, Dw, Ip * g}}));
         } else {
-            blocks.push_back(-grid({{S + St, B1, Tt}, {B1t, Id * -g, D11t}, {T, D11, Ip * -g}}));
+            blocks.push_back(-semidef::grid({{S + St, B1, Tt}, {B1t, Id * -g, D11t}, {T, D11, Ip * -g}}));
             blocks.push_back(X);
         }
-        if (kind == hinfBound) blocks.push_back(grid({{v.Z, Is}, {Is, X}}));
+        if (kind == hinfBound) blocks.push_back(semidef::grid({{v.Z, Is}, {Is, X}}));
         return blocks;
     }
     if (discrete) {
-        blocks.push_back(grid({{X, S, B1}, {St, X, Znd}, {B1t, Zdn, Id}}));
-        blocks.push_back(grid({{v.Z, T, D11}, {Tt, X, Znd}, {D11t, Zdn, Id}}));
+        blocks.push_back(semidef::grid({{X, S, B1}, {St, X, Znd}, {B1t, Zdn, Id}}));
+        blocks.push_back(semidef::grid({{v.Z, T, D11}, {Tt, X, Znd}, {D11t, Zdn, Id}}));
     } else {
-        blocks.push_back(-grid({{S + St, B1}, {B1t, -Id}}));
-        blocks.push_back(grid({{v.Z, T}, {Tt, X}}));
+        blocks.push_back(-semidef::grid({{S + St, B1}, {B1t, -Id}}));
+        blocks.push_back(semidef::grid({{v.Z, T}, {Tt, X}}));
     }
     if (kind == h2Bound) blocks.push_back(Matrix::diagonal(1, gamma * gamma - v.Z.trace()));
     return blocks;
@@ -212,37 +157,6 @@ std::vector<double> LMI::objective() const {
     unsigned first = seen * (seen + 1) / 2;
     for (unsigned j = 0; j < zOrder(); ++j) c[first + j * (j + 1) / 2 + j] = 1.0;
     return c;
-}
-
-// Each constraint matrix of the solver is the change of the blocks for one variable at 1; the
-// constant matrix keeps the blocks off the boundary by the margin.
-bool LMI::writeProblem(const char* fileName) const {
-    String failure = writeSafely(fileName, [this](std::ostream& os) { writeProblemOn(os); });
-    if (failure.size() > 0) std::cout << failure.asCharPointer() << std::endl;
-    return failure.size() == 0;
-}
-
-void LMI::writeProblemOn(std::ostream& os) const {
-    os.precision(17);
-    unsigned m = variableCount();
-    std::vector<double> y(m, 0.0);
-    std::vector<Matrix> base = constraints(unpack(y)), constant;
-    os << m << "\n" << base.size() << "\n";
-    for (const Matrix& b : base) {
-        os << b.rowNumber() << " ";
-        constant.push_back(Matrix::diagonal(b.rowNumber(), margin) - b);
-    }
-    os << "\n";
-    for (double c : objective()) os << c << " ";
-    os << "\n";
-    writeEntries(os, 0, constant);
-    for (unsigned i = 0; i < m; ++i) {
-        y[i] = 1.0;
-        std::vector<Matrix> blocks = constraints(unpack(y));
-        y[i] = 0.0;
-        for (unsigned k = 0; k < blocks.size(); ++k) blocks[k] -= base[k];
-        writeEntries(os, i + 1, blocks);
-    }
 }
 
 // Reading back
@@ -258,6 +172,7 @@ bool LMI::readBack(const std::vector<double>& y, double gap) {
         if (values(i, 0) <= 0.0) return false;
     Matrix Xinv = inv(v.X), Hseen = v.Y * Xinv, Qseen = isH2() ? Xinv : Xinv * gamma;
     H = Hseen * basis;
+    Hw = v.W;
     Q = basis.transpose() * Qseen * basis;
     L = isH2() ? Matrix(nd, n) : B1.transpose() * Qseen * basis / gamma;
     return isStable(A - B2 * Hseen);

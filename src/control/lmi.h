@@ -31,6 +31,9 @@ public:
 
     Matrix getH() const { return H; }
     Matrix getL() const { return L; }
+    // The feed-forward of the disturbance, u = -H x - Hw w: that of a discrete H-infinity design,
+    // zero otherwise.
+    Matrix getHw() const { return Hw; }
     // n x n: X^-1, times gamma for H-infinity; zero on the states the objectives do not see, so
     // only semidefinite when there are such states.
     Matrix getGramian() const { return Q; }
@@ -49,14 +52,14 @@ private:
     unsigned zOrder() const { return isH2() ? np : kind == hinfBound ? seen : 0; }
     bool isStable(const Matrix& closedLoopA);
     int solve();
-    bool writeProblem(const char* fileName) const;
-    void writeProblemOn(std::ostream& os) const;
     bool readBack(const std::vector<double>& y, double gap);
     int fail(int code) const;
 
-    // The decision variables: X's upper triangle, Z's, Y by columns, then gamma (H-infinity
-    // minimum); unpack reads them from y (0-based) into the unknowns.
+    // The decision variables: X's upper triangle, Z's, Y by columns, W by columns, then gamma
+    // (H-infinity minimum); unpack reads them from y (0-based) into the unknowns.
     unsigned variableCount() const;
+    // A discrete H-infinity design is a full-information one: u = -H x - W w, W a further unknown.
+    unsigned feedForwardCount() const;
     Unknowns unpack(const std::vector<double>& y) const;
     // The constraint blocks, each affine in the unknowns and required to be positive definite.
     std::vector<Matrix> constraints(const Unknowns& v) const;
@@ -71,7 +74,7 @@ private:
     Matrix A, B1, B2, C1, D11, D12;  // of the seen states
     double gamma = 0.0;
     int kind = 0;
-    Matrix H, L, Q;
+    Matrix H, L, Q, Hw;
 };
 
 #endif

@@ -138,6 +138,9 @@ bool OptimumGramian::solveLmi(Run& r) {
     H = lmi.getH();
     L = lmi.getL();
     R = factor;
+    // The H-infinity gain is the central one of the storage found, with its feed-forward in
+    // discrete time: the second step's estimation system is built on it, not on the solver's gain.
+    if (!h2) updateGain(r);
     if (minimum && !h2) {
         gamma = lmi.getGamma();
         factorT11(blocksOf(*r.working));

@@ -242,6 +242,7 @@ void RobustControlDesign::recordStep(const OptimumGramian* step) {
     if (!step) return;
     result.iterationNorms = step->iterationNorms();
     result.poles = step->closedLoopPoles();
+    result.gamma = step->getGamma();
     bool observer = step->role() == GramianRole::Observer;
     (observer ? result.observerGain : result.feedbackGain) = step->getH();
 }

@@ -57,7 +57,8 @@ struct DesignParameters {
 // What a phase reached, for the console and the panel.
 struct PhaseResult {
     DesignPhase phase = DesignPhase::Step1;
-    double norm = 0.0;  // as design answers it
+    double norm = 0.0;   // as design answers it
+    double gamma = 0.0;  // the H-infinity level the steps were designed for; 0 when none was
     bool success = false;
     String failure;                      // why the phase did not succeed; empty on success
     std::vector<double> iterationNorms;  // the H2 norm of the loop at each iteration of a step

@@ -5,6 +5,7 @@
 
 #include "control/askparam.h"
 #include "control/rcdesign.h"
+#include "control/optgram.h"
 #include "control/robctrl.h"
 #include "control/workspc.h"
 
@@ -248,6 +249,7 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
     result.poles = feedback->poles();
     result.feedbackGain = rc.feedbackGain();
     result.observerGain = rc.observerGain();
+    if (rc.firstDesign()) result.gamma = rc.firstDesign()->getGamma();
     std::cout << "poles of the extended system in closed loop = " << result.poles << std::endl;
 
     perturbationAnalysis(*compensator);

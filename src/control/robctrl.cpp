@@ -1,9 +1,11 @@
 // RobustControl: construction, the two steps, the compensator and the closed loops, streams.
 #include "control/robctrl.h"
 
+#include <cmath>
 #include <iostream>
 #include <memory>
 
+#include "control/lmiof.h"
 #include "control/optgram.h"
 #include "control/workspc.h"
 #include "quill/objio.h"
@@ -127,7 +129,22 @@ double RobustControl::secondStep(const StepOptions& options) {
 double RobustControl::step(OptimumGramian& design, StepOptions o) {
     design.setOwner(owner);
     design.clearIterationNorms();
-    const char* prefix = o.fileNamePrefix.asCharPointer();
+    o = atFeasibleLevel(design, o);
+    double norm = optimize(design, o);
+    // An H-infinity LMI that failed left the iteration a start of its own; the fresh gramian
+    // iteration, from above the level, is the fall-back that reaches it.
+    if (!o.useH2 && o.lmiMode != LmiMode::None && !(norm > 0.0 && norm <= o.gamma)) {
+        std::cout << "the LMI step did not reach gamma " << o.gamma << ": the gramian iteration follows"
+                  << std::endl;
+        o.lmiMode = LmiMode::None;
+        o.continueFlag = false;
+        norm = optimize(design, o);
+    }
+    storeStep(design, o.fileNamePrefix.asCharPointer());
+    return norm;
+}
+
+double RobustControl::optimize(OptimumGramian& design, StepOptions o) {
     if (approachesFromAbove(o)) {
         std::cout << "approaching gamma from above, at";
         for (double level : levelsAbove) std::cout << ' ' << level * o.gamma;
@@ -140,9 +157,7 @@ double RobustControl::step(OptimumGramian& design, StepOptions o) {
         }
         o.continueFlag = true;
     }
-    double norm = design.optimize(o);
-    storeStep(design, prefix);
-    return norm;
+    return design.optimize(o);
 }
 
 // The gramian iteration of an H-infinity design converges from a start whose loop is well within
@@ -154,6 +169,37 @@ const double RobustControl::levelsAbove[5] = {8.0, 4.0, 2.0, 1.4, 1.2};
 bool RobustControl::approachesFromAbove(const StepOptions& o) {
     return !o.useH2 && !o.approaching && !o.continueFlag && !o.stepByStep && o.lmiMode == LmiMode::None;
 }
+
+// The least H-infinity level is a property of the output-feedback problem, not of either step
+// alone: the state-feedback minimum of the first step lies below it, and the second step's system
+// is only defined at the first step's level. So the first step of an LMI H-infinity design asks
+// the LMI for the plant's least level: "min Hinf" designs at it, raised by leastLevelMargin so
+// that both bound problems keep an interior; "bound Hinf" at a gamma below it says so and takes
+// that level instead, so that the loop is stable and the phase reports the bound missed. The
+// second step solves the bound problem at the level of the first. When the LMI fails the step is
+// the gramian iteration at the gamma asked.
+StepOptions RobustControl::atFeasibleLevel(const OptimumGramian& design, StepOptions o) const {
+    if (o.useH2 || (o.lmiMode != LmiMode::MinHinf && o.lmiMode != LmiMode::BoundHinf)) return o;
+    bool minimum = o.lmiMode == LmiMode::MinHinf;
+    o.lmiMode = LmiMode::BoundHinf;
+    if (&design != control) {
+        if (minimum || control->getGamma() > o.gamma) o.gamma = control->getGamma();
+        return o;
+    }
+    double least = lmiOutputFeedbackGamma(input);
+    if (!std::isfinite(least)) {
+        o.lmiMode = LmiMode::None;
+    } else if (minimum) {
+        o.gamma = least * leastLevelMargin;
+    } else if (o.gamma < least) {
+        std::cout << "gamma " << o.gamma << " is below the least level " << least
+                  << " of the plant: the design takes " << least * leastLevelMargin << std::endl;
+        o.gamma = least * leastLevelMargin;
+    }
+    return o;
+}
+
+const double RobustControl::leastLevelMargin = 1.008;
 
 // The gain of the step in the workspace and the Matlab script, then the norm of its error
 // operator over frequency.

@@ -108,9 +108,14 @@ private:
     // The set-up of a step's design, its dialogues and stop checks going to owner.
     GramianSetup setup(GramianRole role, double tolerance, int initialFeedback) const;
     double step(OptimumGramian& design, StepOptions options);
+    // One run of the step's design, down levelsAbove first when approachesFromAbove.
+    double optimize(OptimumGramian& design, StepOptions options);
     // Whether a step goes down levelsAbove first (see robctrl.cpp).
     static bool approachesFromAbove(const StepOptions& options);
     static const double levelsAbove[5];
+    // The LMI H-infinity steps as bound problems at a level the plant admits (see robctrl.cpp).
+    StepOptions atFeasibleLevel(const OptimumGramian& design, StepOptions options) const;
+    static const double leastLevelMargin;
     void storeStep(const OptimumGramian& design, const char* prefix);
     void storeEstimationSystem(const char* prefix);
     // object under name in the workspace and the Matlab script, and in prefix + file when given.

@@ -3,7 +3,9 @@
 // at most gamma, control first and observer first.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
+#include <string>
 
 #include "../quill/testutil.h"
 #include "ctltest.h"
@@ -19,15 +21,19 @@ struct TwoStepCase {
 // The two steps as the command line takes them: pole placement start, refining iteration. The
 // norms each step reports go to first and second. The placement of several inputs starts from
 // std::rand, seeded here so that each case is the same whatever ran before it.
-RobustControl twoSteps(const DynOp& plant, bool observerFirst, double gamma, double& first, double& second) {
+// With an LMI mode the steps take the LMI route; console gets what they printed.
+RobustControl twoSteps(const DynOp& plant, bool observerFirst, double gamma, double& first, double& second,
+                       LmiMode mode = LmiMode::None, std::string* console = nullptr) {
     std::srand(1);
     RobustControl rc(ExtendedSystem(plant), observerFirst, 0.0);
-    consoleOf([&] {
+    auto lmi = [mode](StepOptions& o) { o.lmiMode = mode; };
+    std::string printed = consoleOf([&] {
         ASSERT_EQ(rc.firstStepSetup(1e-8, 1, 0), 0);
-        first = rc.firstStep(stepOf(gamma, 200, false));
+        first = rc.firstStep(stepOf(gamma, 200, false, "", lmi));
         ASSERT_EQ(rc.secondStepSetup(1e-8, 1, 0), 0);
-        second = rc.secondStep(stepOf(gamma, 200, false));
+        second = rc.secondStep(stepOf(gamma, 200, false, "", lmi));
     });
+    if (console) *console = printed;
     return rc;
 }
 
@@ -53,6 +59,29 @@ TEST_P(TwoStepHinf, ClosedLoopMeetsGamma) {
         EXPECT_LE(second, gamma);
         EXPECT_LE(h.lower, gamma * (1.0 + 1e-6)) << "gamma " << gamma << ", loop " << h;
     }
+}
+
+// The LMI route: "min Hinf" designs both steps at a level within 1% of the optimum, and the loop
+// stays within 1.5% of it; "bound Hinf" meets a feasible gamma; below the optimum the design says
+// so and takes the least level, and its loop is stable.
+TEST_P(TwoStepHinf, LmiRouteMeetsItsLevel) {
+    const TwoStepCase& c = GetParam();
+    std::unique_ptr<DynOp> plant = plantOf(c.plant, 10 + c.plant.n);
+    double optimum = HinfRiccati(*plant).optimalGamma(), first = 0.0, second = 0.0;
+    RobustControl least = twoSteps(*plant, c.observerFirst, 1.0, first, second, LmiMode::MinHinf);
+    double level = least.firstDesign()->getGamma();
+    EXPECT_GE(level, optimum * (1.0 - 1e-4));
+    EXPECT_LE(level, optimum * 1.01);
+    EXPECT_LE(loopNorm(*plant, *least.compensator()).lower, optimum * 1.015);
+
+    RobustControl bound = twoSteps(*plant, c.observerFirst, 1.1 * optimum, first, second, LmiMode::BoundHinf);
+    EXPECT_LE(loopNorm(*plant, *bound.compensator()).lower, 1.1 * optimum * (1.0 + 1e-6));
+
+    std::string console;
+    RobustControl below =
+        twoSteps(*plant, c.observerFirst, 0.9 * optimum, first, second, LmiMode::BoundHinf, &console);
+    EXPECT_NE(console.find("is below the least level"), std::string::npos);
+    EXPECT_LE(loopNorm(*plant, *below.compensator()).lower, optimum * 1.015);
 }
 
 // Continuous, D11 = 0: stable, unstable and lightly damped plants of orders 2 to 6, each with the
