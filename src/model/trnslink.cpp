@@ -6,7 +6,6 @@
 #include "model/modelnode.h"
 #include "quill/binstrm.h"
 #include "quill/objio.h"
-#include "trellis/drawicon.h"
 #include "trellis/drawprim.h"
 
 DEFINE_CLASS(TransitionLink, StateTransLink, 1, 0)
@@ -60,18 +59,26 @@ String& TransitionLink::iconDescription(String& result) {
 }
 
 void TransitionLink::buildIcon() {
+    placeText();
     StateTransLink::buildIcon();
-    defaultComment();
 }
 
-void TransitionLink::defaultComment() {
-    commentIcon()->deleteIcons();
-    String shown = text();
-    if (shown.size() == 0) return;
-    DrawImageString* line =
-        new DrawImageString(0, 0, shown.size() * 0.48f, shown.asCharPointer(), stringColour);
-    line->height = 0.6f;
-    commentIcon()->add(*line);
+void TransitionLink::placeText() {
+    // A character of text 0.6 cells high is about a quarter of a cell wide.
+    const float height = 0.6f, charWidth = 0.25f, gap = 0.15f;
+    DrawString& label = *iconLabel();
+    label.text = text();
+    label.width = label.text.size() * charWidth;
+    label.height = height;
+    if (points()->size() < 2) return;
+    // The middle of the route: its middle point when it has an even number of segments (a
+    // self-loop's top), else the middle of its middle segment.
+    unsigned segments = points()->size() - 1, middle = segments / 2;
+    FloatPoint a = point(int(middle)), b = point(int(middle) + 1);
+    FloatPoint centre = segments % 2 == 0 ? a : (a + b) * 0.5;
+    bool upright = a.x() == b.x() && a.y() != b.y();
+    label.x = float(upright ? centre.x() + gap : centre.x() - label.width / 2);
+    label.y = float(upright ? centre.y() - height / 2 : centre.y() - height - gap);
 }
 
 void TransitionLink::printOn(std::ostream& os) const { os << text(); }

@@ -25,9 +25,9 @@ public:
     // Stores the entries trimmed; nothing is refused.
     String checkParameters(int mode, const OrderedCltn& values, int& status) override;
     String& iconDescription(String& result) override;
-    // The arrow, and the text beside it.
+    // The arrow, and the text as the link's label: centred above the middle segment of the
+    // route, or beside it when that runs upright.
     void buildIcon() override;
-    void defaultComment() override;
 
     void printOn(std::ostream& os) const override;  // the text
     void storer(std::ostream& os) const override;
@@ -37,6 +37,7 @@ public:
 private:
     template <class Stream>
     void readFields(Stream& is);
+    void placeText();
 
     String firingRuleEntry, actionsEntry;
     String firingRule_, actions_;

@@ -11,7 +11,7 @@
 #include "model/stgmake.h"
 #include "quill/dictnary.h"
 #include "quill/quillerr.h"
-#include "trellis/drawicon.h"
+#include "trellis/drawprim.h"
 
 namespace {
 
@@ -74,7 +74,8 @@ TEST(StateGraphStream, EveryKindReadsBackAsItWasDrawn) {
     printed << *go << "|" << *tick << "|" << *empty;
     EXPECT_EQ(printed.str(), "go, x := 1|tick, |");
     empty->update();
-    EXPECT_TRUE(empty->commentIcon()->icons().isEmpty());
+    EXPECT_EQ(str(empty->iconLabel()->text), "");
+    EXPECT_EQ(str(go->iconLabel()->text), "go, x := 1");
     EXPECT_EQ(pointsOf(*tick),
               pointsOf(*find<TransitionLink>(g.icons().asOrderedCltn(), class_TransitionLink, "tick")));
     deleteDrawing(*read, new StateGraphSem);
@@ -136,7 +137,8 @@ TEST(StateGraphDialogue, RowsOfEachKindAndWhatConfirmKeeps) {
 TEST(StateGraphRoutes, SelfLoopsRiseOverTheTopAndSpreadOut) {
     StateGraphMaker g;
     StateIcon& s = g.state("S", "", 20, 20);
-    std::vector<FloatPoint> first = pointsOf(g.transition(s, s, "a", ""));
+    TransitionLink& loop = g.transition(s, s, "a", "");
+    std::vector<FloatPoint> first = pointsOf(loop);
     std::vector<FloatPoint> second = pointsOf(g.transition(s, s, "b", ""));
     ASSERT_EQ(first.size(), 5u);
     ASSERT_EQ(second.size(), 5u);
@@ -147,6 +149,10 @@ TEST(StateGraphRoutes, SelfLoopsRiseOverTheTopAndSpreadOut) {
         EXPECT_EQ((*loop)[2].x(), 24);  // centred on the node
     }
     EXPECT_EQ(first[1].y(), 19);
+    // The text stands centred over the loop's top.
+    const DrawString& text = *loop.iconLabel();
+    EXPECT_FLOAT_EQ(text.x + text.width / 2, 24);
+    EXPECT_LT(text.y + text.height, 19);
     // One step further out: wider by half a cell each side, higher by the node's height.
     EXPECT_EQ(second[1].y(), first[1].y() - 2);
     EXPECT_EQ(second.front().x(), first.front().x() - 0.5);
