@@ -5,6 +5,7 @@
 #include <QPalette>
 #include <QWidget>
 #include <cstring>
+#include <string>
 
 #include "editor/iconnode.h"
 #include "quill/quillerr.h"
@@ -26,9 +27,9 @@ const int textWidth = 400, textHeight = 100;
 
 String& stringAt(OrderedCltn& list, unsigned i) { return *CAST(String, list.at(i)); }
 
-bool endsWithMark(const String& label) {
-    size_t n = label.size(), m = strlen(readOnlyRowMark);
-    return n >= m && strcmp(label.asCharPointer() + n - m, readOnlyRowMark) == 0;
+bool endsWithMark(const std::string& label) {
+    size_t m = strlen(readOnlyRowMark);
+    return label.size() >= m && label.compare(label.size() - m, m, readOnlyRowMark) == 0;
 }
 
 void showReadOnly(CppText& field) {
@@ -56,12 +57,10 @@ StateTransPar::StateTransPar(CppWidget* parent, IconNode& icon, const OrderedClt
 
 void StateTransPar::addRows(unsigned count) {
     for (unsigned i = 0; i < count && i < labels().size() && i < values().size(); ++i) {
-        String label = stringAt(labels(), i);
+        std::string label = stringAt(labels(), i).asCharPointer();
         bool marked = endsWithMark(label);
-        if (marked)
-            label =
-                String(std::string(label.asCharPointer(), label.size() - strlen(readOnlyRowMark)).c_str());
-        CppText& field = dialog().addRow(label.asCharPointer(), stringAt(values(), i).asCharPointer());
+        if (marked) label.resize(label.size() - strlen(readOnlyRowMark));
+        CppText& field = dialog().addRow(label.c_str(), stringAt(values(), i).asCharPointer());
         if (marked) showReadOnly(field);
         readOnly.push_back(marked);
     }
