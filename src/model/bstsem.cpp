@@ -9,6 +9,7 @@
 #include "editor/iconnode.h"
 #include "editor/paramedt.h"
 #include "model/modelnode.h"
+#include "model/stticon.h"
 #include "model/sttrlink.h"
 #include "quill/cback.h"
 #include "quill/dictnary.h"
@@ -30,18 +31,23 @@ bool startsWith(const String& text, const char* prefix) {
 }  // namespace
 
 bool hasModelParameters(IconNode& icon) {
-    return icon.isKindOf(class_ModelNode) || icon.isKindOf(class_StateTransLink);
+    return icon.isKindOf(class_ModelNode) || icon.isKindOf(class_StateTransIcon) ||
+           icon.isKindOf(class_StateTransLink);
 }
 
 int iconParameters(IconNode& icon, int mode, OrderedCltn& labels, OrderedCltn& values, int& count) {
     if (icon.isKindOf(class_ModelNode))
         return static_cast<ModelNode&>(icon).iconParameters(mode, labels, values, count);
+    if (icon.isKindOf(class_StateTransIcon))
+        return static_cast<StateTransIcon&>(icon).iconParameters(mode, labels, values, count);
     return static_cast<StateTransLink&>(icon).iconParameters(mode, labels, values, count);
 }
 
 String checkParameters(IconNode& icon, int mode, const OrderedCltn& values, int& status) {
     if (icon.isKindOf(class_ModelNode))
         return static_cast<ModelNode&>(icon).checkParameters(mode, values, status);
+    if (icon.isKindOf(class_StateTransIcon))
+        return static_cast<StateTransIcon&>(icon).checkParameters(mode, values, status);
     return static_cast<StateTransLink&>(icon).checkParameters(mode, values, status);
 }
 

@@ -87,10 +87,10 @@ std::unique_ptr<DynOp> DiagramMaker::build(std::string* reports) {
     return model;
 }
 
-void DiagramMaker::save(const char* fileName) {
+void saveDrawing(const char* fileName, Dictionary& icons, Semantic& semantic) {
     ArrayOb drawing(6);
-    drawing[0] = icons;
-    drawing[1] = sem;
+    drawing[0] = &icons;
+    drawing[1] = &semantic;
     // The scroll state: origin and size of the view, as fractions of the board.
     Float x(0.3), width(1.0), y(0.3), height(1.0);
     drawing[2] = &x;
@@ -101,3 +101,5 @@ void DiagramMaker::save(const char* fileName) {
     drawing.storeOn(file);
     for (int i = 0; i < 6; ++i) drawing[i] = nil;
 }
+
+void DiagramMaker::save(const char* fileName) { saveDrawing(fileName, *icons, *sem); }

@@ -13,6 +13,12 @@
 #include "model/titleicon.h"
 #include "quill/dictnary.h"
 
+class Semantic;
+
+// Writes a drawing made in code as the editor stores it: its icons, its semantic and a view
+// opened at three tenths of the board.
+void saveDrawing(const char* fileName, Dictionary& icons, Semantic& semantic);
+
 class DiagramMaker {
 public:
     explicit DiagramMaker(const char* name = "Model");

@@ -4,12 +4,10 @@
 #include <algorithm>
 #include <ostream>
 #include <string>
-#include <vector>
 
 #include "editor/iconarc.h"
-#include "model/crossing.h"
+#include "model/nodegeom.h"
 #include "model/route.h"
-#include "quill/arrayob.h"
 #include "quill/binstrm.h"
 #include "quill/objio.h"
 #include "quill/quillerr.h"
@@ -117,63 +115,9 @@ FloatPoint ModelNode::linkToPoint(const FloatPoint&, const FloatPoint& p2) {
     return attachmentPoint(box(), p2);
 }
 
-namespace {
-
-// The box of a node that is not a ModelNode: its cells as IconNode sizes them.
-FloatRect boxOf(IconNode& node) {
-    if (node.isKindOf(class_ModelNode)) return static_cast<ModelNode&>(node).box();
-    return FloatRect(node.posX(), node.posY(), node.iconWidth(), node.iconHeight());
-}
-
-// The node in a link's end slot; a pasted link may still hold a name there.
-IconNode* endNode(ArrayOb& slots) {
-    Object* end = slots[0];
-    return end != nil && end->isKindOf(class_IconNode) ? static_cast<IconNode*>(end) : 0;
-}
-
-// The links that join the nodes reachable from the two given nodes.
-std::vector<IconArc*> reachableLinks(IconNode& first, IconNode& second) {
-    std::vector<IconNode*> nodes{&first, &second};
-    std::vector<IconArc*> links;
-    for (size_t i = 0; i < nodes.size(); ++i) {
-        OrderedCltn incoming, outgoing;
-        nodes[i]->fromLinks(incoming);
-        nodes[i]->toLinks(outgoing);
-        for (OrderedCltn* list : {&incoming, &outgoing})
-            for (unsigned k = 0; k < list->size(); ++k) {
-                if (!list->at(k)->isKindOf(class_IconArc)) continue;
-                IconArc* link = static_cast<IconArc*>(list->at(k));
-                if (std::find(links.begin(), links.end(), link) != links.end()) continue;
-                links.push_back(link);
-                for (IconNode* end : {endNode(*link->fromIcons()), endNode(*link->toIcons())})
-                    if (end && std::find(nodes.begin(), nodes.end(), end) == nodes.end())
-                        nodes.push_back(end);
-            }
-    }
-    return links;
-}
-
-Polyline pointsOf(const IconArc& link) {
-    Polyline points;
-    for (unsigned i = 0; i < link.points()->size(); ++i) points.push_back(link.point(int(i)));
-    return points;
-}
-
-}  // namespace
-
 void ModelNode::routeLink(OrderedCltn& result, IconNode& to, const FloatPoint& start, const FloatPoint& end,
                           const Class&) {
-    Polyline route = orthogonalRoute(box(), boxOf(to), start, end);
-    for (const FloatPoint& p : route) result.add(*new FloatPoint(p));
-    std::vector<IconArc*> links = reachableLinks(*this, to);
-    std::vector<LinkRoute> others;
-    for (size_t i = 0; i < links.size(); ++i)
-        if (links[i]->points()->size() > 1) others.push_back(LinkRoute{int(i), pointsOf(*links[i])});
-    std::vector<int> crossed = crossedLinks(route, others);
-    if (crossed.empty()) return;
-    OrderedCltn* rerouted = new OrderedCltn;
-    for (int id : crossed) rerouted->add(*links[size_t(id)]);
-    result.add(*rerouted);
+    routeBetween(result, *this, to, start, end);
 }
 
 bool ModelNode::hasComment() { return true; }
@@ -183,15 +127,7 @@ String& ModelNode::iconDescription(String& result) {
     return result;
 }
 
-void ModelNode::placeLabel(double y) {
-    DrawString& label = *iconLabel();
-    float width = float(nodeName_.size() * 0.48);
-    label.text = nodeName_;
-    label.width = width;
-    label.height = float(labelHeight());
-    label.x = float((nodeWidth() - width) * 0.5);
-    label.y = float(y - labelHeight());
-}
+void ModelNode::placeLabel(double y) { centreLabel(*iconLabel(), nodeName_, nodeWidth(), labelHeight(), y); }
 
 void ModelNode::addCommentText(const String& text, double y) {
     DrawImageString* line =

@@ -87,3 +87,21 @@ Polyline orthogonalRoute(const FloatRect& fromBox, const FloatRect& toBox, const
     Shape shape = shapes[sideOf(toBox, end) + 4 * sideOf(fromBox, start)];
     return shape(RouteEnds{fromBox, toBox, start, end});
 }
+
+Polyline selfRoute(const FloatRect& box, const std::vector<Polyline>& loops) {
+    const double tolerance = 0.001;
+    double top = box.y(), left = box.x(), right = box.x() + box.width(), sum = 0;
+    bool onTop = !loops.empty();
+    for (const Polyline& loop : loops)
+        for (const FloatPoint& p : {loop.front(), loop.back()}) {
+            onTop = onTop && std::fabs(p.y() - top) <= tolerance && p.x() >= left && p.x() <= right;
+            sum += p.x();
+        }
+    double middle = onTop ? halfCell(sum / double(2 * loops.size())) : (left + right) * 0.5;
+    double k = double(loops.size());
+    double half = std::min(box.width() * 0.25 + 0.5 * k, box.width() * 0.5 - 0.5);
+    double from = std::max(left + 0.5, middle - half), to = std::min(right - 0.5, middle + half);
+    double over = top - 1.0 - k * box.height();
+    return Polyline{FloatPoint(from, top), FloatPoint(from, over), FloatPoint(middle, over),
+                    FloatPoint(to, over), FloatPoint(to, top)};
+}

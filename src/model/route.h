@@ -33,4 +33,12 @@ FloatPoint attachmentPoint(const FloatRect& box, const FloatPoint& point);
 Polyline orthogonalRoute(const FloatRect& fromBox, const FloatRect& toBox, const FloatPoint& start,
                          const FloatPoint& end);
 
+// The five points of a link from a node to itself, drawn over the top side: up from the top edge,
+// across through a middle point, and down again, one cell above the node and a quarter of its
+// width either side of its middle. loops are the node's other self-routes: the new route is
+// centred on the mean of their ends when those lie on the top edge (within 0.001), and lies one
+// step further out than they do: half a cell wider each side, and higher by the node's height for
+// each of them.
+Polyline selfRoute(const FloatRect& box, const std::vector<Polyline>& loops);
+
 #endif

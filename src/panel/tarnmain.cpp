@@ -165,6 +165,8 @@ int runCommandPanel() {
 
 int runBlockDiagram() { return runGraphEditor("StateTransSem", "Block Diagram Editor - ", Argc, Argv); }
 
+int runStateGraph() { return runGraphEditor("StateGraphSem", "State Graph Editor - ", Argc, Argv); }
+
 // The design panel until its window closes; its state is saved in the working directory.
 int runRobustControlDesign() {
     GraphMainLib panel(programDirectory.asCharPointer());
@@ -219,6 +221,7 @@ int dispatchMode() {
     setModuleDebugger(makeModuleDebugger);
     if (findOption("-debug", program)) return runDebugger(program);
     if (findFlag("-blockDiagram")) return runBlockDiagram();
+    if (findFlag("-stateGraph")) return runStateGraph();
     if (findFlag("-interpreter")) return runInterpreter();
     if (findFlag("-robustControlDesign")) return runRobustControlDesign();
     if (findFlag("-text")) return runTextEditor();
@@ -254,6 +257,7 @@ const OptionLine optionLines[] = {
     {"-document kind file.edt", "write the document of a drawing beside it: html, latex, rtf or ascii"},
     {"-debug file.cxx", "open the source-level debugger on an interpreted program"},
     {"-blockDiagram [file.bdg]", "edit a block diagram"},
+    {"-stateGraph [file.stg]", "edit a state transition graph"},
     {"-interpreter", "open the resident interpreter window"},
     {"-debugModule", "open a debugger on the run of each Module<\"file\"> value, stopped at its first line"},
     {"-debugModuleGo", "the same, running at once up to a breakpoint"},

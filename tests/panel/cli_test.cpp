@@ -84,6 +84,7 @@ TEST(CommandLineTest, modeIsChosenByFlagWhereverItStands) {
         {{"-blockDiagram", "-text"}, diagram},
         {{"-text", "-blockDiagram"}, diagram},
         {{"m.bdg", "-blockDiagram"}, diagram},
+        {{"m.stg", "-stateGraph"}, diagram},
         {{"-text", "-interpreter"}, interpreter},
         {{"-interpreter", "-robustControlDesign"}, interpreter},
     };
@@ -98,10 +99,9 @@ TEST(CommandLineTest, modeIsChosenByFlagWhereverItStands) {
 
 TEST(CommandLineTest, twoFileNamesAreAUsageError) {
     const std::vector<std::string> rows[] = {
-        {"-text", "a", "b"},
-        {"a", "b", "-text"},
-        {"-blockDiagram", "a", "b"},
-        {"-blockDiagram", "-text", "a"},
+        {"-text", "a", "b"},         {"a", "b", "-text"},
+        {"-blockDiagram", "a", "b"}, {"-blockDiagram", "-text", "a"},
+        {"-stateGraph", "a", "b"},
     };
     for (const std::vector<std::string>& words : rows) {
         SCOPED_TRACE(joined(words));
@@ -167,12 +167,14 @@ TEST(CommandLineTest, helpListsEveryOptionAndExitsZero) {
         RunResult r = runTarn(words);
         EXPECT_EQ(r.status, 0);
         EXPECT_EQ(r.err, "");
-        for (const char* option :
-             {"-blockDiagram", "-interpreter",   "-run",          "-design",        "-robustControlDesign",
-              "-model",        "-text",          "-env",          "-JV_PATH",       "-CC_PATH",
-              "-DS_PATH",      "-IDE_PATH",      "-printClasses", "-deleteGlobals", "-memoryLimit",
-              "-traceOn",      "-traceOff",      "-traceFile",    "-traceLevel",    "-dumpTrace",
-              "-debugModule",  "-debugModuleGo", "-help"}) {
+        for (const char* option : {"-blockDiagram", "-stateGraph",    "-interpreter",
+                                   "-run",          "-design",        "-robustControlDesign",
+                                   "-model",        "-text",          "-env",
+                                   "-JV_PATH",      "-CC_PATH",       "-DS_PATH",
+                                   "-IDE_PATH",     "-printClasses",  "-deleteGlobals",
+                                   "-memoryLimit",  "-traceOn",       "-traceOff",
+                                   "-traceFile",    "-traceLevel",    "-dumpTrace",
+                                   "-debugModule",  "-debugModuleGo", "-help"}) {
             EXPECT_NE(r.out.find(std::string("\n  ") + option + " "), std::string::npos) << option << "\n"
                                                                                          << r.out;
         }
