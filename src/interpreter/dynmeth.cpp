@@ -1,9 +1,13 @@
 // DynOpVar: the methods of systems, their channels, structure, gramians, norms and reductions.
+#include <iostream>
+
 #include "algebra/rfmatrix.h"
+#include "control/sweep.h"
 #include "interpreter/dynvar.h"
 #include "interpreter/floatvar.h"
 #include "interpreter/intvar.h"
 #include "interpreter/mtrxvar.h"
+#include "interpreter/stringvr.h"
 #include "interpreter/vectvar.h"
 #include "interpreter/zpkout.h"
 
@@ -85,6 +89,25 @@ Variable* certifiedNorm(Variable& v, OrderedCltn&) {
     return new VectorVar(r);
 }
 
+// P.sweep(K, "params.txt"): the report on cout, and the vector [worst norm, its omega, unstable
+// samples, then the worst sample's parameter values].
+Variable* sweep(Variable& v, OrderedCltn& a) {
+    const DynOp& compensator = var(*Variable::dereference(Variable::argumentAt(a, 0))).getValue();
+    const String& file =
+        static_cast<StringVar*>(Variable::dereference(Variable::argumentAt(a, 1)))->getValue();
+    UncertainModel model;
+    SweepReport r;
+    std::string error;
+    if (!UncertainModel::read(file.asCharPointer(), sys(v), model, error) ||
+        !sweepModel(model, compensator, SweepOptions(), r, error))
+        Variable::typeError(String(("Run time error, sweep: " + error).c_str()));
+    printSweep(std::cout, r);
+    Vector result(unsigned(3 + r.worst.values.size()));
+    result[0] = r.worst.norm.norm, result[1] = r.worst.norm.omega, result[2] = r.unstable;
+    for (unsigned i = 0; i < r.worst.values.size(); ++i) result[3 + i] = r.worst.values[i];
+    return new VectorVar(result);
+}
+
 }  // namespace
 
 const MethodTable& DynOpVar::methods() const {
@@ -129,6 +152,7 @@ const MethodTable& DynOpVar::methods() const {
     table->add("normHinf", "float", {},
                [](Variable& v, OrderedCltn&) -> Variable* { return new FloatVar(sys(v).normHinf()); });
     table->add("certifiedNormHinf", "Vector", {}, certifiedNorm);
+    table->add("sweep", "Vector", {"DynOp", "string"}, sweep);
     table->add("normH2", "float", {},
                [](Variable& v, OrderedCltn&) -> Variable* { return new FloatVar(sys(v).normH2()); });
     table->add("outputFeedback", "DynOp", {"DynOp"}, outputFeedback);

@@ -15,61 +15,16 @@
 #include "control/paramcl.h"
 #include "control/rcdesign.h"
 #include "control/workspc.h"
+#include "panel/cloption.h"
 #include "quill/quillstr.h"
 #include "quill/startup.h"
 
 namespace {
 
-String textOption(const char* name, const char* fallback) {
-    String value;
-    return findOption(name, value) ? value : String(fallback);
-}
-
-// The admissible values of a numeric option: above low (or from it, when closed), up to high.
-struct Range {
-    double low;
-    bool closed;
-    double high;
-    bool integer;
-};
-
 const Range positive = {0.0, false, HUGE_VAL, false};
 const Range notNegative = {0.0, true, HUGE_VAL, false};
 const Range unitStep = {0.0, false, 1.0, false};
 const Range count = {1.0, true, 1e6, true};
-
-bool inRange(double x, const Range& r) {
-    return (r.closed ? x >= r.low : x > r.low) && x <= r.high && (!r.integer || x == std::floor(x));
-}
-
-std::string rangeText(const Range& r) {
-    std::ostringstream os;
-    os.precision(15);
-    os << (r.integer ? "an integer " : "a number ") << (r.closed ? "from " : "above ") << r.low;
-    if (r.high < HUGE_VAL) os << (r.closed ? " to " : " up to ") << r.high;
-    return os.str();
-}
-
-// The option's value into value when it is given; false after the line that names the option,
-// when it is not a number or lies outside range.
-bool numberOption(const char* name, double& value, const Range& range) {
-    String text;
-    if (!findOption(name, text)) return true;
-    const char* start = text.asCharPointer();
-    char* end = 0;
-    double x = std::strtod(start, &end);
-    if (end == start || *end != '\0' || !std::isfinite(x)) {
-        std::cerr << "tarn: option " << name << ": \"" << start << "\" is not a number" << std::endl;
-        return false;
-    }
-    if (!inRange(x, range)) {
-        std::cerr << "tarn: option " << name << ": " << start << " is out of range, it must be "
-                  << rangeText(range) << std::endl;
-        return false;
-    }
-    value = x;
-    return true;
-}
 
 // The route of -route: gramian (the design's iteration), lmi or riccati; empty after the line that
 // names the option when the value is none of them.

@@ -22,6 +22,7 @@
 #include "panel/config.h"
 #include "panel/designcl.h"
 #include "panel/modelcl.h"
+#include "panel/sweepcl.h"
 #include "quill/cback.h"
 #include "quill/language.h"
 #include "quill/quillstr.h"
@@ -209,13 +210,14 @@ int runDocument(const String& kind) {
     return 1;
 }
 
-// -run, -design, -model and -document work without windows; the other modes plot the language's values in the
-// plot window and debug its modules in the debugger.
+// -run, -design, -model, -sweep and -document work without windows; the other modes plot the language's
+// values in the plot window and debug its modules in the debugger.
 int dispatchMode() {
     String program;
     if (findOption("-run", program)) return runProgram(program);
     if (findOption("-design", program)) return runDesign(program);
     if (findOption("-model", program)) return runModel(program);
+    if (findOption("-sweep", program)) return runSweep(program);
     if (findOption("-document", program)) return runDocument(program);
     setPlotOpener(openPlotWindow);
     setModuleDebugger(makeModuleDebugger);
@@ -254,6 +256,9 @@ const OptionLine optionLines[] = {
     {"  -matlab dir", "write the Matlab script <title>.m into dir"},
     {"  -discretize T", "discretise the model at the period T (s)"},
     {"  -poles", "print the model's poles"},
+    {"-sweep plant.dyn control.dyn params.txt", "the closed loop over the plant's uncertain parameters,"},
+    {"", "its worst case; params.txt declares the parameters and the entries that hang on them"},
+    {"  -grid n, -samples n", "grid points per parameter (5), seeded random samples (100)"},
     {"-document kind file.edt", "write the document of a drawing beside it: html, latex, rtf or ascii"},
     {"-debug file.cxx", "open the source-level debugger on an interpreted program"},
     {"-blockDiagram [file.bdg]", "edit a block diagram"},
@@ -287,7 +292,9 @@ void printUsage(std::ostream& os) {
     os << "Usage: tarn [options] [file]\n"
        << "Without a mode the command panel opens. Options may stand anywhere.\n";
     for (const OptionLine& line : optionLines) {
+        // A long option stands on a line of its own, its text below it.
         std::string option = line.option;
+        if (option.size() >= 24) os << "  " << option << "\n", option.clear();
         option.resize(24, ' ');
         os << "  " << option << line.text << "\n";
     }

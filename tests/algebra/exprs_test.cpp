@@ -9,6 +9,7 @@
 
 #include "../quill/testutil.h"
 #include "algebra/ematrix.h"
+#include "algebra/exprtext.h"
 #include "quill/all.h"
 
 namespace {
@@ -190,3 +191,38 @@ TEST(ExpressionS, CopiesOwnTheirOperands) {
     EXPECT_NEAR(2.0, e.evaluate()(0, 0).real(), 1e-12);
     EXPECT_NEAR(-1.0, static_cast<EMatrix&>(*matrixCopy).evaluate()(0, 0).real(), 1e-12);
 }
+
+namespace {
+
+// The value of text with a = 2 and b = -3, or the parse error.
+std::string valueOf(const char* text) {
+    std::vector<VariableS> vars = {var("a"), var("b")};
+    ExpressionS e;
+    std::string error;
+    if (!parseExpression(text, vars, e, error)) return error;
+    e.setVariable("a", 2.0);
+    e.setVariable("b", -3.0);
+    return std::to_string(e.evaluate()(0, 0).real());
+}
+
+TEST(ExpressionText, PrioritiesBracketsAndFaults) {
+    const struct {
+        const char* text;
+        std::string value;
+    } cases[] = {
+        {"2 + 3 * a", std::to_string(8.0)},
+        {"-a * b", std::to_string(6.0)},
+        {"a - (b - 1) * -2", std::to_string(-6.0)},
+        {"((a))", std::to_string(2.0)},
+        {"1.5e1 - a - b", std::to_string(16.0)},
+        {"a + c", "unknown name 'c' in \"a + c\""},
+        {"a / b", "unknown operator '/' in \"a / b\""},
+        {"a * (b + 1", "'(' without ')' in \"a * (b + 1\""},
+        {"a)", "')' without '(' in \"a)\""},
+        {"a +", "operand expected at the end in \"a +\""},
+        {"", "operand expected at the end in \"\""},
+    };
+    for (const auto& c : cases) EXPECT_EQ(valueOf(c.text), c.value) << c.text;
+}
+
+}  // namespace

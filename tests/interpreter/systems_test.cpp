@@ -353,6 +353,8 @@ TEST(SystemsTest, modelFilesGoAndComeBackUnderTheirClassesExtensions) {
 TEST(SystemsTest, theExampleProgramsRunAndGiveTheClosedForms) {
     InTemporaryDirectory here;
     here.copy(std::string(TARN_EXAMPLES) + "/twomass.dyn", "twomass.dyn");
+    here.copy(std::string(TARN_EXAMPLES) + "/mass.txt", "mass.txt");
+    double z = 0.2 / (2 * std::sqrt(2.0));  // the damping ratio of the heaviest mass, 2
     struct Example {
         const char* name;
         std::vector<std::string> lines;
@@ -365,6 +367,7 @@ TEST(SystemsTest, theExampleProgramsRunAndGiveTheClosedForms) {
         {"sampled", {"sampling time 0.1", "filtered order 3, sampling time 0.1"}},
         {"loop", {"K = 2: 1 / (s^2 + 1 s + 2)", "  H2 norm from w to z 0.5"}},
         {"models", {"read back spring.dyn, order 2", "the same model: 1", "twomass.dyn: order 4, poles ["}},
+        {"sweep", {"worst norm " + number(1 / (2 * z * std::sqrt(1 - z * z))) + ", mass 2"}},
     };
     for (const Example& e : examples) {
         SCOPED_TRACE(e.name);

@@ -1,0 +1,22 @@
+// The options of the headless modes: texts and numbers checked against their range.
+#ifndef PANEL_CLOPTION_H
+#define PANEL_CLOPTION_H
+
+#include "quill/quillstr.h"
+
+// The option's text, or fallback when it is not given.
+String textOption(const char* name, const char* fallback);
+
+// The admissible values of a numeric option: above low (or from it, when closed), up to high.
+struct Range {
+    double low;
+    bool closed;
+    double high;
+    bool integer;
+};
+
+// The option's value into value when it is given; false after the line that names the option,
+// when it is not a number or lies outside range.
+bool numberOption(const char* name, double& value, const Range& range);
+
+#endif
