@@ -14,6 +14,10 @@ class EMatrix : public Object {
 public:
     EMatrix() : EMatrix(0, 0) {}
     EMatrix(int rows, int cols);  // rows x cols empty expressions
+    EMatrix(std::istream& is, Object* where);
+    EMatrix(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
 
     int rowNumber() const { return rows; }
     int columnNumber() const { return cols; }
@@ -32,6 +36,8 @@ public:
     void clearCopiedState() override;
 
 private:
+    template <class Stream>
+    void readFields(Stream& is);
     void checkIndex(int i, int limit, const char* method) const;
 
     std::vector<ExpressionS> entries;  // row by row

@@ -24,6 +24,9 @@ extern Class class_ExpressionS;
 class Element : public Object {
     DECLARE_MEMBERS(Element)
 public:
+    Element() {}
+    Element(std::istream& is, Object* where);
+    Element(BinIstream& is, Object* where);
     virtual String getName() const;
     virtual CMatrix getValue() const;
     virtual void setValue(const CMatrix& value);
@@ -33,6 +36,10 @@ public:
 class Constant : public Element {
     DECLARE_MEMBERS(Constant)
 public:
+    Constant(std::istream& is, Object* where);
+    Constant(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     Constant() {}
     // A matrix text names the constant in the expression's text; without one its value does.
     explicit Constant(const CMatrix& value, const char* matrixText = "");
@@ -44,6 +51,9 @@ public:
     void clearCopiedState() override;
 
 private:
+    template <class Stream>
+    void readFields(Stream& is);
+
     CMatrix value;
     String text;
 };
@@ -51,6 +61,10 @@ private:
 class VariableS : public Element {
     DECLARE_MEMBERS(VariableS)
 public:
+    VariableS(std::istream& is, Object* where);
+    VariableS(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     VariableS();
     // Bounds given the wrong way round are swapped; nominal and current start at the mean.
     // An empty name becomes "X" and the index.
@@ -83,6 +97,9 @@ public:
     void clearCopiedState() override;
 
 protected:
+    template <class Stream>
+    void readFields(Stream& is);
+
     String name;
     float low;
     float high;
@@ -96,6 +113,8 @@ protected:
 class Variable01 : public VariableS {
     DECLARE_MEMBERS(Variable01)
 public:
+    Variable01(std::istream& is, Object* where);
+    Variable01(BinIstream& is, Object* where);
     Variable01() {}
     Variable01(const RFMatrix& weights, int index, const char* name);
     Element* clone() const override { return new Variable01(*this); }
@@ -104,6 +123,10 @@ public:
 class OperatorS : public Object {
     DECLARE_MEMBERS(OperatorS)
 public:
+    OperatorS(std::istream& is, Object* where);
+    OperatorS(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     OperatorS() : unary(0) {}
     explicit OperatorS(const char* text, bool unary = false);
     const String& textOf() const { return text; }
@@ -116,6 +139,9 @@ public:
     void clearCopiedState() override;
 
 private:
+    template <class Stream>
+    void readFields(Stream& is);
+
     String text;
     int unary;
 };
@@ -124,6 +150,10 @@ private:
 class Node : public Object {
     DECLARE_MEMBERS(Node)
 public:
+    Node(std::istream& is, Object* where);
+    Node(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     Node() : element(0), left(0), right(0) {}
     Node(Object* element, Node* left = 0, Node* right = 0) : element(element), left(left), right(right) {}
     Node(const Node&) = delete;
@@ -136,6 +166,9 @@ public:
     void clearCopiedState() override;
 
 private:
+    template <class Stream>
+    void readFields(Stream& is);
+
     Object* element;
     Node* left;
     Node* right;
@@ -144,6 +177,10 @@ private:
 class ExpressionS : public Object {
     DECLARE_MEMBERS(ExpressionS)
 public:
+    ExpressionS(std::istream& is, Object* where);
+    ExpressionS(BinIstream& is, Object* where);
+    void storer(std::ostream& os) const override;
+    void storer(BinOstream& os) const override;
     ExpressionS() {}
     explicit ExpressionS(const Element& element);
     ExpressionS(const Element& left, const OperatorS& op, const Element& right);
@@ -185,6 +222,8 @@ public:
     void clearCopiedState() override;
 
 private:
+    template <class Stream>
+    void readFields(Stream& is);
     void add(Object* item);
     void addVariable(Object* item);
     void copyItems(const ExpressionS& e);

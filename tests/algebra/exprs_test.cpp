@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "../quill/iotest.h"
 #include "../quill/testutil.h"
 #include "algebra/ematrix.h"
 #include "algebra/exprtext.h"
@@ -223,6 +224,39 @@ TEST(ExpressionText, PrioritiesBracketsAndFaults) {
         {"", "operand expected at the end in \"\""},
     };
     for (const auto& c : cases) EXPECT_EQ(valueOf(c.text), c.value) << c.text;
+}
+
+}  // namespace
+
+namespace {
+
+// Text and binary forms keep the postfix list and the variables' identity: a value set on the
+// read expression by name reaches its items.
+TEST(ExpressionS, BothStreamFormsKeepTheListAndTheVariables) {
+    std::vector<VariableS> vars = {var("a", 3, -2), var("b")};
+    ExpressionS e;
+    std::string error;
+    ASSERT_TRUE(parseExpression("a - (b - 1.25) * -2", vars, e, error)) << error;
+    EMatrix m(1, 2);
+    m(0, 0) = e;
+    m(0, 1) = ExpressionS(vars[1]);
+    for (bool binary : {false, true}) {
+        SCOPED_TRACE(binary);
+        Object* read = binary ? readBinary(storedBinary(m), &error) : readText(storedText(m), &error);
+        ASSERT_NE(read, nullptr) << error;
+        EMatrix& r = *static_cast<EMatrix*>(read);
+        EXPECT_EQ(r(0, 0).text(), e.text());
+        EXPECT_EQ(r(0, 0).variableCount(), 2u);
+        EXPECT_TRUE(r.setVariable("a", 0.5) && r.setVariable("b", 4));
+        EXPECT_EQ(r.evaluate()(0, 0).real(), 0.5 + 2 * (4 - 1.25));
+        EXPECT_EQ(r.evaluate()(0, 1).real(), 4.0);
+        delete read;
+    }
+    Object* v = readText(storedText(vars[0]), &error);
+    ASSERT_NE(v, nullptr) << error;
+    EXPECT_EQ(static_cast<VariableS*>(v)->lowBound(), -2.0f);
+    EXPECT_EQ(static_cast<VariableS*>(v)->nominalValue(), 0.5f);
+    delete v;
 }
 
 }  // namespace
