@@ -121,6 +121,11 @@ public:
     void similarity(const Matrix& T, bool orthogonal = false);
     DynOp changeBasis(const Matrix& T) const;
     DynOp reduceOrder(unsigned n, bool keepFirst = true) const;
+    // The n slowest modes, the fast ones at their steady value (residualisation): the Schur form
+    // sorted by the poles' distance from 0 (from 1 in discrete time, through the logarithm), so
+    // the kept poles are exactly the slow ones and the gain at rest is the system's. A complex
+    // pair at the cut stays whole, keeping n + 1 states. In continuous form, like reduceOrder.
+    DynOp slowPart(unsigned n) const;
     DynOp scaleObjectives(double alpha) const;
     DynOp stateFeedback(const Matrix& K, const IntArray* columns = 0) const;
     DynOp closedLoop(const DynOp& controller) const;

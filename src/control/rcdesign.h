@@ -131,6 +131,7 @@ private:
     // The stages of the final results (rcfinal.cpp).
     void reportErrors();
     DynOp reduceCompensator(DynOp compensator, double& tolerance);
+    RobustControl::System withoutFastModes(const DynOp& compensator, unsigned order);
     // The closed loop of the model (or of a perturbed one) with a compensator: its poles, the
     // steady gain from the reference when the design has two degrees of freedom ("gainDes"), and
     // the loop kept under name.

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "control/askparam.h"
-#include "control/rcdesign.h"
 #include "control/optgram.h"
+#include "control/rcdesign.h"
 #include "control/robctrl.h"
 #include "control/workspc.h"
 
@@ -117,6 +117,20 @@ DynOp RobustControlDesign::reduceCompensator(DynOp compensator, double& toleranc
         DynOp reduced = compensator.contrSubSystem(0, T, tolerance, true);
         compensator = reduced.obsSubSystem(0, T, tolerance, true);
     }
+}
+
+// The compensator's slow modes, the fast ones at their steady value; kept whole when the reduced
+// one would not stabilise the extended system.
+RobustControl::System RobustControlDesign::withoutFastModes(const DynOp& compensator, unsigned order) {
+    const RobustControl& rc = *robustControl;
+    RobustControl::System reduced = rc.timed(compensator.slowPart(order));
+    if (rc.timed(rc.getExtended()->closedLoop(*reduced))->isStable() ||
+        !rc.timed(rc.getExtended()->closedLoop(compensator))->isStable())
+        return reduced;
+    std::cout << "the compensator of order " << reduced->order()
+              << " does not stabilise the closed loop: its order " << compensator.order() << " is kept"
+              << std::endl;
+    return rc.timed(compensator);
 }
 
 namespace {
@@ -240,7 +254,7 @@ double RobustControlDesign::finalResults(double tolerance, bool inOneStep) {
                  "new order,"
               << std::endl;
     if (askToleranceAndOrder(tolerance, order) && order < compensator->order())
-        compensator = rc.timed(compensator->reduceOrder(order));
+        compensator = withoutFastModes(*compensator, order);
     keepResult("Control", *compensator, (p + "Control.dyn").c_str());
     analyseClosedLoop(*compensator, " Model with reduced order and cleaned controller", "ModelFeedback");
 
