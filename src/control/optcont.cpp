@@ -101,12 +101,12 @@ bool OptimumGramian::prepare(Run& r, bool continueFlag, double& refusal) {
     return true;
 }
 
-// An H2 start whose loop is unstable has its poles reflected into the stable region, at least
+// A start whose loop is unstable (a zero initial feedback on an unstable plant) has its poles reflected into the stable region, at least
 // minFreq away from its border, and placed.
 void OptimumGramian::stabilizeStart(Run& r) {
     std::unique_ptr<DynOp> loop = close(*r.working, H);
     printPoles("closedLoop poles at the beginning", *loop);
-    if (loop->isStable() || !r.useH2 || loop->order() == 0) return;
+    if (loop->isStable() || loop->order() == 0) return;
     Matrix p = polesOf(*loop);
     double margin = std::max(r.minFreq, tollPoles);
     for (unsigned i = 0; i < p.rowNumber(); ++i) {

@@ -23,14 +23,15 @@ struct TwoStepCase {
 // std::rand, seeded here so that each case is the same whatever ran before it.
 // With an LMI mode the steps take the LMI route; console gets what they printed.
 RobustControl twoSteps(const DynOp& plant, bool observerFirst, double gamma, double& first, double& second,
-                       LmiMode mode = LmiMode::None, std::string* console = nullptr) {
+                       LmiMode mode = LmiMode::None, std::string* console = nullptr,
+                       int initialFeedback = 1) {
     std::srand(1);
     RobustControl rc(ExtendedSystem(plant), observerFirst, 0.0);
     auto lmi = [mode](StepOptions& o) { o.lmiMode = mode; };
     std::string printed = consoleOf([&] {
-        ASSERT_EQ(rc.firstStepSetup(1e-8, 1, 0), 0);
+        ASSERT_EQ(rc.firstStepSetup(1e-8, initialFeedback, 0), 0);
         first = rc.firstStep(stepOf(gamma, 200, false, "", lmi));
-        ASSERT_EQ(rc.secondStepSetup(1e-8, 1, 0), 0);
+        ASSERT_EQ(rc.secondStepSetup(1e-8, initialFeedback, 0), 0);
         second = rc.secondStep(stepOf(gamma, 200, false, "", lmi));
     });
     if (console) *console = printed;
@@ -135,5 +136,28 @@ INSTANTIATE_TEST_SUITE_P(
                       TwoStepCase{sampled(d11order5), false}, TwoStepCase{sampled(d11order3), true},
                       TwoStepCase{sampled(d11order4), true}, TwoStepCase{sampled(d11order5), true}),
     caseName);
+
+// A zero initial feedback on the unstable plants gets a stabilising start all the same.
+class ZeroStart : public ScratchTest {
+protected:
+    void TearDown() override {
+        globalWorkspace().clear();
+        Workspace::closeMatlab();
+        ScratchTest::TearDown();
+    }
+};
+
+TEST_F(ZeroStart, ZeroInitialFeedbackOnAnUnstablePlantMeetsGamma) {
+    for (const Case& c : {order3, order6, sampled(order3), sampled(order6)})
+        for (bool observerFirst : {false, true}) {
+            std::unique_ptr<DynOp> plant = plantOf(c, 10 + c.n);
+            ASSERT_FALSE(plant->isStable());
+            double gamma = 1.5 * HinfRiccati(*plant).optimalGamma(), first = 0.0, second = 0.0;
+            RobustControl rc =
+                twoSteps(*plant, observerFirst, gamma, first, second, LmiMode::None, nullptr, 0);
+            EXPECT_LE(loopNorm(*plant, *rc.compensator()).lower, gamma * (1.0 + 1e-6))
+                << c.n << observerFirst;
+        }
+}
 
 }  // namespace
