@@ -101,14 +101,19 @@ bool OptimumGramian::prepare(Run& r, bool continueFlag, double& refusal) {
     return true;
 }
 
-// A start whose loop is unstable (a zero initial feedback on an unstable plant) has its poles reflected into the stable region, at least
-// minFreq away from its border, and placed.
+// A start whose loop is unstable (a zero initial feedback on an unstable plant) has its poles
+// reflected into the stable region, at least minFreq away from its border, and placed.
 void OptimumGramian::stabilizeStart(Run& r) {
     std::unique_ptr<DynOp> loop = close(*r.working, H);
     printPoles("closedLoop poles at the beginning", *loop);
     if (loop->isStable() || loop->order() == 0) return;
     Matrix p = polesOf(*loop);
     double margin = std::max(r.minFreq, tollPoles);
+    // An H-infinity iteration needs a start well inside the stable region: poles at rest (rigid
+    // bodies, integrators) go a tenth of the loop's fastest pole away from the border.
+    if (!r.useH2 && !isDiscrete())
+        for (unsigned i = 0; i < p.rowNumber(); ++i)
+            margin = std::max(margin, 0.1 * std::hypot(p(i, 0), p(i, 1)));
     for (unsigned i = 0; i < p.rowNumber(); ++i) {
         if (!isDiscrete()) {
             p(i, 0) = -std::max(std::fabs(p(i, 0)), margin);
