@@ -263,7 +263,10 @@ TEST_F(DesignTest, modeTakesAModelToAStabilisingCompensator) {
         {"twomassx.dyn", {"-first", "Observer"}},
         {"twomassx.dyn", {"-gramian", "Hinf", "-gamma", "3", "-gamma2", "50"}},
         // The sampled second step reaches about 129, so its bound is 150.
-        {"twomassxd.dyn", {"-first", "Observer", "-gramian", "Hinf", "-gamma", "3", "-gamma2", "150"}}};
+        {"twomassxd.dyn", {"-first", "Observer", "-gramian", "Hinf", "-gamma", "3", "-gamma2", "150"}},
+        // The rigid body's poles at rest with no initial feedback; the LMI route at its least level.
+        {"twomassx.dyn", {"-gramian", "Hinf", "-gamma", "1.5", "-initialFeedback", "zero"}},
+        {"twomassxd.dyn", {"-gramian", "Hinf", "-route", "lmi"}}};
     for (const Row& row : rows) {
         // The files of the design go beside the model: a copy of it here.
         std::ofstream(row.file) << fileText(std::string(TARN_EXAMPLES) + "/" + row.file);
