@@ -366,16 +366,48 @@ RobustControl::System RobustControl::closedLoopExperimental() const {
     return timed(getExtended()->closedLoop(*compensator()));
 }
 
+// The part of a design's state space it designed on: the first `kept` states after `T`, from the
+// state coordinates of input (a design on the dual gives T for the dual's states: the primal
+// coordinates are then T^-T). The whole space when the design kept every state.
+namespace {
+
+struct DesignPart {
+    Matrix T;
+    unsigned kept;
+};
+
+DesignPart partOf(const OptimumGramian* design, unsigned n, bool dual) {
+    if (!design || design->getT().rowNumber() != n || design->stabilizableOrder() >= n)
+        return {Matrix::diagonal(n, 1.0), n};
+    Matrix T = design->getT();
+    return {dual ? Algebra().inv(T).transpose() : T, design->stabilizableOrder()};
+}
+
+}  // namespace
+
+// The loop in the separated coordinates, the plant's state x and the estimation error e = x - x^,
+// restricted to what the designs saw: the first design's stabilizable states of x and the second
+// design's detectable states of e. The modes they left out as stable and uncontrollable (or
+// undetectable) are dropped, which the experimental loop keeps.
 RobustControl::System RobustControl::closedLoopTheoretical() const {
     DynOp ofInput = input.closedLoop(compensatorOfInput());
     unsigned n = input.order();
-    Matrix T = Matrix::diagonal(2 * n, 1.0);
+    DesignPart x = partOf(control, n, false), e = partOf(observer, n, true);
+    Matrix separate = Matrix::diagonal(2 * n, 1.0);
     for (unsigned i = 0; i < n; ++i) {
-        T(n + i, i) = 1.0;
-        T(n + i, n + i) = -1.0;
+        separate(n + i, i) = 1.0;
+        separate(n + i, n + i) = -1.0;
     }
-    ofInput.similarity(T);
-    return timed(observerFirst ? ofInput.transpose() : ofInput);
+    // The kept states of x and of e first, in order, then the dropped ones.
+    Matrix order(2 * n, 2 * n);
+    unsigned row = 0;
+    for (unsigned i = 0; i < x.kept; ++i) order(row++, i) = 1.0;
+    for (unsigned i = 0; i < e.kept; ++i) order(row++, n + i) = 1.0;
+    for (unsigned i = x.kept; i < n; ++i) order(row++, i) = 1.0;
+    for (unsigned i = e.kept; i < n; ++i) order(row++, n + i) = 1.0;
+    ofInput.similarity(order * Matrix::blockDiagonal(x.T, e.T) * separate);
+    DynOp part = ofInput.reduceOrder(x.kept + e.kept);
+    return timed(observerFirst ? part.transpose() : part);
 }
 
 void RobustControl::orders() const {
