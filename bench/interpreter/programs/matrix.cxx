@@ -5,8 +5,8 @@ int main() {
     for (int k = 0; k < 5; k++) {
         for (int i = 0; i < 200; i++)
             for (int j = 0; j < 200; j++) A(i, j) = i + j + k;
-        for (int i = 0; i < 200; i++)
-            for (int j = 0; j < 200; j++) sum = sum + A(i, j);
+        for (int r = 0; r < 200; r++)
+            for (int c = 0; c < 200; c++) sum = sum + A(r, c);
     }
     cout << sum << endl;
     return 0;
