@@ -5,6 +5,7 @@
 #include "interpreter/charvar.h"
 #include "interpreter/cleanup.h"
 #include "interpreter/codeelem.h"
+#include "interpreter/evalval.h"
 #include "interpreter/executer.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/scalar.h"
@@ -77,7 +78,9 @@ Variable* Executer::dispatchStatement(Statement* statement, Variable* returnType
     if (kind == &class_FuncDeclare) return 0;
     if (kind == &class_ExprElement) {
         notify(statement);
-        ValueGuard::destroy(evalExpression(static_cast<ExprElement*>(statement)->getExpression()));
+        EvalValue value;
+        EvalValueGuard guard(value);
+        evalValue(static_cast<ExprElement*>(statement)->getExpression(), value);
         return 0;
     }
     if (kind == &class_ReturnStatement)
@@ -169,10 +172,15 @@ Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType)
                          statement);
         return voidType;
     }
-    ValueGuard owned(evalExpression(expression));
+    EvalValue held;
+    EvalValueGuard guard(held);
+    evalValue(expression, held);
+    if (held.empty()) return 0;
+    if (returnType == voidType) runtimeError(String("Expected void, was") + held.box()->getType(), statement);
+    Variable* scalar = convertedScalar(held, returnType, returnType->getName());
+    if (scalar) return scalar;
+    ValueGuard owned(held.release());
     Variable* value = owned.get();
-    if (!value) return 0;
-    if (returnType == voidType) runtimeError(String("Expected void, was") + value->getType(), statement);
     if (value->getType().isEqual(returnType->getType()) && !value->isKindOf(class_ScalarVar)) {
         if (!value->isKindOf(class_VarReference)) return owned.release();
         return Variable::dereference(value)->clone();

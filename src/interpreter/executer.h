@@ -10,6 +10,8 @@
 #include "quill/symbol.h"
 
 class CodeParser;
+class EvalValue;
+struct EvalStep;
 class Expression;
 class FuncCall;
 class FuncDeclare;
@@ -112,9 +114,19 @@ private:
     struct EvalState;
     // The value of the postfix expression, owned by the caller; null without one.
     Variable* evalExpression(Expression* expression);
-    void evalElement(EvalState& state, Object* element);
-    void evalOperator(EvalState& state, int code);
+    // The same in a register: scalars stay out of the heap. result is empty on entry.
+    void evalValue(Expression* expression, EvalValue& result);
+    void evalElement(EvalState& state, const EvalStep& step);
+    void evalUnary(EvalState& state, int code);
+    void evalBinary(EvalState& state, int code);
+    void evalSelect(EvalState& state);
+    bool unaryOnScalar(EvalValue& value, int code);
+    void unaryOnValue(EvalState& state, int code);
+    bool binaryOnScalars(EvalState& state, int code);
     void finishOperation(EvalState& state, Variable* result);
+    // A new value of type holding the scalar, as assign would make it, named
+    // name; null when either is no scalar or the conversion goes through the values.
+    static Variable* convertedScalar(const EvalValue& value, Variable* type, const String& name);
     // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
     int evalBool(Expression* expression, int emptyAllowed);
     Variable* lookup(VarDeclare* declaration);

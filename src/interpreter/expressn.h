@@ -3,6 +3,9 @@
 #ifndef INTERPRETER_EXPRESSN_H
 #define INTERPRETER_EXPRESSN_H
 
+#include <vector>
+
+#include "interpreter/evalstep.h"
 #include "quill/orderedc.h"
 
 class CodeElement;
@@ -43,6 +46,8 @@ public:
     bool isConstant() const;
     // The value of a constant postfix expression, owned by the caller; null without elements.
     Variable* evalConst() const;
+    // The executer's reading of the postfix elements, made on its first evaluation.
+    std::vector<EvalStep>& steps() const { return evalSteps; }
 
     // The postfix elements, each by its name or operator text.
     void printOn(std::ostream& os) const override;
@@ -57,6 +62,7 @@ private:
     OrderedCltn elements;
     OrderedCltn operators;  // the operator stack of toPostfix
     OrderedCltn operands;   // the stack of static types, owned while there
+    mutable std::vector<EvalStep> evalSteps;
 };
 
 #endif

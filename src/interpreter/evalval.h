@@ -1,0 +1,114 @@
+// EvalValue, a register of the expression evaluator, which keeps scalars out of the heap.
+#ifndef INTERPRETER_EVALVAL_H
+#define INTERPRETER_EVALVAL_H
+
+#include "interpreter/cleanup.h"
+#include "interpreter/scalar.h"
+#include "interpreter/varref.h"
+
+// Nothing, a scalar held by value, a scalar variable of a scope (not owned), or
+// a value that the evaluation owns. A scalar becomes a Variable (box) only when
+// something other than a scalar operation needs it: a variable then as a new
+// reference, so that it stays a left value. Copies share what they hold: one
+// of them drops it.
+class EvalValue {
+public:
+    enum Tag { NONE, NUMBER, VARIABLE, OWNED };
+
+    EvalValue() : tag(NONE), number{0, 0.0}, variable(0), name(0) {}
+    // A scalar held by value; a literal's keeps the literal's name for when it becomes a Variable.
+    static EvalValue of(ScalarValue s, const String* name = 0) {
+        EvalValue v;
+        v.tag = NUMBER;
+        v.number = s;
+        v.name = name;
+        return v;
+    }
+    // A variable of a scope: a scalar by its place, anything else by a new reference.
+    static EvalValue of(Variable* found) {
+        EvalValue v;
+        v.tag = VARIABLE;
+        v.variable = found;
+        if (found->isA()->base() == &class_ScalarVar)
+            v.number.level = found->getLevel();
+        else
+            v.takeOwned(new VarReference(found));
+        return v;
+    }
+    // A value owned from now on; null is none.
+    static EvalValue owned(Variable* value) {
+        EvalValue v;
+        if (value) v.takeOwned(value);
+        return v;
+    }
+
+    bool empty() const { return tag == NONE; }
+    // The scalar held or referred to; false when it is no scalar.
+    bool scalar(ScalarValue& s) const {
+        if (tag == NUMBER) {
+            s = number;
+        } else if (tag == VARIABLE) {
+            s.level = number.level;
+            s.value = static_cast<ScalarVar*>(variable)->number();
+        } else {
+            ScalarVar* found = ScalarVar::scalarOf(variable);
+            if (!found) return false;
+            s.level = found->getLevel();
+            s.value = found->number();
+        }
+        return true;
+    }
+    // Stores x, already in the scalar's form, in what scalar() read.
+    void store(double x) {
+        if (tag == NUMBER)
+            number.value = x;
+        else
+            ScalarVar::scalarOf(variable)->setNumber(x);
+    }
+    // The value as a Variable, kept owned here.
+    Variable* box() {
+        if (tag == NUMBER) {
+            takeOwned(ScalarVar::makeOfLevel(number.level, number.value));
+            if (name) variable->setName(*name);
+        }
+        if (tag == VARIABLE) takeOwned(new VarReference(variable));
+        return variable;
+    }
+    // The value as a Variable owned by the caller; null for none.
+    Variable* release() {
+        Variable* v = tag == NONE ? 0 : box();
+        *this = EvalValue();
+        return v;
+    }
+    void drop() {
+        if (tag == OWNED) ValueGuard::destroy(variable);
+        *this = EvalValue();
+    }
+    // The owned Variable, or null.
+    Variable* ownedValue() const { return tag == OWNED ? variable : 0; }
+
+private:
+    void takeOwned(Variable* value) {
+        tag = OWNED;
+        variable = value;
+    }
+
+    Tag tag;
+    ScalarValue number;  // NUMBER: the scalar; VARIABLE: the rank of the variable's class
+    Variable* variable;  // VARIABLE: not owned; OWNED: owned
+    const String* name;  // NUMBER: the name it takes as a Variable, none when null
+};
+
+// Drops the value when the scope ends, exceptions included.
+class EvalValueGuard {
+public:
+    explicit EvalValueGuard(EvalValue& value) : value(value) {}
+    ~EvalValueGuard() { value.drop(); }
+    EvalValueGuard(const EvalValueGuard&) = delete;
+    EvalValueGuard& operator=(const EvalValueGuard&) = delete;
+
+private:
+    EvalValue& value;
+};
+
+#endif
