@@ -21,8 +21,8 @@
 struct Executer::EvalState {
     EvalValue left;
     EvalValue right;
-    enum { NEAR = 8 };
-    EvalValue near[NEAR];
+    enum { NEAR = 4 };
+    EvalValue near[NEAR];  // the usual depth
     std::vector<EvalValue> far;
     unsigned saved = 0;
     VarDeclare* member = 0;
@@ -74,7 +74,7 @@ Variable* Executer::evalExpression(Expression* expression) {
 namespace {
 
 EvalStep stepOf(Object* element) {
-    EvalStep step{EvalStep::OTHER, 0, 0, 0.0, element};
+    EvalStep step{EvalStep::OTHER, 0, 0, 0.0, element, 0};
     Class* kind = element->isA();
     if (kind == &class_Operator) {
         step.code = static_cast<Operator*>(element)->getCode();
@@ -82,8 +82,14 @@ EvalStep stepOf(Object* element) {
                     : step.code == OP_MEMBER || step.code == OP_CALL ? EvalStep::SELECT
                                                                      : EvalStep::BINARY;
     } else if (kind == &class_VarDeclReference) {
-        step.node = static_cast<VarDeclReference*>(element)->getDeclaration();
-        step.kind = step.node->isA() == &class_FieldDeclare ? EvalStep::MEMBER : EvalStep::VARIABLE;
+        VarDeclare* declaration = static_cast<VarDeclReference*>(element)->getDeclaration();
+        step.node = declaration;
+        step.kind = declaration->isA() == &class_FieldDeclare ? EvalStep::MEMBER : EvalStep::VARIABLE;
+        Variable* type = declaration->getType();
+        if (type->isA()->base() == &class_ScalarVar) {
+            step.type = type->isA();
+            step.level = type->getLevel();
+        }
     } else if (kind == &class_ConstDeclare) {
         ScalarVar* scalar = ScalarVar::scalarOf(static_cast<ConstDeclare*>(element)->getValue());
         step.kind = scalar ? EvalStep::NUMBER : EvalStep::CONSTANT;
@@ -140,9 +146,12 @@ void Executer::evalElement(EvalState& state, const EvalStep& step) {
     state.left = state.right;
     state.right = EvalValue();
     switch (step.kind) {
-        case EvalStep::VARIABLE:
-            state.right = EvalValue::of(lookup(static_cast<VarDeclare*>(step.node)));
+        case EvalStep::VARIABLE: {
+            Variable* found = lookup(static_cast<VarDeclare*>(step.node));
+            state.right =
+                found->isA() == step.type ? EvalValue::ofScalar(found, step.level) : EvalValue::of(found);
             break;
+        }
         case EvalStep::MEMBER:
             state.member = static_cast<VarDeclare*>(step.node);
             break;

@@ -2,6 +2,7 @@
 #ifndef INTERPRETER_EVALSTEP_H
 #define INTERPRETER_EVALSTEP_H
 
+class Class;
 class Object;
 
 // The element's class and what the evaluation reads from it, so that an
@@ -12,7 +13,7 @@ struct EvalStep {
         UNARY,       // code
         BINARY,      // code, any but member and call
         SELECT,      // code, member or call
-        VARIABLE,    // node: its VarDeclare
+        VARIABLE,    // node: its VarDeclare; a scalar type's class and level
         MEMBER,      // node: the FieldDeclare
         NUMBER,      // level and value of a scalar literal; node: the literal's value
         CONSTANT,    // node: any other ConstDeclare
@@ -26,6 +27,7 @@ struct EvalStep {
     int level;
     double value;
     Object* node;
+    const Class* type;
 };
 
 #endif

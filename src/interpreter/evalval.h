@@ -2,7 +2,10 @@
 #ifndef INTERPRETER_EVALVAL_H
 #define INTERPRETER_EVALVAL_H
 
+#include "interpreter/charvar.h"
 #include "interpreter/cleanup.h"
+#include "interpreter/floatvar.h"
+#include "interpreter/intvar.h"
 #include "interpreter/scalar.h"
 #include "interpreter/varref.h"
 
@@ -35,6 +38,14 @@ public:
             v.takeOwned(new VarReference(found));
         return v;
     }
+    // A scalar variable of a scope, of the class of that rank.
+    static EvalValue ofScalar(Variable* found, int level) {
+        EvalValue v;
+        v.tag = VARIABLE;
+        v.variable = found;
+        v.number.level = level;
+        return v;
+    }
     // A value owned from now on; null is none.
     static EvalValue owned(Variable* value) {
         EvalValue v;
@@ -49,7 +60,7 @@ public:
             s = number;
         } else if (tag == VARIABLE) {
             s.level = number.level;
-            s.value = static_cast<ScalarVar*>(variable)->number();
+            s.value = valueOf(variable, number.level);
         } else {
             ScalarVar* found = ScalarVar::scalarOf(variable);
             if (!found) return false;
@@ -62,6 +73,8 @@ public:
     void store(double x) {
         if (tag == NUMBER)
             number.value = x;
+        else if (tag == VARIABLE)
+            setValueOf(variable, number.level, x);
         else
             ScalarVar::scalarOf(variable)->setNumber(x);
     }
@@ -88,6 +101,20 @@ public:
     Variable* ownedValue() const { return tag == OWNED ? variable : 0; }
 
 private:
+    // The value of a scalar variable by the rank of its class, without a virtual call.
+    static double valueOf(Variable* v, int level) {
+        if (level == ScalarVar::INT_LEVEL) return static_cast<IntVar*>(v)->getValue();
+        if (level == ScalarVar::FLOAT_LEVEL) return static_cast<FloatVar*>(v)->getValue();
+        return static_cast<CharVar*>(v)->getValue();
+    }
+    static void setValueOf(Variable* v, int level, double x) {
+        if (level == ScalarVar::INT_LEVEL)
+            static_cast<IntVar*>(v)->IntVar::setNumber(x);
+        else if (level == ScalarVar::FLOAT_LEVEL)
+            static_cast<FloatVar*>(v)->FloatVar::setNumber(x);
+        else
+            static_cast<CharVar*>(v)->CharVar::setNumber(x);
+    }
     void takeOwned(Variable* value) {
         tag = OWNED;
         variable = value;

@@ -13,9 +13,10 @@ DEFINE_CLASS(Executer, Algebra, 1, 0)
 
 Symbol TRACE_EXEC("TRACE_EXEC");
 
-Executer::Executer() : stopped(0), parser(0), errorFlag(0), errorLocated(0) {}
+Executer::Executer() : stopped(0), parser(0), errorFlag(0), errorLocated(0), lastFrame(0) {}
 
-Executer::Executer(CodeParser* parser) : stopped(0), parser(parser), errorFlag(0), errorLocated(0) {
+Executer::Executer(CodeParser* parser)
+    : stopped(0), parser(parser), errorFlag(0), errorLocated(0), lastFrame(0) {
     registerBuiltins();
 }
 
@@ -165,7 +166,7 @@ OrderedCltn* Executer::newList() {
 }
 
 void Executer::releaseList(OrderedCltn* list) {
-    list->removeAll();
+    if (list->size() > 0) list->removeAll();
     if (spareLists.size() < SPARE_LISTS)
         spareLists.add(*list);
     else
@@ -184,13 +185,14 @@ void Executer::destroyFrame(OrderedCltn* frame) {
     releaseList(frame);
 }
 
-OrderedCltn& Executer::currentFrame() const { return *static_cast<OrderedCltn*>(frames.last()); }
+OrderedCltn& Executer::currentFrame() const { return *lastFrame; }
 
 void Executer::pushScope() { currentFrame().add(*newList()); }
 
 void Executer::popScope() { destroyScope(static_cast<OrderedCltn*>(currentFrame().removeLast())); }
 
 void Executer::destroyFrames() {
+    lastFrame = 0;
     while (frames.size() > 0) destroyFrame(static_cast<OrderedCltn*>(frames.removeLast()));
     callees.removeAll();
 }
@@ -218,12 +220,14 @@ Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool 
     OrderedCltn* frame = newList();
     frame->add(*scope);
     frames.add(*frame);
+    lastFrame = frame;
     callees.add(*function);
     Variable* result = 0;
     const OrderedCltn& code = function->getCode();
     for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
         result = execStatement(static_cast<Statement*>(code.at(int(i))), function->getType());
     frames.removeLast();
+    lastFrame = frames.size() > 0 ? static_cast<OrderedCltn*>(frames.last()) : 0;
     callees.removeLast();
     if (keepScope) frame->removeFirst();
     destroyFrame(frame);

@@ -168,6 +168,7 @@ private:
     OrderedCltn builtins;       // FuncDeclare, owned by the parser
     std::int32_t errorLocated;  // the error on its way out already names its statement
     OrderedCltn spareLists;     // emptied scopes and frames, for reuse; owned
+    OrderedCltn* lastFrame;     // the last of frames, null without one
     enum { SPARE_LISTS = 64 };
 };
 
