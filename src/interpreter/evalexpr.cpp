@@ -147,7 +147,8 @@ void Executer::evalElement(EvalState& state, const EvalStep& step) {
     state.right = EvalValue();
     switch (step.kind) {
         case EvalStep::VARIABLE: {
-            Variable* found = lookup(static_cast<VarDeclare*>(step.node));
+            Variable* found = slotOf(static_cast<VarDeclare*>(step.node));
+            if (found->isA() != step.type) found = Variable::dereference(found);
             state.right =
                 found->isA() == step.type ? EvalValue::ofScalar(found, step.level) : EvalValue::of(found);
             break;
@@ -289,12 +290,14 @@ int Executer::evalBool(Expression* expression, int emptyAllowed) {
     return static_cast<CharVar*>(converted.get())->getValue() != 0;
 }
 
-Variable* Executer::lookup(VarDeclare* declaration) {
+Variable* Executer::lookup(VarDeclare* declaration) { return Variable::dereference(slotOf(declaration)); }
+
+Variable* Executer::slotOf(VarDeclare* declaration) {
     int level = declaration->getLevel();
     int index = declaration->getIndex();
     Object* found =
         level < 0 ? globals.at(index) : static_cast<OrderedCltn*>(currentFrame().at(level))->at(index);
-    return Variable::dereference(static_cast<Variable*>(found));
+    return static_cast<Variable*>(found);
 }
 
 // The arguments are evaluated in the caller's frame, first to last, before the

@@ -16,14 +16,15 @@
 // of them drops it.
 class EvalValue {
 public:
-    enum Tag { NONE, NUMBER, VARIABLE, OWNED };
+    enum Tag : unsigned char { NONE, NUMBER, VARIABLE, OWNED };
 
-    EvalValue() : tag(NONE), number{0, 0.0}, variable(0), name(0) {}
+    EvalValue() : value(0.0), variable(0), level(0), tag(NONE) {}
     // A scalar held by value; a literal's keeps the literal's name for when it becomes a Variable.
     static EvalValue of(ScalarValue s, const String* name = 0) {
         EvalValue v;
         v.tag = NUMBER;
-        v.number = s;
+        v.value = s.value;
+        v.level = s.level;
         v.name = name;
         return v;
     }
@@ -33,7 +34,7 @@ public:
         v.tag = VARIABLE;
         v.variable = found;
         if (found->isA()->base() == &class_ScalarVar)
-            v.number.level = found->getLevel();
+            v.level = found->getLevel();
         else
             v.takeOwned(new VarReference(found));
         return v;
@@ -43,7 +44,7 @@ public:
         EvalValue v;
         v.tag = VARIABLE;
         v.variable = found;
-        v.number.level = level;
+        v.level = level;
         return v;
     }
     // A value owned from now on; null is none.
@@ -57,10 +58,11 @@ public:
     // The scalar held or referred to; false when it is no scalar.
     bool scalar(ScalarValue& s) const {
         if (tag == NUMBER) {
-            s = number;
+            s.level = level;
+            s.value = value;
         } else if (tag == VARIABLE) {
-            s.level = number.level;
-            s.value = valueOf(variable, number.level);
+            s.level = level;
+            s.value = valueOf(variable, level);
         } else {
             ScalarVar* found = ScalarVar::scalarOf(variable);
             if (!found) return false;
@@ -72,17 +74,18 @@ public:
     // Stores x, already in the scalar's form, in what scalar() read.
     void store(double x) {
         if (tag == NUMBER)
-            number.value = x;
+            value = x;
         else if (tag == VARIABLE)
-            setValueOf(variable, number.level, x);
+            setValueOf(variable, level, x);
         else
             ScalarVar::scalarOf(variable)->setNumber(x);
     }
     // The value as a Variable, kept owned here.
     Variable* box() {
         if (tag == NUMBER) {
-            takeOwned(ScalarVar::makeOfLevel(number.level, number.value));
-            if (name) variable->setName(*name);
+            const String* literal = name;
+            takeOwned(ScalarVar::makeOfLevel(level, value));
+            if (literal) variable->setName(*literal);
         }
         if (tag == VARIABLE) takeOwned(new VarReference(variable));
         return variable;
@@ -120,10 +123,13 @@ private:
         variable = value;
     }
 
+    double value;  // NUMBER: the scalar
+    union {
+        Variable* variable;  // VARIABLE: not owned; OWNED: owned
+        const String* name;  // NUMBER: the name it takes as a Variable, none when null
+    };
+    int level;  // NUMBER and VARIABLE: the rank of the scalar's class
     Tag tag;
-    ScalarValue number;  // NUMBER: the scalar; VARIABLE: the rank of the variable's class
-    Variable* variable;  // VARIABLE: not owned; OWNED: owned
-    const String* name;  // NUMBER: the name it takes as a Variable, none when null
 };
 
 // Drops the value when the scope ends, exceptions included.

@@ -130,6 +130,8 @@ private:
     // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
     int evalBool(Expression* expression, int emptyAllowed);
     Variable* lookup(VarDeclare* declaration);
+    // What the declaration's place holds: a reference parameter's reference as it stands.
+    Variable* slotOf(VarDeclare* declaration);
     Variable* callFunction(FuncCall* call);
     Variable* callBuiltin(FuncCall* call);
     static BuiltinFunction findBuiltin(const String& name);
