@@ -1,5 +1,6 @@
 // Executer: postfix evaluation on two registers and a stack, truth of conditions, calls and argument binding.
 #include <memory>
+#include <new>
 #include <vector>
 
 #include "interpreter/charvar.h"
@@ -15,46 +16,43 @@
 #include "interpreter/varref.h"
 #include "quill/stackgrd.h"
 
-// The registers of the evaluation, the stack of lefts put aside, and the
-// member or method waiting for its '.' or '()'. What they hold at the end goes.
-// The stack lives here up to its usual depth; the method arguments are made on first use.
+// The values of the evaluation as a stack: the top is the right register, the
+// one below it the left one, the rest the lefts put aside. An empty value (a
+// member or a method waiting, a call without a result) only stands on the top,
+// and the next element takes its place. Kept here for the usual depth; an
+// expression has at most as many values as elements.
 struct Executer::EvalState {
-    EvalValue left;
-    EvalValue right;
-    enum { NEAR = 4 };
-    EvalValue near[NEAR];  // the usual depth
+    enum { NEAR = 16 };
+    alignas(EvalValue) unsigned char near[NEAR * sizeof(EvalValue)];  // made as the stack grows
     std::vector<EvalValue> far;
-    unsigned saved = 0;
+    EvalValue* slots;
+    unsigned size = 0;
     VarDeclare* member = 0;
     FuncDeclare* method = 0;
     OrderedCltn* methodArguments = 0;
 
+    explicit EvalState(size_t depth) : slots(reinterpret_cast<EvalValue*>(near)) {
+        if (depth > NEAR) {
+            far.resize(depth);
+            slots = far.data();
+        }
+    }
     ~EvalState() {
-        left.drop();
-        right.drop();
-        while (saved > 0) restore().drop();
+        while (size > 0) slots[--size].drop();
         dropMethodArguments();
         delete methodArguments;
     }
-    void save(EvalValue v) {
-        if (saved >= NEAR) {
-            try {
-                far.push_back(v);
-            } catch (...) {
-                v.drop();
-                throw;
-            }
-        } else {
-            near[saved] = v;
-        }
-        ++saved;
+    EvalValue& top() { return slots[size - 1]; }
+    EvalValue& below() { return slots[size - 2]; }
+    // The place of a new element's value.
+    EvalValue& push() {
+        if (size == 0 || !top().empty()) new (&slots[size++]) EvalValue;
+        return top();
     }
-    EvalValue restore() {
-        if (saved == 0) return EvalValue();
-        if (--saved < NEAR) return near[saved];
-        EvalValue v = far.back();
-        far.pop_back();
-        return v;
+    // The result of an operation on the two values on top, which have gone.
+    void replaceTwo(EvalValue result) {
+        --size;
+        top() = result;
     }
     OrderedCltn& arguments() {
         if (!methodArguments) methodArguments = new OrderedCltn;
@@ -122,8 +120,8 @@ const std::vector<EvalStep>& stepsOf(const Expression* expression) {
 }  // namespace
 
 void Executer::evalValue(Expression* expression, EvalValue& result) {
-    EvalState state;
     const std::vector<EvalStep>& steps = stepsOf(expression);
+    EvalState state(steps.size());
     for (size_t i = 0; i < steps.size(); ++i) {
         if (stopped) return;
         const EvalStep& step = steps[i];
@@ -136,32 +134,30 @@ void Executer::evalValue(Expression* expression, EvalValue& result) {
         else
             evalElement(state, step);
     }
-    result = state.right;
-    state.right = EvalValue();
+    if (state.size == 0) return;
+    result = state.top();
+    state.top() = EvalValue();
 }
 
 // A variable is reached by its place; a member or a method waits for its operator.
 void Executer::evalElement(EvalState& state, const EvalStep& step) {
-    if (!state.left.empty()) state.save(state.left);
-    state.left = state.right;
-    state.right = EvalValue();
+    EvalValue& value = state.push();
     switch (step.kind) {
         case EvalStep::VARIABLE: {
             Variable* found = slotOf(static_cast<VarDeclare*>(step.node));
             if (found->isA() != step.type) found = Variable::dereference(found);
-            state.right =
-                found->isA() == step.type ? EvalValue::ofScalar(found, step.level) : EvalValue::of(found);
+            value = found->isA() == step.type ? EvalValue::ofScalar(found, step.level) : EvalValue::of(found);
             break;
         }
         case EvalStep::MEMBER:
             state.member = static_cast<VarDeclare*>(step.node);
             break;
         case EvalStep::NUMBER:
-            state.right = EvalValue::of(ScalarValue{step.level, step.value},
-                                        &static_cast<Variable*>(step.node)->getName());
+            value = EvalValue::of(ScalarValue{step.level, step.value},
+                                  &static_cast<Variable*>(step.node)->getName());
             break;
         case EvalStep::CONSTANT:
-            state.right = EvalValue::owned(static_cast<ConstDeclare*>(step.node)->getVariable());
+            value = EvalValue::owned(static_cast<ConstDeclare*>(step.node)->getVariable());
             break;
         case EvalStep::METHOD: {
             MethodCall* call = static_cast<MethodCall*>(step.node);
@@ -171,10 +167,10 @@ void Executer::evalElement(EvalState& state, const EvalStep& step) {
             break;
         }
         case EvalStep::CALL:
-            state.right = EvalValue::owned(callFunction(static_cast<FuncCall*>(step.node)));
+            value = EvalValue::owned(callFunction(static_cast<FuncCall*>(step.node)));
             break;
         case EvalStep::CONVERSION:
-            state.right = EvalValue::owned(createVariable(static_cast<VarDeclare*>(step.node)));
+            value = EvalValue::owned(createVariable(static_cast<VarDeclare*>(step.node)));
             break;
         default:
             break;
@@ -185,30 +181,29 @@ void Executer::evalElement(EvalState& state, const EvalStep& step) {
 // scalars' classes do not have, goes to the values' own operations, which
 // answer or report.
 void Executer::evalUnary(EvalState& state, int code) {
-    if (!state.right.empty() && !unaryOnScalar(state.right, code)) unaryOnValue(state, code);
+    if (state.size > 0 && !state.top().empty() && !unaryOnScalar(state.top(), code))
+        unaryOnValue(state.top(), code);
 }
 
 void Executer::evalBinary(EvalState& state, int code) {
-    if (state.left.empty()) state.left = state.restore();
-    if (state.left.empty() || state.right.empty()) return;
+    if (state.size < 2 || state.top().empty()) return;
     if (binaryOnScalars(state, code)) return;
-    Variable* left = state.left.box();
-    Variable* right = state.right.box();
+    Variable* left = state.below().box();
+    Variable* right = state.top().box();
     Variable* other = Variable::dereference(right);
     Variable* result = left->doOperation(other, code, 0);
     if (result == other && other != right) result = right;
     if (right == result)
-        state.right = EvalValue();
+        state.top() = EvalValue();
     else
-        state.right.drop();
+        state.top().drop();
     finishOperation(state, result);
 }
 
-// The member or the method waiting applies to the left register.
+// The member or the method waiting applies to the left value; the right one is empty.
 void Executer::evalSelect(EvalState& state) {
-    if (state.left.empty()) state.left = state.restore();
-    if (state.left.empty()) return;
-    Variable* left = state.left.box();
+    if (state.size < 2) return;
+    Variable* left = state.below().box();
     Variable* result;
     if (state.member) {
         result = new VarReference(left->getMemberVar(state.member));
@@ -218,6 +213,7 @@ void Executer::evalSelect(EvalState& state) {
         state.dropMethodArguments();
         if (errorFlag) stopped = 1;
     }
+    state.top().drop();
     finishOperation(state, result);
 }
 
@@ -233,48 +229,51 @@ bool Executer::unaryOnScalar(EvalValue& value, int code) {
     return true;
 }
 
-void Executer::unaryOnValue(EvalState& state, int code) {
-    Variable* operand = state.right.box();
+void Executer::unaryOnValue(EvalValue& value, int code) {
+    Variable* operand = value.box();
     Variable* result = operand->doUnaryOperation(code);
-    if (result != operand) state.right.drop();
-    state.right = EvalValue::owned(result);
+    if (result != operand) value.drop();
+    value = EvalValue::owned(result);
 }
 
 // An assignment leaves its target as the result, still a left value; it takes
 // a value of a rank not above the target's, the others convert through the values.
 bool Executer::binaryOnScalars(EvalState& state, int code) {
     ScalarValue a, b;
-    if (!state.left.scalar(a) || !state.right.scalar(b)) return false;
+    EvalValue& left = state.below();
+    EvalValue& right = state.top();
+    if (!left.scalar(a) || !right.scalar(b)) return false;
     if (Operator::isAssign(code)) {
         double stored;
         if (b.level > a.level || !ScalarVar::assigned(code, a.level, a.value, b.value, stored)) return false;
-        state.left.store(stored);
-        state.right.drop();
-        state.right = state.left;
-    } else {
-        ScalarValue result;
-        if (!ScalarVar::operate(code, a, b, result)) return false;
-        state.right.drop();
-        state.left.drop();
-        state.right = EvalValue::of(result);
+        left.store(stored);
+        right.drop();
+        --state.size;
+        return true;
     }
-    state.left = EvalValue();
+    ScalarValue result;
+    if (!ScalarVar::operate(code, a, b, result)) return false;
+    right.drop();
+    left.drop();
+    state.replaceTwo(EvalValue::of(result));
     return true;
 }
 
-// The result becomes the right register and the left one goes, unless it is
-// the result. A reference into a temporary left would outlive it: it becomes a copy.
+// The result takes the place of the two values; the left one goes, unless it
+// is the result. A reference into a temporary left would outlive it: it becomes a copy.
 void Executer::finishOperation(EvalState& state, Variable* result) {
-    Variable* left = state.left.ownedValue();
+    EvalValue& leftValue = state.below();
+    Variable* left = leftValue.ownedValue();
     if (left != result) {
         if (result && result->isA() == &class_VarReference && left->isA() != &class_VarReference) {
             ValueGuard reference(result);
             result = Variable::dereference(result)->clone();
         }
-        state.left.drop();
+        leftValue.drop();
+    } else {
+        leftValue = EvalValue();
     }
-    state.left = EvalValue();
-    state.right = EvalValue::owned(result);
+    state.replaceTwo(EvalValue::owned(result));
 }
 
 int Executer::evalBool(Expression* expression, int emptyAllowed) {

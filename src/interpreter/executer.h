@@ -121,7 +121,7 @@ private:
     void evalBinary(EvalState& state, int code);
     void evalSelect(EvalState& state);
     bool unaryOnScalar(EvalValue& value, int code);
-    void unaryOnValue(EvalState& state, int code);
+    void unaryOnValue(EvalValue& value, int code);
     bool binaryOnScalars(EvalState& state, int code);
     void finishOperation(EvalState& state, Variable* result);
     // A new value of type holding the scalar, as assign would make it, named
