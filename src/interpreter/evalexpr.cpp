@@ -200,10 +200,13 @@ void Executer::evalBinary(EvalState& state, int code) {
     finishOperation(state, result);
 }
 
-// The member or the method waiting applies to the left value; the right one is empty.
+// The member or the method waiting applies to the left value; the right one is
+// empty. A variable of a scope answers directly, as its reference would: a
+// result that is the variable itself comes back as a reference to it.
 void Executer::evalSelect(EvalState& state) {
     if (state.size < 2) return;
-    Variable* left = state.below().box();
+    Variable* variable = state.below().scopeVariable();
+    Variable* left = variable ? variable : state.below().box();
     Variable* result;
     if (state.member) {
         result = new VarReference(left->getMemberVar(state.member));
@@ -214,6 +217,11 @@ void Executer::evalSelect(EvalState& state) {
         if (errorFlag) stopped = 1;
     }
     state.top().drop();
+    if (variable) {
+        if (result == variable) result = new VarReference(variable);
+        state.replaceTwo(EvalValue::owned(result));
+        return;
+    }
     finishOperation(state, result);
 }
 

@@ -9,7 +9,7 @@
 #include "interpreter/scalar.h"
 #include "interpreter/varref.h"
 
-// Nothing, a scalar held by value, a scalar variable of a scope (not owned), or
+// Nothing, a scalar held by value, a variable of a scope (not owned), or
 // a value that the evaluation owns. A scalar becomes a Variable (box) only when
 // something other than a scalar operation needs it: a variable then as a new
 // reference, so that it stays a left value. Copies share what they hold: one
@@ -28,18 +28,11 @@ public:
         v.name = name;
         return v;
     }
-    // A variable of a scope: a scalar by its place, anything else by a new reference.
+    // A variable of a scope, by its place.
     static EvalValue of(Variable* found) {
-        EvalValue v;
-        v.tag = VARIABLE;
-        v.variable = found;
-        if (found->isA()->base() == &class_ScalarVar)
-            v.level = found->getLevel();
-        else
-            v.takeOwned(new VarReference(found));
-        return v;
+        return ofScalar(found, found->isA()->base() == &class_ScalarVar ? found->getLevel() : 0);
     }
-    // A scalar variable of a scope, of the class of that rank.
+    // A variable of a scope: a scalar of the class of that rank, anything else with rank 0.
     static EvalValue ofScalar(Variable* found, int level) {
         EvalValue v;
         v.tag = VARIABLE;
@@ -61,6 +54,7 @@ public:
             s.level = level;
             s.value = value;
         } else if (tag == VARIABLE) {
+            if (level == 0) return false;
             s.level = level;
             s.value = valueOf(variable, level);
         } else {
@@ -102,6 +96,8 @@ public:
     }
     // The owned Variable, or null.
     Variable* ownedValue() const { return tag == OWNED ? variable : 0; }
+    // The variable of a scope it stands for, or null.
+    Variable* scopeVariable() const { return tag == VARIABLE ? variable : 0; }
 
 private:
     // The value of a scalar variable by the rank of its class, without a virtual call.
@@ -128,7 +124,7 @@ private:
         Variable* variable;  // VARIABLE: not owned; OWNED: owned
         const String* name;  // NUMBER: the name it takes as a Variable, none when null
     };
-    int level;  // NUMBER and VARIABLE: the rank of the scalar's class
+    int level;  // NUMBER and VARIABLE: the rank of the scalar's class; 0 for a variable of another class
     Tag tag;
 };
 
