@@ -133,19 +133,29 @@ Variable* Executer::execBlock(BlockOfCode* block, Variable* returnType) {
 }
 
 // Each pass runs the body in a scope of its own. break and continue stop here;
-// a returned value goes on up.
+// a returned value goes on up. The scope is emptied after each pass rather
+// than made anew; a body that could put nothing in it has none.
 Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
     notify(loop);
     execStatement(loop->getAssign(), returnType);
+    Statement* body = loop->getBody();
+    bool scoped = needsScope(body);
+    OrderedCltn* scope = 0;
+    Variable* result = 0;
     while (evalBool(loop->getTest(), 1)) {
-        pushScope();
-        Variable* result = execStatement(loop->getBody(), returnType);
-        popScope();
-        if (stopped || result == BREAK) return 0;
-        if (result && result != CONTINUE) return result;
+        if (scoped && !scope) scope = pushScope();
+        result = execStatement(body, returnType);
+        if (scope) emptyScope(scope);
+        if (stopped || result == BREAK) {
+            result = 0;
+            break;
+        }
+        if (result && result != CONTINUE) break;
+        result = 0;
         execStatement(loop->getIncrement(), returnType);
     }
-    return 0;
+    if (scope) popScope();
+    return result;
 }
 
 // The test is evaluated outside the scope that the chosen branch gets.
@@ -153,10 +163,19 @@ Variable* Executer::execIf(IfStatement* test, Variable* returnType) {
     notify(test);
     int truth = evalBool(test->getTest(), 0);
     if (stopped) return 0;
+    Statement* branch = truth ? test->getThen() : test->getElse();
+    if (!needsScope(branch)) return execStatement(branch, returnType);
     pushScope();
-    Variable* result = execStatement(truth ? test->getThen() : test->getElse(), returnType);
+    Variable* result = execStatement(branch, returnType);
     popScope();
     return result;
+}
+
+// An expression, a return, or a plain statement (empty, break, continue, exit)
+// declares nothing and opens no block: a scope made for it would stay empty.
+bool Executer::needsScope(Statement* statement) {
+    Class* kind = statement ? statement->isA() : 0;
+    return kind != &class_ExprElement && kind != &class_ReturnStatement && kind != &class_Statement;
 }
 
 // A value of the declared type goes back as it stands, a reference as a copy

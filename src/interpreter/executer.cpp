@@ -174,9 +174,14 @@ void Executer::releaseList(OrderedCltn* list) {
 }
 
 // Values go from the last to the first: a reference is destroyed before what it refers to.
-void Executer::destroyScope(OrderedCltn* scope) {
+void Executer::emptyScope(OrderedCltn* scope) {
     for (int i = int(scope->size()) - 1; i >= 0; --i)
         ValueGuard::destroy(static_cast<Variable*>(scope->at(i)));
+    if (scope->size() > 0) scope->removeAll();
+}
+
+void Executer::destroyScope(OrderedCltn* scope) {
+    emptyScope(scope);
     releaseList(scope);
 }
 
@@ -187,7 +192,11 @@ void Executer::destroyFrame(OrderedCltn* frame) {
 
 OrderedCltn& Executer::currentFrame() const { return *lastFrame; }
 
-void Executer::pushScope() { currentFrame().add(*newList()); }
+OrderedCltn* Executer::pushScope() {
+    OrderedCltn* scope = newList();
+    currentFrame().add(*scope);
+    return scope;
+}
 
 void Executer::popScope() { destroyScope(static_cast<OrderedCltn*>(currentFrame().removeLast())); }
 

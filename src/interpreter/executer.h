@@ -102,6 +102,7 @@ private:
     Variable* execBlock(BlockOfCode* block, Variable* returnType);
     Variable* execFor(ForStatement* loop, Variable* returnType);
     Variable* execIf(IfStatement* test, Variable* returnType);
+    static bool needsScope(Statement* statement);
     Variable* execReturn(ReturnStatement* statement, Variable* returnType);
     void execVarDeclare(VarDeclare* declaration);
     Variable* createVariable(VarDeclare* declaration);
@@ -147,10 +148,11 @@ private:
     // --- Frames (executer.cpp) ---
     OrderedCltn* newList();
     void releaseList(OrderedCltn* list);
+    void emptyScope(OrderedCltn* scope);
     void destroyScope(OrderedCltn* scope);
     void destroyFrame(OrderedCltn* frame);
     OrderedCltn& currentFrame() const;
-    void pushScope();
+    OrderedCltn* pushScope();
     void popScope();
     void destroyFrames();
     void destroyGlobals();

@@ -1,6 +1,6 @@
 // The evaluator's own paths for scalars: wrap-around, conversions at the edges of
-// int, char and float, shadowed names, reference parameters, failures, and a
-// listener that appears while a loop runs.
+// int, char and float, shadowed names, reference parameters, a loop's scope
+// emptied between passes, failures, and a listener that appears while a loop runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -73,6 +73,20 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "1 13 1 101 4"},
+    {"int main() {\n"
+     "    for (int i = 0; i < 4; i++) {\n"
+     "        int x;\n"
+     "        x = x + i;\n"
+     "        if (i == 1) continue;\n"
+     "        if (i == 3) break;\n"
+     "        cout << x << \" \";\n"
+     "    }\n"
+     "    int k = 0;\n"
+     "    for (; k < 3; k++) if (k == 2) break;\n"
+     "    cout << k;\n"
+     "    return 0;\n"
+     "}\n",
+     "0 2 2"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
