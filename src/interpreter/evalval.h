@@ -19,6 +19,16 @@ public:
     enum Tag : unsigned char { NONE, NUMBER, VARIABLE, OWNED };
 
     EvalValue() : value(0.0), variable(0), level(0), tag(NONE) {}
+    // Field by field: a register is often read right after its fields were
+    // written, which a copy of the whole block would have to wait for.
+    EvalValue(const EvalValue& v) : value(v.value), variable(v.variable), level(v.level), tag(v.tag) {}
+    EvalValue& operator=(const EvalValue& v) {
+        value = v.value;
+        variable = v.variable;
+        level = v.level;
+        tag = v.tag;
+        return *this;
+    }
     // A scalar held by value; a literal's keeps the literal's name for when it becomes a Variable.
     static EvalValue of(ScalarValue s, const String* name = 0) {
         EvalValue v;
