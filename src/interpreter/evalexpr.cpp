@@ -12,6 +12,7 @@
 #include "interpreter/expressn.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/operator.h"
+#include "interpreter/scalarplan.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/varref.h"
 #include "quill/stackgrd.h"
@@ -113,6 +114,7 @@ const std::vector<EvalStep>& stepsOf(const Expression* expression) {
     if (steps.size() != elements.size()) {
         steps.clear();
         for (unsigned i = 0; i < elements.size(); ++i) steps.push_back(stepOf(elements.at(int(i))));
+        expression->setScalarPlan(ScalarPlan::compile(steps));
     }
     return steps;
 }
@@ -121,6 +123,8 @@ const std::vector<EvalStep>& stepsOf(const Expression* expression) {
 
 void Executer::evalValue(Expression* expression, EvalValue& result) {
     const std::vector<EvalStep>& steps = stepsOf(expression);
+    const ScalarPlan* plan = expression->scalarPlan();
+    if (plan && runPlan(*plan, result)) return;
     EvalState state(steps.size());
     for (size_t i = 0; i < steps.size(); ++i) {
         if (stopped) return;
@@ -137,6 +141,21 @@ void Executer::evalValue(Expression* expression, EvalValue& result) {
     if (state.size == 0) return;
     result = state.top();
     state.top() = EvalValue();
+}
+
+// The plan runs when each of its variables is of its declared class, as it
+// always is but for an odd program; then nothing has been done yet.
+bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
+    if (stopped) return true;
+    Variable* found[ScalarPlan::MAX_VARIABLES];
+    for (size_t i = 0; i < plan.variableCount(); ++i) {
+        Variable* variable = slotOf(plan.variable(i));
+        if (variable->isA() != plan.variableClass(i)) variable = Variable::dereference(variable);
+        if (variable->isA() != plan.variableClass(i)) return false;
+        found[i] = variable;
+    }
+    plan.run(found, result);
+    return true;
 }
 
 // A variable is reached by its place; a member or a method waits for its operator.

@@ -109,7 +109,6 @@ public:
     // The variable of a scope it stands for, or null.
     Variable* scopeVariable() const { return tag == VARIABLE ? variable : 0; }
 
-private:
     // The value of a scalar variable by the rank of its class, without a virtual call.
     static double valueOf(Variable* v, int level) {
         if (level == ScalarVar::INT_LEVEL) return static_cast<IntVar*>(v)->getValue();
@@ -124,6 +123,8 @@ private:
         else
             static_cast<CharVar*>(v)->CharVar::setNumber(x);
     }
+
+private:
     void takeOwned(Variable* value) {
         tag = OWNED;
         variable = value;

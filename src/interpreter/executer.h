@@ -11,6 +11,7 @@
 
 class CodeParser;
 class EvalValue;
+class ScalarPlan;
 struct EvalStep;
 class Expression;
 class FuncCall;
@@ -117,6 +118,7 @@ private:
     Variable* evalExpression(Expression* expression);
     // The same in a register: scalars stay out of the heap. result is empty on entry.
     void evalValue(Expression* expression, EvalValue& result);
+    bool runPlan(const ScalarPlan& plan, EvalValue& result);
     void evalElement(EvalState& state, const EvalStep& step);
     void evalUnary(EvalState& state, int code);
     void evalBinary(EvalState& state, int code);

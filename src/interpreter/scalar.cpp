@@ -15,98 +15,7 @@
 
 DEFINE_ABSTRACT_CLASS(ScalarVar, Variable, 1, 0)
 
-namespace {
-
-std::int32_t wrap(long long x) { return std::int32_t(static_cast<std::uint32_t>(x)); }
-
-// An int divided by zero ends the run as the machine's trap would, with the same
-// message, but without relying on the trap, which the language leaves undefined.
-void checkDivisor(std::int32_t b) {
-    if (b == 0) setError(SYSERR, SEV_FATAL, "System Signal ", signalName(SIGFPE), "");
-}
-
-std::int32_t integerOperation(int op, std::int32_t a, std::int32_t b) {
-    switch (op) {
-        case OP_ADD:
-            return wrap((long long)a + b);
-        case OP_SUB:
-            return wrap((long long)a - b);
-        case OP_MUL:
-            return wrap((long long)a * b);
-        case OP_DIV:  // the quotient of INT_MIN by -1 wraps
-            checkDivisor(b);
-            return wrap((long long)a / b);
-        case OP_MOD:
-            checkDivisor(b);
-            return std::int32_t((long long)a % b);
-        case OP_BIT_OR:
-            return a | b;
-        case OP_BIT_AND:
-            return a & b;
-        case OP_XOR_ASSIGN:
-            return a ^ b;
-        case OP_SHR:
-            return a >> (b & 31);
-        case OP_SHL:
-            return wrap((long long)(static_cast<std::uint32_t>(a) << (b & 31)));
-        case OP_POWER:
-            return ScalarVar::truncate(std::pow(double(a), double(b)));
-        default:
-            return 0;
-    }
-}
-
-double floatOperation(int op, double a, double b) {
-    switch (op) {
-        case OP_ADD:
-            return a + b;
-        case OP_SUB:
-            return a - b;
-        case OP_MUL:
-            return a * b;
-        case OP_DIV:
-            return a / b;
-        case OP_POWER:
-            return std::pow(a, b);
-        default:
-            return 0.0;
-    }
-}
-
-bool truthOperation(int op, double a, double b) {
-    switch (op) {
-        case OP_EQ:
-            return a == b;
-        case OP_NE:
-            return a != b;
-        case OP_GT:
-            return a > b;
-        case OP_LT:
-            return a < b;
-        case OP_GE:
-            return a >= b;
-        case OP_LE:
-            return a <= b;
-        case OP_OR:
-            return a != 0 || b != 0;
-        default:  // OP_AND
-            return a != 0 && b != 0;
-    }
-}
-
-}  // namespace
-
-std::int32_t ScalarVar::truncate(double x) {
-    if (x > -2147483649.0 && x < 2147483648.0) return std::int32_t(x);
-    if (!std::isfinite(x)) return 0;
-    return wrap((long long)std::fmod(std::trunc(x), 4294967296.0));
-}
-
-double ScalarVar::compute(int op, double a, double b, bool integer) {
-    if (Operator::isLogical(op)) return truthOperation(op, a, b) ? 1.0 : 0.0;
-    if (integer) return integerOperation(op, truncate(a), truncate(b));
-    return floatOperation(op, a, b);
-}
+void scalarops::divisionByZero() { setError(SYSERR, SEV_FATAL, "System Signal ", signalName(SIGFPE), ""); }
 
 bool ScalarVar::toOwnType(const Variable* v) const {
     return v->isA()->base() == &class_ScalarVar && v->getLevel() <= getLevel();
@@ -144,12 +53,6 @@ double ScalarVar::operandValue(const Variable* other) const {
 ScalarVar* ScalarVar::scalarOf(Variable* v) {
     Variable* d = dereference(v);
     return d && d->isA()->base() == &class_ScalarVar ? static_cast<ScalarVar*>(d) : 0;
-}
-
-double ScalarVar::fitTo(int level, double x) {
-    if (level == FLOAT_LEVEL) return x;
-    std::int32_t n = truncate(x);
-    return level == CHAR_LEVEL ? double(std::int8_t(n)) : double(n);
 }
 
 ScalarVar* ScalarVar::makeOfLevel(int level, double x) {
@@ -229,7 +132,7 @@ bool ScalarVar::unaryOperation(int op, ScalarValue v, ScalarValue& result, bool&
         case OP_PLUS:
             break;
         case OP_MINUS:
-            x = integer ? double(wrap(-(long long)x)) : -x;
+            x = integer ? double(scalarops::wrap(-(long long)x)) : -x;
             break;
         case OP_PRE_INC:
         case OP_POST_INC:

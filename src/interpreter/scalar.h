@@ -2,6 +2,7 @@
 #ifndef INTERPRETER_SCALAR_H
 #define INTERPRETER_SCALAR_H
 
+#include "interpreter/scalarops.h"
 #include "interpreter/variable.h"
 
 extern Class class_ScalarVar;
@@ -43,7 +44,11 @@ public:
     // The scalar that v is or refers to, or null.
     static ScalarVar* scalarOf(Variable* v);
     // x as the class of that rank stores it: char and int truncate toward zero and wrap.
-    static double fitTo(int level, double x);
+    static double fitTo(int level, double x) {
+        if (level == FLOAT_LEVEL) return x;
+        std::int32_t n = truncate(x);
+        return level == CHAR_LEVEL ? double(std::int8_t(n)) : double(n);
+    }
     // A new unnamed value of the class of that rank.
     static ScalarVar* makeOfLevel(int level, double x);
     // a op b, op neither an assignment nor unary, worked out by the class of rank
@@ -63,9 +68,11 @@ public:
     // double arithmetic as C does it, or int32 with wrap-around; a comparison or
     // logical operator gives 0 or 1, ^ the power truncated for the integers, ^= the
     // exclusive or. An int division by zero faults as the machine does.
-    static double compute(int op, double a, double b, bool integer);
+    static double compute(int op, double a, double b, bool integer) {
+        return scalarops::compute(op, a, b, integer);
+    }
     // Toward zero into 32 bits, the high bits dropped; NaN and the infinities give 0.
-    static std::int32_t truncate(double x);
+    static std::int32_t truncate(double x) { return scalarops::truncate(x); }
 
 protected:
     ScalarVar() {}

@@ -1,6 +1,7 @@
 // The evaluator's own paths for scalars: wrap-around, conversions at the edges of
-// int, char and float, shadowed names, reference parameters, a loop's scope
-// emptied between passes, failures, and a listener that appears while a loop runs.
+// int, char and float, variables read when an operator takes them, shadowed
+// names, reference parameters, a loop's scope emptied between passes, failures,
+// and a listener that appears while a loop runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -87,6 +88,22 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "0 2 2"},
+    {"int main() {\n"
+     "    int x = 1;\n"
+     "    int y = x + (x = 5);\n"
+     "    float f = 0;\n"
+     "    int i = 7;\n"
+     "    f = i / 2 + 0.25;\n"
+     "    char c = 'A';\n"
+     "    c += 200;\n"
+     "    int k = 3;\n"
+     "    k *= k++ + ++k;\n"
+     "    float g = 2;\n"
+     "    g = -g * 2.5 + (i > 3) + !c;\n"
+     "    cout << y << \" \" << x << \" \" << f << \" \" << c + 0 << \" \" << k << \" \" << g;\n"
+     "    return 0;\n"
+     "}\n",
+     "10 5 3.25 9 40 -4"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
