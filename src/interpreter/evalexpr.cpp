@@ -335,7 +335,7 @@ Variable* Executer::callFunction(FuncCall* call) {
     notify(call);
     if (stackNearlyFull())
         runtimeError(formatText("Recursion too deep: %s called at depth %u, the stack is exhausted",
-                                function->getName().asCharPointer(), frames.size()),
+                                function->getName().asCharPointer(), unsigned(frames.size())),
                      call);
     OrderedCltn* scope = newList();
     bool bound;

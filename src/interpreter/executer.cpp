@@ -23,7 +23,7 @@ Executer::Executer(CodeParser* parser)
 Executer::~Executer() noexcept(false) {
     destroyFrames();
     destroyGlobals();
-    spareLists.deleteContents();
+    for (OrderedCltn* list : spareLists) delete list;
 }
 
 // --- Entries ---
@@ -140,7 +140,7 @@ void Executer::clear() {
 
 Variable* Executer::getVariable(const String& name, int silent) {
     for (int f = int(frames.size()) - 1; f >= 0; --f) {
-        OrderedCltn* frame = static_cast<OrderedCltn*>(frames.at(f));
+        OrderedCltn* frame = frames[size_t(f)];
         for (int s = int(frame->size()) - 1; s >= 0; --s) {
             Object* found = static_cast<OrderedCltn*>(frame->at(s))->find(name);
             if (found != nil) return Variable::dereference(static_cast<Variable*>(found));
@@ -162,13 +162,16 @@ String Executer::printVariable(const String& name) {
 
 // Emptied scopes and frames are kept for reuse: a loop opens a scope on every pass.
 OrderedCltn* Executer::newList() {
-    return spareLists.size() > 0 ? static_cast<OrderedCltn*>(spareLists.removeLast()) : new OrderedCltn;
+    if (spareLists.empty()) return new OrderedCltn;
+    OrderedCltn* list = spareLists.back();
+    spareLists.pop_back();
+    return list;
 }
 
 void Executer::releaseList(OrderedCltn* list) {
     if (list->size() > 0) list->removeAll();
     if (spareLists.size() < SPARE_LISTS)
-        spareLists.add(*list);
+        spareLists.push_back(list);
     else
         delete list;
 }
@@ -202,15 +205,17 @@ void Executer::popScope() { destroyScope(static_cast<OrderedCltn*>(currentFrame(
 
 void Executer::destroyFrames() {
     lastFrame = 0;
-    while (frames.size() > 0) destroyFrame(static_cast<OrderedCltn*>(frames.removeLast()));
-    callees.removeAll();
+    while (!frames.empty()) {
+        OrderedCltn* frame = frames.back();
+        frames.pop_back();
+        destroyFrame(frame);
+    }
+    callees.clear();
 }
 
-FuncDeclare* Executer::frameFunction(int frame) const { return static_cast<FuncDeclare*>(callees.at(frame)); }
+FuncDeclare* Executer::frameFunction(int frame) const { return callees.at(size_t(frame)); }
 
-const OrderedCltn& Executer::frameScopes(int frame) const {
-    return *static_cast<OrderedCltn*>(frames.at(frame));
-}
+const OrderedCltn& Executer::frameScopes(int frame) const { return *frames.at(size_t(frame)); }
 
 void Executer::destroyGlobals() { deleteValuesFromLast(globals); }
 
@@ -228,16 +233,16 @@ void Executer::makeGlobals() {
 Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
     OrderedCltn* frame = newList();
     frame->add(*scope);
-    frames.add(*frame);
+    frames.push_back(frame);
     lastFrame = frame;
-    callees.add(*function);
+    callees.push_back(function);
     Variable* result = 0;
     const OrderedCltn& code = function->getCode();
     for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
         result = execStatement(static_cast<Statement*>(code.at(int(i))), function->getType());
-    frames.removeLast();
-    lastFrame = frames.size() > 0 ? static_cast<OrderedCltn*>(frames.last()) : 0;
-    callees.removeLast();
+    frames.pop_back();
+    lastFrame = frames.empty() ? 0 : frames.back();
+    callees.pop_back();
     if (keepScope) frame->removeFirst();
     destroyFrame(frame);
     if (!stopped) return result;

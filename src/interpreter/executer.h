@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <vector>
 
 #include "algebra/algebra.h"
 #include "quill/orderedc.h"
@@ -167,14 +168,14 @@ private:
     std::int32_t stopped;
     CodeParser* parser;  // not owned
     std::int32_t errorFlag;
-    String sourceText;          // the source of the resident mode
-    OrderedCltn globals;        // values in the order of their index; owned
-    OrderedCltn frames;         // of scopes, of values; owned
-    OrderedCltn callees;        // FuncDeclare of each frame, not owned
-    OrderedCltn builtins;       // FuncDeclare, owned by the parser
-    std::int32_t errorLocated;  // the error on its way out already names its statement
-    OrderedCltn spareLists;     // emptied scopes and frames, for reuse; owned
-    OrderedCltn* lastFrame;     // the last of frames, null without one
+    String sourceText;                     // the source of the resident mode
+    OrderedCltn globals;                   // values in the order of their index; owned
+    std::vector<OrderedCltn*> frames;      // of scopes, of values; owned
+    std::vector<FuncDeclare*> callees;     // of each frame, not owned
+    OrderedCltn builtins;                  // FuncDeclare, owned by the parser
+    std::int32_t errorLocated;             // the error on its way out already names its statement
+    std::vector<OrderedCltn*> spareLists;  // emptied scopes and frames, for reuse; owned
+    OrderedCltn* lastFrame;                // the last of frames, null without one
     enum { SPARE_LISTS = 64 };
 };
 
