@@ -186,7 +186,7 @@ void Executer::evalElement(EvalState& state, const EvalStep& step) {
             break;
         }
         case EvalStep::CALL:
-            value = EvalValue::owned(callFunction(static_cast<FuncCall*>(step.node)));
+            callFunction(static_cast<FuncCall*>(step.node), value);
             break;
         case EvalStep::CONVERSION:
             value = EvalValue::owned(createVariable(static_cast<VarDeclare*>(step.node)));
@@ -327,11 +327,14 @@ Variable* Executer::slotOf(VarDeclare* declaration) {
 }
 
 // The arguments are evaluated in the caller's frame, first to last, before the
-// callee's frame is pushed.
-Variable* Executer::callFunction(FuncCall* call) {
-    if (stopped) return 0;
+// callee's frame is pushed. A scalar returned stays out of the heap.
+void Executer::callFunction(FuncCall* call, EvalValue& result) {
+    if (stopped) return;
     FuncDeclare* function = call->getFunction();
-    if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) return callBuiltin(call);
+    if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) {
+        result = EvalValue::owned(callBuiltin(call));
+        return;
+    }
     notify(call);
     if (stackNearlyFull())
         runtimeError(formatText("Recursion too deep: %s called at depth %u, the stack is exhausted",
@@ -347,9 +350,13 @@ Variable* Executer::callFunction(FuncCall* call) {
     }
     if (!bound) {
         destroyScope(scope);
-        return 0;
+        return;
     }
-    return runFunction(function, scope, false);
+    Variable* returned = runStatements(function, scope, false);
+    if (returned == RETURNED_SCALAR)
+        result = EvalValue::of(ScalarValue{returnedLevel, returnedValue}, returnedName);
+    else
+        result = EvalValue::owned(returned);
 }
 
 Variable* Executer::callBuiltin(FuncCall* call) {
@@ -391,15 +398,22 @@ bool Executer::bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn&
     return true;
 }
 
-// What a copy of type assigned from the scalar would hold, as a new value
-// named name: a scalar class takes a float or any scalar of a rank not above
-// its own. Null for any other case.
+// What a copy of type assigned from the scalar would hold: a scalar class
+// takes a float or any scalar of a rank not above its own. False for any other case.
+bool Executer::convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted) {
+    ScalarValue s;
+    if (type->isA()->base() != &class_ScalarVar || !value.scalar(s)) return false;
+    int level = type->getLevel();
+    if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
+    converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
+    return true;
+}
+
+// The same as a new value named name; null when convertScalar fails.
 Variable* Executer::convertedScalar(const EvalValue& value, Variable* type, const String& name) {
     ScalarValue s;
-    if (type->isA()->base() != &class_ScalarVar || !value.scalar(s)) return 0;
-    int level = type->getLevel();
-    if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return 0;
-    std::unique_ptr<Variable> converted(ScalarVar::makeOfLevel(level, s.value));
+    if (!convertScalar(value, type, s)) return 0;
+    std::unique_ptr<Variable> converted(ScalarVar::makeOfLevel(s.level, s.value));
     converted->setName(name);
     return converted.release();
 }

@@ -20,9 +20,15 @@
 namespace {
 
 // The break and continue markers: addresses that no value has.
-char breakTag, continueTag;
+char breakTag, continueTag, returnedTag;
 Variable* const BREAK = reinterpret_cast<Variable*>(&breakTag);
 Variable* const CONTINUE = reinterpret_cast<Variable*>(&continueTag);
+
+}  // namespace
+
+Variable* const Executer::RETURNED_SCALAR = reinterpret_cast<Variable*>(&returnedTag);
+
+namespace {
 
 String printed(const Object* ob) {
     std::ostringstream os;
@@ -180,7 +186,8 @@ bool Executer::needsScope(Statement* statement) {
 
 // A value of the declared type goes back as it stands, a reference as a copy
 // of what it refers to, which dies with the frame; another type is converted.
-// A scalar is always copied: it may alias an element of a matrix of the frame.
+// A scalar is always copied: it may alias an element of a matrix of the frame;
+// it is left in the executer, converted, behind the marker RETURNED_SCALAR.
 Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType) {
     notify(statement);
     Variable* voidType = Variable::voidType();
@@ -196,8 +203,13 @@ Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType)
     evalValue(expression, held);
     if (held.empty()) return 0;
     if (returnType == voidType) runtimeError(String("Expected void, was") + held.box()->getType(), statement);
-    Variable* scalar = convertedScalar(held, returnType, returnType->getName());
-    if (scalar) return scalar;
+    ScalarValue scalar;
+    if (convertScalar(held, returnType, scalar)) {
+        returnedLevel = scalar.level;
+        returnedValue = scalar.value;
+        returnedName = &returnType->getName();
+        return RETURNED_SCALAR;
+    }
     ValueGuard owned(held.release());
     Variable* value = owned.get();
     if (value->getType().isEqual(returnType->getType()) && !value->isKindOf(class_ScalarVar)) {

@@ -1,8 +1,11 @@
 // Executer: runs, calls from outside, the resident mode, frames and scopes, and the look-up of variables.
 #include "interpreter/executer.h"
 
+#include <memory>
+
 #include "interpreter/cleanup.h"
 #include "interpreter/codepars.h"
+#include "interpreter/evalval.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
@@ -13,10 +16,25 @@ DEFINE_CLASS(Executer, Algebra, 1, 0)
 
 Symbol TRACE_EXEC("TRACE_EXEC");
 
-Executer::Executer() : stopped(0), parser(0), errorFlag(0), errorLocated(0), lastFrame(0) {}
+Executer::Executer()
+    : stopped(0),
+      parser(0),
+      errorFlag(0),
+      errorLocated(0),
+      lastFrame(0),
+      returnedLevel(0),
+      returnedValue(0.0),
+      returnedName(0) {}
 
 Executer::Executer(CodeParser* parser)
-    : stopped(0), parser(parser), errorFlag(0), errorLocated(0), lastFrame(0) {
+    : stopped(0),
+      parser(parser),
+      errorFlag(0),
+      errorLocated(0),
+      lastFrame(0),
+      returnedLevel(0),
+      returnedValue(0.0),
+      returnedName(0) {
     registerBuiltins();
 }
 
@@ -52,7 +70,9 @@ String Executer::run(String& message, int& stoppedResult) {
         try {
             makeGlobals();
             FuncCall call(main, 0, main->getLine());
-            if (!stopped) ValueGuard::destroy(callFunction(&call));
+            EvalValue result;
+            EvalValueGuard guard(result);
+            if (!stopped) callFunction(&call, result);
         } catch (TarnException* e) {
             message = caughtMessage(e);
         }
@@ -231,6 +251,14 @@ void Executer::makeGlobals() {
 }
 
 Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
+    Variable* result = runStatements(function, scope, keepScope);
+    if (result != RETURNED_SCALAR) return result;
+    std::unique_ptr<Variable> value(ScalarVar::makeOfLevel(returnedLevel, returnedValue));
+    value->setName(*returnedName);
+    return value.release();
+}
+
+Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
     OrderedCltn* frame = newList();
     frame->add(*scope);
     frames.push_back(frame);
@@ -246,6 +274,6 @@ Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool 
     if (keepScope) frame->removeFirst();
     destroyFrame(frame);
     if (!stopped) return result;
-    ValueGuard::destroy(result);
+    if (result != RETURNED_SCALAR) ValueGuard::destroy(result);
     return 0;
 }

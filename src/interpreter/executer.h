@@ -13,6 +13,7 @@
 class CodeParser;
 class EvalValue;
 class ScalarPlan;
+struct ScalarValue;
 struct EvalStep;
 class Expression;
 class FuncCall;
@@ -131,12 +132,13 @@ private:
     // A new value of type holding the scalar, as assign would make it, named
     // name; null when either is no scalar or the conversion goes through the values.
     static Variable* convertedScalar(const EvalValue& value, Variable* type, const String& name);
+    static bool convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted);
     // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
     int evalBool(Expression* expression, int emptyAllowed);
     Variable* lookup(VarDeclare* declaration);
     // What the declaration's place holds: a reference parameter's reference as it stands.
     Variable* slotOf(VarDeclare* declaration);
-    Variable* callFunction(FuncCall* call);
+    void callFunction(FuncCall* call, EvalValue& result);
     Variable* callBuiltin(FuncCall* call);
     static BuiltinFunction findBuiltin(const String& name);
     // Evaluates the call's arguments in the present frame into values: a
@@ -144,8 +146,10 @@ private:
     // new variable of the parameter's type. False when a value was missing.
     bool bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values);
     // Runs the statements in a new frame whose first scope is scope; the frame goes
-    // with its values, except scope itself when keepScope is set.
+    // with its values, except scope itself when keepScope is set. Answers the result.
     Variable* runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
+    // The same, a scalar returned being left behind RETURNED_SCALAR.
+    Variable* runStatements(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
     void keepResidentVariables(OrderedCltn* scope);
 
     // --- Frames (executer.cpp) ---
@@ -176,6 +180,12 @@ private:
     std::int32_t errorLocated;             // the error on its way out already names its statement
     std::vector<OrderedCltn*> spareLists;  // emptied scopes and frames, for reuse; owned
     OrderedCltn* lastFrame;                // the last of frames, null without one
+    // What the last return statement left behind RETURNED_SCALAR: the scalar, converted, and
+    // the name of the function's type, which the value takes should it be made.
+    int returnedLevel;
+    double returnedValue;
+    const String* returnedName;
+    static Variable* const RETURNED_SCALAR;
     enum { SPARE_LISTS = 64 };
 };
 

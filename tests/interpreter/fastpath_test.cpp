@@ -1,7 +1,7 @@
 // The evaluator's own paths for scalars: wrap-around, conversions at the edges of
-// int, char and float, variables read when an operator takes them, shadowed
-// names, reference parameters, a loop's scope emptied between passes, failures,
-// and a listener that appears while a loop runs.
+// int, char and float, variables read when an operator takes them, returned
+// scalars named after their type, shadowed names, reference parameters, a loop's scope emptied between
+// passes, failures, and a listener that appears while a loop runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -104,6 +104,15 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "10 5 3.25 9 40 -4"},
+    {"int one() { return 1; }\n"
+     "char letter() { return 'z'; }\n"
+     "int main() {\n"
+     "    Matrix K = one();\n"
+     "    Matrix L = letter();\n"
+     "    cout << K.rowNumber() << L.rowNumber() << one() + letter();\n"
+     "    return 0;\n"
+     "}\n",
+     "Var char of level 21 cannot be converted in a Matrix\n10123"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
