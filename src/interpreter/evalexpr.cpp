@@ -316,8 +316,6 @@ int Executer::evalBool(Expression* expression, int emptyAllowed) {
     return static_cast<CharVar*>(converted.get())->getValue() != 0;
 }
 
-Variable* Executer::lookup(VarDeclare* declaration) { return Variable::dereference(slotOf(declaration)); }
-
 Variable* Executer::slotOf(VarDeclare* declaration) {
     int level = declaration->getLevel();
     int index = declaration->getIndex();

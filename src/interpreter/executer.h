@@ -135,7 +135,6 @@ private:
     static bool convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted);
     // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
     int evalBool(Expression* expression, int emptyAllowed);
-    Variable* lookup(VarDeclare* declaration);
     // What the declaration's place holds: a reference parameter's reference as it stands.
     Variable* slotOf(VarDeclare* declaration);
     void callFunction(FuncCall* call, EvalValue& result);
