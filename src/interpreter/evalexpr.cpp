@@ -32,7 +32,10 @@ struct Executer::EvalState {
     FuncDeclare* method = 0;
     OrderedCltn* methodArguments = 0;
 
-    explicit EvalState(size_t depth) : slots(reinterpret_cast<EvalValue*>(near)) {
+    Executer& executer;
+
+    EvalState(Executer& executer, size_t depth)
+        : slots(reinterpret_cast<EvalValue*>(near)), executer(executer) {
         if (depth > NEAR) {
             far.resize(depth);
             slots = far.data();
@@ -41,7 +44,7 @@ struct Executer::EvalState {
     ~EvalState() {
         while (size > 0) slots[--size].drop();
         dropMethodArguments();
-        delete methodArguments;
+        if (methodArguments) executer.releaseList(methodArguments);
     }
     EvalValue& top() { return slots[size - 1]; }
     EvalValue& below() { return slots[size - 2]; }
@@ -56,7 +59,7 @@ struct Executer::EvalState {
         top() = result;
     }
     OrderedCltn& arguments() {
-        if (!methodArguments) methodArguments = new OrderedCltn;
+        if (!methodArguments) methodArguments = executer.newList();
         return *methodArguments;
     }
     void dropMethodArguments() {
@@ -125,7 +128,7 @@ void Executer::evalValue(Expression* expression, EvalValue& result) {
     const std::vector<EvalStep>& steps = stepsOf(expression);
     const ScalarPlan* plan = expression->scalarPlan();
     if (plan && runPlan(*plan, result)) return;
-    EvalState state(steps.size());
+    EvalState state(*this, steps.size());
     for (size_t i = 0; i < steps.size(); ++i) {
         if (stopped) return;
         const EvalStep& step = steps[i];
