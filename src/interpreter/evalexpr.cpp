@@ -1,4 +1,5 @@
-// Executer: postfix evaluation on two registers and a stack, truth of conditions, calls and argument binding.
+// Executer: postfix evaluation on a stack of registers or by a plan of scalars, truth of conditions, calls
+// and argument binding.
 #include <memory>
 #include <new>
 #include <vector>
@@ -24,18 +25,17 @@
 // expression has at most as many values as elements.
 struct Executer::EvalState {
     enum { NEAR = 16 };
+    Executer& executer;
     alignas(EvalValue) unsigned char near[NEAR * sizeof(EvalValue)];  // made as the stack grows
     std::vector<EvalValue> far;
     EvalValue* slots;
     unsigned size = 0;
     VarDeclare* member = 0;
     FuncDeclare* method = 0;
-    OrderedCltn* methodArguments = 0;
-
-    Executer& executer;
+    OrderedCltn* methodArguments = 0;  // a spare list of the executer
 
     EvalState(Executer& executer, size_t depth)
-        : slots(reinterpret_cast<EvalValue*>(near)), executer(executer) {
+        : executer(executer), slots(reinterpret_cast<EvalValue*>(near)) {
         if (depth > NEAR) {
             far.resize(depth);
             slots = far.data();
