@@ -1,6 +1,8 @@
 // Interpreted programs of examples/: a million-pass int loop, fib(25) by recursion, and struct
-// and array elements in a loop; each parsed and run, with cout thrown away. The counter
-// peak_rss_kb is the process's peak resident size after the runs (getrusage).
+// and array elements in a loop; and those of programs/ that bench/compare/interp.sh times
+// against CPython and Lua: a float loop, matrix elements and a method in a loop. Each parsed
+// and run, with cout thrown away. The counter peak_rss_kb is the process's peak resident size
+// after the runs (getrusage).
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
@@ -23,11 +25,13 @@ void startLibrary() {
     quillStart(1, argv, 0);
 }
 
-// The examples lie two folders above this source file.
+// The examples lie two folders above this source file, the programs next to it.
 std::string example(const char* name) {
     std::string here = __FILE__;
     std::string root = here.substr(0, here.rfind("/bench/"));
-    std::ifstream in(root + "/examples/" + name);
+    std::string path = std::string(name).find('/') == std::string::npos ? root + "/examples/" + name
+                                                                        : root + "/bench/interpreter/" + name;
+    std::ifstream in(path);
     std::stringstream text;
     text << in.rdbuf();
     return text.str();
@@ -56,9 +60,15 @@ void runProgram(benchmark::State& state, const char* file) {
 void BM_IntLoopMillion(benchmark::State& state) { runProgram(state, "counting.cxx"); }
 void BM_RecursiveFib25(benchmark::State& state) { runProgram(state, "fibonacci.cxx"); }
 void BM_StructArrayLoop(benchmark::State& state) { runProgram(state, "particles.cxx"); }
+void BM_FloatLoopMillion(benchmark::State& state) { runProgram(state, "programs/floatloop.cxx"); }
+void BM_MatrixElements(benchmark::State& state) { runProgram(state, "programs/matrix.cxx"); }
+void BM_MethodInLoop(benchmark::State& state) { runProgram(state, "programs/method.cxx"); }
 
 BENCHMARK(BM_IntLoopMillion)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_RecursiveFib25)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_StructArrayLoop)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_FloatLoopMillion)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_MatrixElements)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_MethodInLoop)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -24,7 +24,6 @@ public:
     double number() const override { return value; }
     void setNumber(double x) override { value = std::int8_t(truncate(x)); }
     bool isInteger() const override { return true; }
-    ScalarVar* makeValue(double x) const override { return new CharVar(std::int8_t(truncate(x))); }
     String getValueString() const override;  // the character itself
     // " Value '": letters and digits as they are, escapes for 8, 9, 10, 12, 13, 34, 92, else the code.
     void printOn(std::ostream& os) const override;

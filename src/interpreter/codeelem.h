@@ -61,6 +61,7 @@ public:
 
     Variable* getType() const override { return type; }
     Variable* getVariable() const override;  // a copy of the value
+    Variable* getValue() const { return value; }
     void printOn(std::ostream& os) const override;
 
 private:

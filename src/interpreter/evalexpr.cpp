@@ -1,44 +1,65 @@
-// Executer: postfix evaluation on two registers and a stack, truth of conditions, calls and argument binding.
+// Executer: postfix evaluation on a stack of registers or by a plan of scalars, truth of conditions, calls
+// and argument binding.
+#include <memory>
+#include <new>
+#include <vector>
+
 #include "interpreter/charvar.h"
 #include "interpreter/cleanup.h"
 #include "interpreter/codeelem.h"
+#include "interpreter/evalstep.h"
+#include "interpreter/evalval.h"
 #include "interpreter/executer.h"
 #include "interpreter/expressn.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/operator.h"
+#include "interpreter/scalarplan.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/varref.h"
 #include "quill/stackgrd.h"
 
-// The registers of the evaluation, the stack of lefts put aside, and the
-// member or method waiting for its '.' or '()'. What they hold at the end goes.
-// The two collections are made on first use: most expressions need neither.
+// The values of the evaluation as a stack: the top is the right register, the
+// one below it the left one, the rest the lefts put aside. An empty value (a
+// member or a method waiting, a call without a result) only stands on the top,
+// and the next element takes its place. Kept here for the usual depth; an
+// expression has at most as many values as elements.
 struct Executer::EvalState {
-    Variable* left = 0;
-    Variable* right = 0;
-    OrderedCltn* saved = 0;
+    enum { NEAR = 16 };
+    Executer& executer;
+    alignas(EvalValue) unsigned char near[NEAR * sizeof(EvalValue)];  // made as the stack grows
+    std::vector<EvalValue> far;
+    EvalValue* slots;
+    unsigned size = 0;
     VarDeclare* member = 0;
     FuncDeclare* method = 0;
-    OrderedCltn* methodArguments = 0;
+    OrderedCltn* methodArguments = 0;  // a spare list of the executer
 
+    EvalState(Executer& executer, size_t depth)
+        : executer(executer), slots(reinterpret_cast<EvalValue*>(near)) {
+        if (depth > NEAR) {
+            far.resize(depth);
+            slots = far.data();
+        }
+    }
     ~EvalState() {
-        ValueGuard::destroy(left);
-        ValueGuard::destroy(right);
-        for (int i = saved ? int(saved->size()) - 1 : -1; i >= 0; --i)
-            ValueGuard::destroy(Variable::argumentAt(*saved, i));
-        delete saved;
+        while (size > 0) slots[--size].drop();
         dropMethodArguments();
-        delete methodArguments;
+        if (methodArguments) executer.releaseList(methodArguments);
     }
-    void save(Variable* v) {
-        if (!saved) saved = new OrderedCltn;
-        saved->add(*v);
+    EvalValue& top() { return slots[size - 1]; }
+    EvalValue& below() { return slots[size - 2]; }
+    // The place of a new element's value.
+    EvalValue& push() {
+        if (size == 0 || !top().empty()) new (&slots[size++]) EvalValue;
+        return top();
     }
-    Variable* restore() {
-        return saved && saved->size() > 0 ? static_cast<Variable*>(saved->removeLast()) : 0;
+    // The result of an operation on the two values on top, which have gone.
+    void replaceTwo(EvalValue result) {
+        --size;
+        top() = result;
     }
     OrderedCltn& arguments() {
-        if (!methodArguments) methodArguments = new OrderedCltn;
+        if (!methodArguments) methodArguments = executer.newList();
         return *methodArguments;
     }
     void dropMethodArguments() {
@@ -47,129 +68,296 @@ struct Executer::EvalState {
 };
 
 Variable* Executer::evalExpression(Expression* expression) {
-    EvalState state;
-    const OrderedCltn& elements = expression->getElements();
-    for (unsigned i = 0; i < elements.size(); ++i) {
-        if (stopped) return 0;
-        Object* element = elements.at(int(i));
-        if (element->isA() == &class_Operator)
-            evalOperator(state, static_cast<Operator*>(element)->getCode());
-        else
-            evalElement(state, element);
-    }
-    Variable* result = state.right;
-    state.right = 0;
-    return result;
+    EvalValue value;
+    evalValue(expression, value);
+    return value.release();
 }
 
-// A variable is reached as a new reference; a member or a method waits for its operator.
-void Executer::evalElement(EvalState& state, Object* element) {
-    if (state.left) state.save(state.left);
-    state.left = state.right;
-    state.right = 0;
+namespace {
+
+EvalStep stepOf(Object* element) {
+    EvalStep step{EvalStep::OTHER, 0, 0, 0.0, element, 0};
     Class* kind = element->isA();
-    if (kind == &class_VarDeclReference) {
+    if (kind == &class_Operator) {
+        step.code = static_cast<Operator*>(element)->getCode();
+        step.kind = Operator::isUnary(step.code)                     ? EvalStep::UNARY
+                    : step.code == OP_MEMBER || step.code == OP_CALL ? EvalStep::SELECT
+                                                                     : EvalStep::BINARY;
+    } else if (kind == &class_VarDeclReference) {
         VarDeclare* declaration = static_cast<VarDeclReference*>(element)->getDeclaration();
-        if (declaration->isA() == &class_FieldDeclare)
-            state.member = declaration;
-        else
-            state.right = new VarReference(lookup(declaration));
+        step.node = declaration;
+        step.kind = declaration->isA() == &class_FieldDeclare ? EvalStep::MEMBER : EvalStep::VARIABLE;
+        Variable* type = declaration->getType();
+        if (type->isA()->base() == &class_ScalarVar) {
+            step.type = type->isA();
+            step.level = type->getLevel();
+        }
     } else if (kind == &class_ConstDeclare) {
-        state.right = static_cast<ConstDeclare*>(element)->getVariable();
+        ScalarVar* scalar = ScalarVar::scalarOf(static_cast<ConstDeclare*>(element)->getValue());
+        step.kind = scalar ? EvalStep::NUMBER : EvalStep::CONSTANT;
+        if (scalar) {
+            step.node = scalar;
+            step.level = scalar->getLevel();
+            step.value = scalar->number();
+        }
     } else if (kind == &class_MethodCall) {
-        MethodCall* call = static_cast<MethodCall*>(element);
-        state.method = call->getFunction();
-        state.dropMethodArguments();
-        bindArguments(state.method, call, state.arguments());
+        step.kind = EvalStep::METHOD;
     } else if (kind == &class_FuncCall) {
-        state.right = callFunction(static_cast<FuncCall*>(element));
+        step.kind = EvalStep::CALL;
     } else if (kind == &class_VarDeclare) {
-        state.right = createVariable(static_cast<VarDeclare*>(element));
+        step.kind = EvalStep::CONVERSION;
+    }
+    return step;
+}
+
+// The steps of the expression, sorted out on its first evaluation.
+const std::vector<EvalStep>& stepsOf(const Expression* expression) {
+    std::vector<EvalStep>& steps = expression->steps();
+    const OrderedCltn& elements = expression->getElements();
+    if (steps.size() != elements.size()) {
+        steps.clear();
+        for (unsigned i = 0; i < elements.size(); ++i) steps.push_back(stepOf(elements.at(int(i))));
+        expression->setScalarPlan(ScalarPlan::compile(steps));
+    }
+    return steps;
+}
+
+}  // namespace
+
+void Executer::evalValue(Expression* expression, EvalValue& result) {
+    const std::vector<EvalStep>& steps = stepsOf(expression);
+    const ScalarPlan* plan = expression->scalarPlan();
+    if (plan && runPlan(*plan, result)) return;
+    EvalState state(*this, steps.size());
+    for (size_t i = 0; i < steps.size(); ++i) {
+        if (stopped) return;
+        const EvalStep& step = steps[i];
+        if (step.kind == EvalStep::UNARY)
+            evalUnary(state, step.code);
+        else if (step.kind == EvalStep::BINARY)
+            evalBinary(state, step.code);
+        else if (step.kind == EvalStep::SELECT)
+            evalSelect(state);
+        else
+            evalElement(state, step);
+    }
+    if (state.size == 0) return;
+    result = state.top();
+    state.top() = EvalValue();
+}
+
+// The plan runs when each of its variables is of its declared class, as it
+// always is but for an odd program; then nothing has been done yet.
+bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
+    if (stopped) return true;
+    Variable* found[ScalarPlan::MAX_VARIABLES];
+    for (size_t i = 0; i < plan.variableCount(); ++i) {
+        Variable* variable = slotOf(plan.variable(i));
+        if (variable->isA() != plan.variableClass(i)) variable = Variable::dereference(variable);
+        if (variable->isA() != plan.variableClass(i)) return false;
+        found[i] = variable;
+    }
+    plan.run(found, result);
+    return true;
+}
+
+// A variable is reached by its place; a member or a method waits for its operator.
+void Executer::evalElement(EvalState& state, const EvalStep& step) {
+    EvalValue& value = state.push();
+    switch (step.kind) {
+        case EvalStep::VARIABLE: {
+            Variable* found = slotOf(static_cast<VarDeclare*>(step.node));
+            if (found->isA() != step.type) found = Variable::dereference(found);
+            value = found->isA() == step.type ? EvalValue::ofScalar(found, step.level) : EvalValue::of(found);
+            break;
+        }
+        case EvalStep::MEMBER:
+            state.member = static_cast<VarDeclare*>(step.node);
+            break;
+        case EvalStep::NUMBER:
+            value = EvalValue::of(ScalarValue{step.level, step.value},
+                                  &static_cast<Variable*>(step.node)->getName());
+            break;
+        case EvalStep::CONSTANT:
+            value = EvalValue::owned(static_cast<ConstDeclare*>(step.node)->getVariable());
+            break;
+        case EvalStep::METHOD: {
+            MethodCall* call = static_cast<MethodCall*>(step.node);
+            state.method = call->getFunction();
+            state.dropMethodArguments();
+            bindArguments(state.method, call, state.arguments());
+            break;
+        }
+        case EvalStep::CALL:
+            callFunction(static_cast<FuncCall*>(step.node), value);
+            break;
+        case EvalStep::CONVERSION:
+            value = EvalValue::owned(createVariable(static_cast<VarDeclare*>(step.node)));
+            break;
+        default:
+            break;
     }
 }
 
-void Executer::evalOperator(EvalState& state, int code) {
-    if (Operator::isUnary(code)) {
-        if (!state.right) return;
-        Variable* result = state.right->doUnaryOperation(code);
-        if (result != state.right) ValueGuard::destroy(state.right);
-        state.right = result;
-        return;
-    }
-    if (!state.left) state.left = state.restore();
-    if (!state.left) return;
-    if (code == OP_MEMBER || code == OP_CALL) {
-        Variable* result;
-        if (state.member) {
-            result = new VarReference(state.left->getMemberVar(state.member));
-            state.member = 0;
-        } else {
-            result = state.left->execMethodCall(state.method, state.arguments(), errorFlag);
-            state.dropMethodArguments();
-            if (errorFlag) stopped = 1;
-        }
-        finishOperation(state, result);
-        return;
-    }
-    if (!state.right) return;
-    Variable* other = Variable::dereference(state.right);
-    Variable* result = state.left->doOperation(other, code, 0);
-    if (result == other && other != state.right) result = state.right;
-    if (state.right != result) ValueGuard::destroy(state.right);
-    state.right = 0;
+// Scalars are worked out in place; anything else, or an operator that the
+// scalars' classes do not have, goes to the values' own operations, which
+// answer or report.
+void Executer::evalUnary(EvalState& state, int code) {
+    if (state.size > 0 && !state.top().empty() && !unaryOnScalar(state.top(), code))
+        unaryOnValue(state.top(), code);
+}
+
+void Executer::evalBinary(EvalState& state, int code) {
+    if (state.size < 2 || state.top().empty()) return;
+    if (binaryOnScalars(state, code)) return;
+    Variable* left = state.below().box();
+    Variable* right = state.top().box();
+    Variable* other = Variable::dereference(right);
+    Variable* result = left->doOperation(other, code, 0);
+    if (result == other && other != right) result = right;
+    if (right == result)
+        state.top() = EvalValue();
+    else
+        state.top().drop();
     finishOperation(state, result);
 }
 
-// The result becomes the right register and the left one goes, unless it is
-// the result. A reference into a temporary left would outlive it: it becomes a copy.
+// The member or the method waiting applies to the left value; the right one is
+// empty. A variable of a scope answers directly, as its reference would: a
+// result that is the variable itself comes back as a reference to it.
+void Executer::evalSelect(EvalState& state) {
+    if (state.size < 2) return;
+    Variable* variable = state.below().scopeVariable();
+    Variable* left = variable ? variable : state.below().box();
+    Variable* result;
+    if (state.member) {
+        result = new VarReference(left->getMemberVar(state.member));
+        state.member = 0;
+    } else {
+        result = left->execMethodCall(state.method, state.arguments(), errorFlag);
+        state.dropMethodArguments();
+        if (errorFlag) stopped = 1;
+    }
+    state.top().drop();
+    if (variable) {
+        if (result == variable) result = new VarReference(variable);
+        state.replaceTwo(EvalValue::owned(result));
+        return;
+    }
+    finishOperation(state, result);
+}
+
+bool Executer::unaryOnScalar(EvalValue& value, int code) {
+    ScalarValue operand, result;
+    bool stores;
+    double stored;
+    if (!value.scalar(operand) || !ScalarVar::unaryOperation(code, operand, result, stores, stored))
+        return false;
+    if (stores) value.store(stored);
+    value.drop();
+    value = EvalValue::of(result);
+    return true;
+}
+
+void Executer::unaryOnValue(EvalValue& value, int code) {
+    Variable* operand = value.box();
+    Variable* result = operand->doUnaryOperation(code);
+    if (result != operand) value.drop();
+    value = EvalValue::owned(result);
+}
+
+// An assignment leaves its target as the result, still a left value; it takes
+// a value of a rank not above the target's, the others convert through the values.
+bool Executer::binaryOnScalars(EvalState& state, int code) {
+    ScalarValue a, b;
+    EvalValue& left = state.below();
+    EvalValue& right = state.top();
+    if (!left.scalar(a) || !right.scalar(b)) return false;
+    if (Operator::isAssign(code)) {
+        double stored;
+        if (b.level > a.level || !ScalarVar::assigned(code, a.level, a.value, b.value, stored)) return false;
+        left.store(stored);
+        right.drop();
+        --state.size;
+        return true;
+    }
+    ScalarValue result;
+    if (!ScalarVar::operate(code, a, b, result)) return false;
+    right.drop();
+    left.drop();
+    state.replaceTwo(EvalValue::of(result));
+    return true;
+}
+
+// The result takes the place of the two values; the left one goes, unless it
+// is the result. A reference into a temporary left would outlive it: it becomes a copy.
 void Executer::finishOperation(EvalState& state, Variable* result) {
-    if (state.left != result) {
-        if (result && result->isA() == &class_VarReference && state.left->isA() != &class_VarReference) {
+    EvalValue& leftValue = state.below();
+    Variable* left = leftValue.ownedValue();
+    if (left != result) {
+        if (result && result->isA() == &class_VarReference && left->isA() != &class_VarReference) {
             ValueGuard reference(result);
             result = Variable::dereference(result)->clone();
         }
-        ValueGuard::destroy(state.left);
+        leftValue.drop();
+    } else {
+        leftValue = EvalValue();
     }
-    state.left = 0;
-    state.right = result;
+    state.replaceTwo(EvalValue::owned(result));
 }
 
 int Executer::evalBool(Expression* expression, int emptyAllowed) {
-    ValueGuard value(evalExpression(expression));
-    if (!value.get()) return stopped || emptyAllowed ? 1 : 0;
-    Variable* v = Variable::dereference(value.get());
-    if (v->isA() == &class_CharVar) return static_cast<CharVar*>(v)->getValue() != 0;
-    ValueGuard truth(new CharVar);
-    assign(truth.get(), v);
-    return static_cast<CharVar*>(truth.get())->getValue() != 0;
+    EvalValue value;
+    EvalValueGuard guard(value);
+    evalValue(expression, value);
+    if (value.empty()) return stopped || emptyAllowed ? 1 : 0;
+    ScalarValue truth;
+    if (value.scalar(truth) && truth.level == ScalarVar::CHAR_LEVEL) return truth.value != 0.0;
+    Variable* v = Variable::dereference(value.box());
+    ValueGuard converted(new CharVar);
+    assign(converted.get(), v);
+    return static_cast<CharVar*>(converted.get())->getValue() != 0;
 }
 
-Variable* Executer::lookup(VarDeclare* declaration) {
+Variable* Executer::slotOf(VarDeclare* declaration) {
     int level = declaration->getLevel();
     int index = declaration->getIndex();
     Object* found =
         level < 0 ? globals.at(index) : static_cast<OrderedCltn*>(currentFrame().at(level))->at(index);
-    return Variable::dereference(static_cast<Variable*>(found));
+    return static_cast<Variable*>(found);
 }
 
 // The arguments are evaluated in the caller's frame, first to last, before the
-// callee's frame is pushed.
-Variable* Executer::callFunction(FuncCall* call) {
-    if (stopped) return 0;
+// callee's frame is pushed. A scalar returned stays out of the heap.
+void Executer::callFunction(FuncCall* call, EvalValue& result) {
+    if (stopped) return;
     FuncDeclare* function = call->getFunction();
-    if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) return callBuiltin(call);
+    if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) {
+        result = EvalValue::owned(callBuiltin(call));
+        return;
+    }
     notify(call);
     if (stackNearlyFull())
         runtimeError(formatText("Recursion too deep: %s called at depth %u, the stack is exhausted",
-                                function->getName().asCharPointer(), frames.size()),
+                                function->getName().asCharPointer(), unsigned(frames.size())),
                      call);
-    OrderedCltn values;
-    ContentsGuard guard(values);
-    if (!bindArguments(function, call, values)) return 0;
     OrderedCltn* scope = newList();
-    for (unsigned i = 0; i < values.size(); ++i) scope->add(*values.at(int(i)));
-    values.removeAll();
-    return runFunction(function, scope, false);
+    bool bound;
+    try {
+        bound = bindArguments(function, call, *scope);
+    } catch (...) {
+        destroyScope(scope);
+        throw;
+    }
+    if (!bound) {
+        destroyScope(scope);
+        return;
+    }
+    Variable* returned = runStatements(function, scope, false);
+    if (returned == RETURNED_SCALAR)
+        result = EvalValue::of(ScalarValue{returnedLevel, returnedValue}, returnedName);
+    else
+        result = EvalValue::owned(returned);
 }
 
 Variable* Executer::callBuiltin(FuncCall* call) {
@@ -180,23 +368,53 @@ Variable* Executer::callBuiltin(FuncCall* call) {
     return findBuiltin(function->getName())(*this, function->getName(), arguments);
 }
 
+// A scalar goes to a new value of the parameter's class when that class takes
+// it as it stands; other values are assigned to a copy of the parameter's type.
 bool Executer::bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values) {
     for (int i = 0; i < function->argumentCount(); ++i) {
-        Variable* value = evalExpression(call->getExpression(i));
-        if (!value) return false;
+        EvalValue held;
+        EvalValueGuard guard(held);
+        evalValue(call->getExpression(i), held);
+        if (held.empty()) return false;
         VarDeclare* parameter = function->getArgument(i);
         if (parameter->isRef()) {
+            Variable* value = held.release();
             value->setName(parameter->getName());
-            values.add(*value);
+            addOwned(values, value);
             if (!value->isKindOf(class_VarReference))
                 runtimeError("A left-value element must used to assign to a reference", 0);
             continue;
         }
-        ValueGuard held(value);
-        Variable* bound = parameter->getType()->clone();
+        Variable* bound = convertedScalar(held, parameter->getType(), parameter->getName());
+        if (bound) {
+            addOwned(values, bound);
+            continue;
+        }
+        ValueGuard value(held.release());
+        bound = parameter->getType()->clone();
         bound->setName(parameter->getName());
         values.add(*bound);
-        assign(bound, value);
+        assign(bound, value.get());
     }
     return true;
+}
+
+// What a copy of type assigned from the scalar would hold: a scalar class
+// takes a float or any scalar of a rank not above its own. False for any other case.
+bool Executer::convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted) {
+    ScalarValue s;
+    if (type->isA()->base() != &class_ScalarVar || !value.scalar(s)) return false;
+    int level = type->getLevel();
+    if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
+    converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
+    return true;
+}
+
+// The same as a new value named name; null when convertScalar fails.
+Variable* Executer::convertedScalar(const EvalValue& value, Variable* type, const String& name) {
+    ScalarValue s;
+    if (!convertScalar(value, type, s)) return 0;
+    std::unique_ptr<Variable> converted(ScalarVar::makeOfLevel(s.level, s.value));
+    converted->setName(name);
+    return converted.release();
 }

@@ -5,6 +5,7 @@
 #include "interpreter/charvar.h"
 #include "interpreter/cleanup.h"
 #include "interpreter/codeelem.h"
+#include "interpreter/evalval.h"
 #include "interpreter/executer.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/scalar.h"
@@ -19,9 +20,15 @@
 namespace {
 
 // The break and continue markers: addresses that no value has.
-char breakTag, continueTag;
+char breakTag, continueTag, returnedTag;
 Variable* const BREAK = reinterpret_cast<Variable*>(&breakTag);
 Variable* const CONTINUE = reinterpret_cast<Variable*>(&continueTag);
+
+}  // namespace
+
+Variable* const Executer::RETURNED_SCALAR = reinterpret_cast<Variable*>(&returnedTag);
+
+namespace {
 
 String printed(const Object* ob) {
     std::ostringstream os;
@@ -77,7 +84,9 @@ Variable* Executer::dispatchStatement(Statement* statement, Variable* returnType
     if (kind == &class_FuncDeclare) return 0;
     if (kind == &class_ExprElement) {
         notify(statement);
-        ValueGuard::destroy(evalExpression(static_cast<ExprElement*>(statement)->getExpression()));
+        EvalValue value;
+        EvalValueGuard guard(value);
+        evalValue(static_cast<ExprElement*>(statement)->getExpression(), value);
         return 0;
     }
     if (kind == &class_ReturnStatement)
@@ -130,19 +139,29 @@ Variable* Executer::execBlock(BlockOfCode* block, Variable* returnType) {
 }
 
 // Each pass runs the body in a scope of its own. break and continue stop here;
-// a returned value goes on up.
+// a returned value goes on up. The scope is emptied after each pass rather
+// than made anew; a body that could put nothing in it has none.
 Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
     notify(loop);
     execStatement(loop->getAssign(), returnType);
+    Statement* body = loop->getBody();
+    bool scoped = needsScope(body);
+    OrderedCltn* scope = 0;
+    Variable* result = 0;
     while (evalBool(loop->getTest(), 1)) {
-        pushScope();
-        Variable* result = execStatement(loop->getBody(), returnType);
-        popScope();
-        if (stopped || result == BREAK) return 0;
-        if (result && result != CONTINUE) return result;
+        if (scoped && !scope) scope = pushScope();
+        result = execStatement(body, returnType);
+        if (scope) emptyScope(scope);
+        if (stopped || result == BREAK) {
+            result = 0;
+            break;
+        }
+        if (result && result != CONTINUE) break;
+        result = 0;
         execStatement(loop->getIncrement(), returnType);
     }
-    return 0;
+    if (scope) popScope();
+    return result;
 }
 
 // The test is evaluated outside the scope that the chosen branch gets.
@@ -150,15 +169,25 @@ Variable* Executer::execIf(IfStatement* test, Variable* returnType) {
     notify(test);
     int truth = evalBool(test->getTest(), 0);
     if (stopped) return 0;
+    Statement* branch = truth ? test->getThen() : test->getElse();
+    if (!needsScope(branch)) return execStatement(branch, returnType);
     pushScope();
-    Variable* result = execStatement(truth ? test->getThen() : test->getElse(), returnType);
+    Variable* result = execStatement(branch, returnType);
     popScope();
     return result;
 }
 
+// An expression, a return, or a plain statement (empty, break, continue, exit)
+// declares nothing and opens no block: a scope made for it would stay empty.
+bool Executer::needsScope(Statement* statement) {
+    Class* kind = statement ? statement->isA() : 0;
+    return kind != &class_ExprElement && kind != &class_ReturnStatement && kind != &class_Statement;
+}
+
 // A value of the declared type goes back as it stands, a reference as a copy
 // of what it refers to, which dies with the frame; another type is converted.
-// A scalar is always copied: it may alias an element of a matrix of the frame.
+// A scalar is always copied: it may alias an element of a matrix of the frame;
+// it is left in the executer, converted, behind the marker RETURNED_SCALAR.
 Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType) {
     notify(statement);
     Variable* voidType = Variable::voidType();
@@ -169,10 +198,20 @@ Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType)
                          statement);
         return voidType;
     }
-    ValueGuard owned(evalExpression(expression));
+    EvalValue held;
+    EvalValueGuard guard(held);
+    evalValue(expression, held);
+    if (held.empty()) return 0;
+    if (returnType == voidType) runtimeError(String("Expected void, was") + held.box()->getType(), statement);
+    ScalarValue scalar;
+    if (convertScalar(held, returnType, scalar)) {
+        returnedLevel = scalar.level;
+        returnedValue = scalar.value;
+        returnedName = &returnType->getName();
+        return RETURNED_SCALAR;
+    }
+    ValueGuard owned(held.release());
     Variable* value = owned.get();
-    if (!value) return 0;
-    if (returnType == voidType) runtimeError(String("Expected void, was") + value->getType(), statement);
     if (value->getType().isEqual(returnType->getType()) && !value->isKindOf(class_ScalarVar)) {
         if (!value->isKindOf(class_VarReference)) return owned.release();
         return Variable::dereference(value)->clone();

@@ -1,8 +1,11 @@
 // Executer: runs, calls from outside, the resident mode, frames and scopes, and the look-up of variables.
 #include "interpreter/executer.h"
 
+#include <memory>
+
 #include "interpreter/cleanup.h"
 #include "interpreter/codepars.h"
+#include "interpreter/evalval.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
@@ -13,16 +16,32 @@ DEFINE_CLASS(Executer, Algebra, 1, 0)
 
 Symbol TRACE_EXEC("TRACE_EXEC");
 
-Executer::Executer() : stopped(0), parser(0), errorFlag(0), errorLocated(0) {}
+Executer::Executer()
+    : stopped(0),
+      parser(0),
+      errorFlag(0),
+      errorLocated(0),
+      lastFrame(0),
+      returnedLevel(0),
+      returnedValue(0.0),
+      returnedName(0) {}
 
-Executer::Executer(CodeParser* parser) : stopped(0), parser(parser), errorFlag(0), errorLocated(0) {
+Executer::Executer(CodeParser* parser)
+    : stopped(0),
+      parser(parser),
+      errorFlag(0),
+      errorLocated(0),
+      lastFrame(0),
+      returnedLevel(0),
+      returnedValue(0.0),
+      returnedName(0) {
     registerBuiltins();
 }
 
 Executer::~Executer() noexcept(false) {
     destroyFrames();
     destroyGlobals();
-    spareLists.deleteContents();
+    for (OrderedCltn* list : spareLists) delete list;
 }
 
 // --- Entries ---
@@ -51,7 +70,9 @@ String Executer::run(String& message, int& stoppedResult) {
         try {
             makeGlobals();
             FuncCall call(main, 0, main->getLine());
-            if (!stopped) ValueGuard::destroy(callFunction(&call));
+            EvalValue result;
+            EvalValueGuard guard(result);
+            if (!stopped) callFunction(&call, result);
         } catch (TarnException* e) {
             message = caughtMessage(e);
         }
@@ -139,7 +160,7 @@ void Executer::clear() {
 
 Variable* Executer::getVariable(const String& name, int silent) {
     for (int f = int(frames.size()) - 1; f >= 0; --f) {
-        OrderedCltn* frame = static_cast<OrderedCltn*>(frames.at(f));
+        OrderedCltn* frame = frames[size_t(f)];
         for (int s = int(frame->size()) - 1; s >= 0; --s) {
             Object* found = static_cast<OrderedCltn*>(frame->at(s))->find(name);
             if (found != nil) return Variable::dereference(static_cast<Variable*>(found));
@@ -161,21 +182,29 @@ String Executer::printVariable(const String& name) {
 
 // Emptied scopes and frames are kept for reuse: a loop opens a scope on every pass.
 OrderedCltn* Executer::newList() {
-    return spareLists.size() > 0 ? static_cast<OrderedCltn*>(spareLists.removeLast()) : new OrderedCltn;
+    if (spareLists.empty()) return new OrderedCltn;
+    OrderedCltn* list = spareLists.back();
+    spareLists.pop_back();
+    return list;
 }
 
 void Executer::releaseList(OrderedCltn* list) {
-    list->removeAll();
+    if (list->size() > 0) list->removeAll();
     if (spareLists.size() < SPARE_LISTS)
-        spareLists.add(*list);
+        spareLists.push_back(list);
     else
         delete list;
 }
 
 // Values go from the last to the first: a reference is destroyed before what it refers to.
-void Executer::destroyScope(OrderedCltn* scope) {
+void Executer::emptyScope(OrderedCltn* scope) {
     for (int i = int(scope->size()) - 1; i >= 0; --i)
         ValueGuard::destroy(static_cast<Variable*>(scope->at(i)));
+    if (scope->size() > 0) scope->removeAll();
+}
+
+void Executer::destroyScope(OrderedCltn* scope) {
+    emptyScope(scope);
     releaseList(scope);
 }
 
@@ -184,22 +213,29 @@ void Executer::destroyFrame(OrderedCltn* frame) {
     releaseList(frame);
 }
 
-OrderedCltn& Executer::currentFrame() const { return *static_cast<OrderedCltn*>(frames.last()); }
+OrderedCltn& Executer::currentFrame() const { return *lastFrame; }
 
-void Executer::pushScope() { currentFrame().add(*newList()); }
+OrderedCltn* Executer::pushScope() {
+    OrderedCltn* scope = newList();
+    currentFrame().add(*scope);
+    return scope;
+}
 
 void Executer::popScope() { destroyScope(static_cast<OrderedCltn*>(currentFrame().removeLast())); }
 
 void Executer::destroyFrames() {
-    while (frames.size() > 0) destroyFrame(static_cast<OrderedCltn*>(frames.removeLast()));
-    callees.removeAll();
+    lastFrame = 0;
+    while (!frames.empty()) {
+        OrderedCltn* frame = frames.back();
+        frames.pop_back();
+        destroyFrame(frame);
+    }
+    callees.clear();
 }
 
-FuncDeclare* Executer::frameFunction(int frame) const { return static_cast<FuncDeclare*>(callees.at(frame)); }
+FuncDeclare* Executer::frameFunction(int frame) const { return callees.at(size_t(frame)); }
 
-const OrderedCltn& Executer::frameScopes(int frame) const {
-    return *static_cast<OrderedCltn*>(frames.at(frame));
-}
+const OrderedCltn& Executer::frameScopes(int frame) const { return *frames.at(size_t(frame)); }
 
 void Executer::destroyGlobals() { deleteValuesFromLast(globals); }
 
@@ -215,19 +251,29 @@ void Executer::makeGlobals() {
 }
 
 Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
+    Variable* result = runStatements(function, scope, keepScope);
+    if (result != RETURNED_SCALAR) return result;
+    std::unique_ptr<Variable> value(ScalarVar::makeOfLevel(returnedLevel, returnedValue));
+    value->setName(*returnedName);
+    return value.release();
+}
+
+Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
     OrderedCltn* frame = newList();
     frame->add(*scope);
-    frames.add(*frame);
-    callees.add(*function);
+    frames.push_back(frame);
+    lastFrame = frame;
+    callees.push_back(function);
     Variable* result = 0;
     const OrderedCltn& code = function->getCode();
     for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
         result = execStatement(static_cast<Statement*>(code.at(int(i))), function->getType());
-    frames.removeLast();
-    callees.removeLast();
+    frames.pop_back();
+    lastFrame = frames.empty() ? 0 : frames.back();
+    callees.pop_back();
     if (keepScope) frame->removeFirst();
     destroyFrame(frame);
     if (!stopped) return result;
-    ValueGuard::destroy(result);
+    if (result != RETURNED_SCALAR) ValueGuard::destroy(result);
     return 0;
 }

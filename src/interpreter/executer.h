@@ -4,12 +4,17 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <vector>
 
 #include "algebra/algebra.h"
 #include "quill/orderedc.h"
 #include "quill/symbol.h"
 
 class CodeParser;
+class EvalValue;
+class ScalarPlan;
+struct ScalarValue;
+struct EvalStep;
 class Expression;
 class FuncCall;
 class FuncDeclare;
@@ -100,6 +105,7 @@ private:
     Variable* execBlock(BlockOfCode* block, Variable* returnType);
     Variable* execFor(ForStatement* loop, Variable* returnType);
     Variable* execIf(IfStatement* test, Variable* returnType);
+    static bool needsScope(Statement* statement);
     Variable* execReturn(ReturnStatement* statement, Variable* returnType);
     void execVarDeclare(VarDeclare* declaration);
     Variable* createVariable(VarDeclare* declaration);
@@ -112,13 +118,26 @@ private:
     struct EvalState;
     // The value of the postfix expression, owned by the caller; null without one.
     Variable* evalExpression(Expression* expression);
-    void evalElement(EvalState& state, Object* element);
-    void evalOperator(EvalState& state, int code);
+    // The same in a register: scalars stay out of the heap. result is empty on entry.
+    void evalValue(Expression* expression, EvalValue& result);
+    bool runPlan(const ScalarPlan& plan, EvalValue& result);
+    void evalElement(EvalState& state, const EvalStep& step);
+    void evalUnary(EvalState& state, int code);
+    void evalBinary(EvalState& state, int code);
+    void evalSelect(EvalState& state);
+    bool unaryOnScalar(EvalValue& value, int code);
+    void unaryOnValue(EvalValue& value, int code);
+    bool binaryOnScalars(EvalState& state, int code);
     void finishOperation(EvalState& state, Variable* result);
+    // A new value of type holding the scalar, as assign would make it, named
+    // name; null when either is no scalar or the conversion goes through the values.
+    static Variable* convertedScalar(const EvalValue& value, Variable* type, const String& name);
+    static bool convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted);
     // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
     int evalBool(Expression* expression, int emptyAllowed);
-    Variable* lookup(VarDeclare* declaration);
-    Variable* callFunction(FuncCall* call);
+    // What the declaration's place holds: a reference parameter's reference as it stands.
+    Variable* slotOf(VarDeclare* declaration);
+    void callFunction(FuncCall* call, EvalValue& result);
     Variable* callBuiltin(FuncCall* call);
     static BuiltinFunction findBuiltin(const String& name);
     // Evaluates the call's arguments in the present frame into values: a
@@ -126,17 +145,20 @@ private:
     // new variable of the parameter's type. False when a value was missing.
     bool bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values);
     // Runs the statements in a new frame whose first scope is scope; the frame goes
-    // with its values, except scope itself when keepScope is set.
+    // with its values, except scope itself when keepScope is set. Answers the result.
     Variable* runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
+    // The same, a scalar returned being left behind RETURNED_SCALAR.
+    Variable* runStatements(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
     void keepResidentVariables(OrderedCltn* scope);
 
     // --- Frames (executer.cpp) ---
     OrderedCltn* newList();
     void releaseList(OrderedCltn* list);
+    void emptyScope(OrderedCltn* scope);
     void destroyScope(OrderedCltn* scope);
     void destroyFrame(OrderedCltn* frame);
     OrderedCltn& currentFrame() const;
-    void pushScope();
+    OrderedCltn* pushScope();
     void popScope();
     void destroyFrames();
     void destroyGlobals();
@@ -149,13 +171,20 @@ private:
     std::int32_t stopped;
     CodeParser* parser;  // not owned
     std::int32_t errorFlag;
-    String sourceText;          // the source of the resident mode
-    OrderedCltn globals;        // values in the order of their index; owned
-    OrderedCltn frames;         // of scopes, of values; owned
-    OrderedCltn callees;        // FuncDeclare of each frame, not owned
-    OrderedCltn builtins;       // FuncDeclare, owned by the parser
-    std::int32_t errorLocated;  // the error on its way out already names its statement
-    OrderedCltn spareLists;     // emptied scopes and frames, for reuse; owned
+    String sourceText;                     // the source of the resident mode
+    OrderedCltn globals;                   // values in the order of their index; owned
+    std::vector<OrderedCltn*> frames;      // of scopes, of values; owned
+    std::vector<FuncDeclare*> callees;     // of each frame, not owned
+    OrderedCltn builtins;                  // FuncDeclare, owned by the parser
+    std::int32_t errorLocated;             // the error on its way out already names its statement
+    std::vector<OrderedCltn*> spareLists;  // emptied scopes and frames, for reuse; owned
+    OrderedCltn* lastFrame;                // the last of frames, null without one
+    // What the last return statement left behind RETURNED_SCALAR: the scalar, converted, and
+    // the name of the function's type, which the value takes should it be made.
+    int returnedLevel;
+    double returnedValue;
+    const String* returnedName;
+    static Variable* const RETURNED_SCALAR;
     enum { SPARE_LISTS = 64 };
 };
 

@@ -3,11 +3,13 @@
 
 #include <memory>
 #include <ostream>
+#include <utility>
 
 #include "interpreter/cleanup.h"
 #include "interpreter/codeelem.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/operator.h"
+#include "interpreter/scalarplan.h"
 #include "interpreter/varref.h"
 #include "quill/quillerr.h"
 
@@ -21,6 +23,8 @@ Expression::~Expression() noexcept(false) {
     operators.deleteContents();
     operands.deleteContents();
 }
+
+void Expression::setScalarPlan(std::unique_ptr<ScalarPlan> made) const { plan = std::move(made); }
 
 void Expression::addOperator(int code) { addOwned(elements, new Operator(code)); }
 

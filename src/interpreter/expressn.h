@@ -3,9 +3,14 @@
 #ifndef INTERPRETER_EXPRESSN_H
 #define INTERPRETER_EXPRESSN_H
 
+#include <memory>
+#include <vector>
+
+#include "interpreter/evalstep.h"
 #include "quill/orderedc.h"
 
 class CodeElement;
+class ScalarPlan;
 class Operator;
 class Variable;
 
@@ -43,6 +48,11 @@ public:
     bool isConstant() const;
     // The value of a constant postfix expression, owned by the caller; null without elements.
     Variable* evalConst() const;
+    // The executer's reading of the postfix elements, made on its first
+    // evaluation, and the plan of an expression of scalars only, or null.
+    std::vector<EvalStep>& steps() const { return evalSteps; }
+    const ScalarPlan* scalarPlan() const { return plan.get(); }
+    void setScalarPlan(std::unique_ptr<ScalarPlan> made) const;
 
     // The postfix elements, each by its name or operator text.
     void printOn(std::ostream& os) const override;
@@ -57,6 +67,8 @@ private:
     OrderedCltn elements;
     OrderedCltn operators;  // the operator stack of toPostfix
     OrderedCltn operands;   // the stack of static types, owned while there
+    mutable std::vector<EvalStep> evalSteps;
+    mutable std::unique_ptr<ScalarPlan> plan;
 };
 
 #endif

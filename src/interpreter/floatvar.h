@@ -22,7 +22,6 @@ public:
     double number() const override { return *value; }
     void setNumber(double x) override { *value = x; }
     bool isInteger() const override { return false; }
-    ScalarVar* makeValue(double x) const override { return new FloatVar(x); }
     String getValueString() const override;  // "%g"
     void deepenShallowCopy() override;
 

@@ -18,7 +18,6 @@ public:
     double number() const override { return value; }
     void setNumber(double x) override { value = truncate(x); }
     bool isInteger() const override { return true; }
-    ScalarVar* makeValue(double x) const override { return new IntVar(truncate(x)); }
     // The one conversion to char: a value from 0 to 255.
     int canConvertTo(const Variable* target) const override;
     Variable* convertTo(const Variable* target) const override;

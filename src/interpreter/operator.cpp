@@ -74,10 +74,6 @@ const char* Operator::textOf(int code) {
     return "";
 }
 
-bool Operator::isLogical(int code) {
-    return code == OP_OR || code == OP_AND || isComparison(code) || code == OP_NOT;
-}
-
 bool Operator::isBits(int code) {
     return code == OP_SHR_ASSIGN || code == OP_SHL_ASSIGN || code == OP_SHR || code == OP_SHL ||
            (code >= OP_BIT_OR && code <= OP_BIT_AND) || code == OP_COMPLEMENT || code == OP_POWER;

@@ -86,11 +86,13 @@ public:
 
     static bool isAssign(int code) { return code >= 100 && code < 200; }
     static bool isUnary(int code) { return code >= 1300 && code < 1399; }
-    static bool isLogical(int code);
+    static bool isComparison(int code) { return code >= 700 && code <= 803; }
+    static bool isLogical(int code) {
+        return code == OP_OR || code == OP_AND || isComparison(code) || code == OP_NOT;
+    }
     static bool isBits(int code);
     static bool isArithmetic(int code) { return code >= 1000 && code <= 1102; }
     static bool isArithmeticAssign(int code) { return code >= 100 && code <= 104; }
-    static bool isComparison(int code) { return code >= 700 && code <= 803; }
     static bool isPrefix(int code) { return code / 100 == 10 || code / 100 == 13; }
     // The unary form of a prefix-capable code: + and - become +u and -u.
     static int toUnary(int code) { return code / 100 == 10 ? code + 302 : code; }

@@ -1,0 +1,4 @@
+// Nothing: the cost of starting the interpreter.
+int main() {
+    return 0;
+}

@@ -1,0 +1,8 @@
+# Recursive calls: fib(25) makes 242785 calls.
+def fib(n):
+    if n < 2:
+        return n
+    return fib(n - 1) + fib(n - 2)
+
+
+print(fib(25))

@@ -1,0 +1,178 @@
+// The evaluator's own paths for scalars: wrap-around, conversions at the edges of
+// int, char and float, variables read when an operator takes them, returned
+// scalars named after their type, shadowed names, reference parameters, a loop's scope emptied between
+// passes, failures, and a listener that appears while a loop runs.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "interpreter/all.h"
+#include "numtext.h"
+#include "quill/cback.h"
+
+namespace {
+
+struct Case {
+    const char* program;
+    const char* out;
+};
+
+const Case SCALAR_CASES[] = {
+    {"int main() {\n"
+     "    int a = 2147483647;\n"
+     "    a = a + 1;\n"
+     "    int b = -2147483647 - 1;\n"
+     "    b--;\n"
+     "    int m = 65536;\n"
+     "    char c = 127;\n"
+     "    c++;\n"
+     "    char d = 'a';\n"
+     "    d = d * d;\n"
+     "    int n = -(-2147483647 - 1);\n"
+     "    a += 2147483647;\n"
+     "    cout << a << \" \" << b << \" \" << m * m << \" \" << c + 0 << \" \" << d + 0 << \" \" << n << \" "
+     "\" "
+     "<< 7 / -2 << \" \" << -7 % 3;\n"
+     "    return 0;\n"
+     "}\n",
+     "-1 2147483647 0 -128 -63 -2147483648 -3 -1"},
+    {"int same(int x) { return x; }\n"
+     "int twice(float x) { return x * 2; }\n"
+     "float third(int x) { return x / 3; }\n"
+     "int code(char c) { return c; }\n"
+     "int main() {\n"
+     "    int i = 3.99;\n"
+     "    int j = -3.99;\n"
+     "    int big = 3000000000.0;\n"
+     "    float f = 7;\n"
+     "    f = f / 2;\n"
+     "    f += 1;\n"
+     "    char c = 200;\n"
+     "    cout << i << \" \" << j << \" \" << big << \" \" << f << \" \" << same(3.7) << \" \" << same(-0.5) "
+     "<< \" \" << twice(1.75) << \" \" << third(7) << \" \" << code(200) << \" \" << c + 1 << \" \" << 1 / "
+     "2.0;\n"
+     "    return 0;\n"
+     "}\n",
+     "3 -3 -1294967296 4.5 3 0 3 2 -56 -55 0.5"},
+    {"int x = 1;\n"
+     "void bump(int& n) { n = n + 1; n++; }\n"
+     "int main() {\n"
+     "    cout << x << \" \";\n"
+     "    int x = 2;\n"
+     "    {\n"
+     "        int x = 3;\n"
+     "        x = x + 10;\n"
+     "        cout << x << \" \";\n"
+     "    }\n"
+     "    for (int k = 0; k < 2; k++) {\n"
+     "        int x = k * 100;\n"
+     "        x++;\n"
+     "        cout << x << \" \";\n"
+     "    }\n"
+     "    bump(x);\n"
+     "    cout << x;\n"
+     "    return 0;\n"
+     "}\n",
+     "1 13 1 101 4"},
+    {"int main() {\n"
+     "    for (int i = 0; i < 4; i++) {\n"
+     "        int x;\n"
+     "        x = x + i;\n"
+     "        if (i == 1) continue;\n"
+     "        if (i == 3) break;\n"
+     "        cout << x << \" \";\n"
+     "    }\n"
+     "    int k = 0;\n"
+     "    for (; k < 3; k++) if (k == 2) break;\n"
+     "    cout << k;\n"
+     "    return 0;\n"
+     "}\n",
+     "0 2 2"},
+    {"int main() {\n"
+     "    int x = 1;\n"
+     "    int y = x + (x = 5);\n"
+     "    float f = 0;\n"
+     "    int i = 7;\n"
+     "    f = i / 2 + 0.25;\n"
+     "    char c = 'A';\n"
+     "    c += 200;\n"
+     "    int k = 3;\n"
+     "    k *= k++ + ++k;\n"
+     "    float g = 2;\n"
+     "    g = -g * 2.5 + (i > 3) + !c;\n"
+     "    cout << y << \" \" << x << \" \" << f << \" \" << c + 0 << \" \" << k << \" \" << g;\n"
+     "    return 0;\n"
+     "}\n",
+     "10 5 3.25 9 40 -4"},
+    {"int one() { return 1; }\n"
+     "char letter() { return 'z'; }\n"
+     "int main() {\n"
+     "    Matrix K = one();\n"
+     "    Matrix L = letter();\n"
+     "    cout << K.rowNumber() << L.rowNumber() << one() + letter();\n"
+     "    return 0;\n"
+     "}\n",
+     "Var char of level 21 cannot be converted in a Matrix\n10123"},
+};
+
+TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
+    for (const Case& c : SCALAR_CASES) {
+        ProgramRun run = runText(c.program);
+        EXPECT_EQ(run.message, "") << c.program;
+        EXPECT_EQ(run.out, c.out) << c.program;
+    }
+}
+
+TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
+    ProgramRun cast = runText(
+        "int code(char c) { return c; }\n"
+        "int main() {\n"
+        "    int v = 300;\n"
+        "    cout << code(v);\n"
+        "    return 0;\n"
+        "}\n");
+    EXPECT_TRUE(failsWith(cast, "[PARSE ERROR] Cannot implicit cast int to char At line 4 on statement"))
+        << cast.message;
+    ProgramRun division = runMain("int z = 0;\nint q = 5 / z;\ncout << q;");
+    EXPECT_TRUE(failsWith(division, "[SYSERR] System Signal")) << division.message;
+    EXPECT_EQ(division.out, "");
+}
+
+// A watcher of the loop's body adds the stopper at its third pass; the stopper
+// stops at the first statement it hears of.
+Executer* running = 0;
+int bodyPasses = 0;
+
+void stopAtOnce(Cback&) { running->stop(); }
+
+void watchBody(Cback& cb) {
+    if (static_cast<Statement*>(cb.callData->asObject())->getLine() == 4 && ++bodyPasses == 3)
+        running->addCback(TRACE_EXEC, stopAtOnce);
+}
+
+TEST(FastPathTest, aListenerThatAppearsDuringALoopStopsIt) {
+    CodeParser parser;
+    Executer executer(&parser);
+    ASSERT_STREQ(parser
+                     .parseText("int total = 0;\n"
+                                "int main() {\n"
+                                "    for (int i = 0; i < 1000; i++)\n"
+                                "        total = total + 1;\n"
+                                "    return 0;\n"
+                                "}\n",
+                                1)
+                     .asCharPointer(),
+                 "");
+    running = &executer;
+    bodyPasses = 0;
+    executer.addCback(TRACE_EXEC, watchBody);
+    String message;
+    int stopped = 0;
+    executer.run(message, stopped);
+    EXPECT_STREQ(message.asCharPointer(), "");
+    EXPECT_EQ(stopped, 1);
+    EXPECT_STREQ(executer.printVariable("total").asCharPointer(), "total = \"3\"");
+    running = 0;
+}
+
+}  // namespace
