@@ -39,13 +39,11 @@ void DynOp::selectUnstablePoles(const Matrix& poles, IntArray& list, double tole
 
 // Gramians
 
-Matrix DynOp::gramianFactor(const Matrix& a, const Matrix& L) const { return numerics().lyapFactor(a, L); }
-
 Matrix DynOp::gramianOfPair(const Matrix& a, const Matrix& L, Matrix* factor) const {
     if (isStatic) return Matrix(0, 0);
-    Matrix R = gramianFactor(a, L);
-    if (factor) *factor = R;
-    return R.transpose() * R;
+    Matrix P = numerics().lyapSolution(a, L, isDiscreteTime());
+    if (factor) *factor = numerics().semidefiniteFactor(P);
+    return P;
 }
 
 Matrix DynOp::gramianOf(Matrix* factor) const { return gramianOfPair(A, C, factor); }

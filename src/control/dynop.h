@@ -173,11 +173,9 @@ protected:
     Matrix hamiltonianAt(double gamma) const;
     // The norm of D for a static system or one without inputs or outputs: false otherwise.
     bool feedThroughNorm(HinfNorm& result) const;
-    // The factor of the gramian of (a, L): the continuous Lyapunov equation here, the discrete
-    // one in discrete time.
-    virtual Matrix gramianFactor(const Matrix& a, const Matrix& L) const;
-    // R'R with R the factor of the gramian of (a, L); factor, when given, receives R. Nil (0x0)
-    // for a static system.
+    // The gramian P of (a, L), a'P + P a + L'L = 0 here, a'P a - P + L'L = 0 in discrete time,
+    // solved directly; factor, when given, receives the triangular R with R'R = P. Nil (0x0) for a
+    // static system.
     Matrix gramianOfPair(const Matrix& a, const Matrix& L, Matrix* factor) const;
     // How far the eigenvalue re + j im lies beyond the stability boundary: the real part here, the
     // magnitude less 1 in discrete time; selectUnstablePoles selects those above -tolerance.
