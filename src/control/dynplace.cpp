@@ -9,14 +9,10 @@
 #include "control/dynop.h"
 #include "quill/intarray.h"
 
-using dynop::block;
-using dynop::sideBySide;
-using dynop::stack;
-
 namespace {
 
-// The real block-diagonal matrix with the desired poles: p for a real pole, [0 1; -re^2 - im^2,
-// 2 re] for the pair re +- j im standing on two rows.
+// The real block-diagonal matrix with the desired poles in Schur form: p for a real pole, [re im;
+// -im re] for the pair re +- j im standing on two rows.
 Matrix targetOf(const Matrix& poles, unsigned n, const Matrix& owner) {
     if (poles.rowNumber() != n || poles.columnNumber() < 2)
         owner.dimensionError("place", poles.rowNumber(), 2);
@@ -27,9 +23,9 @@ Matrix targetOf(const Matrix& poles, unsigned n, const Matrix& owner) {
             P(i, i) = re;
             continue;
         }
-        P(i, i + 1) = 1.0;
-        P(i + 1, i) = -re * re - im * im;
-        P(i + 1, i + 1) = 2.0 * re;
+        P(i, i) = P(i + 1, i + 1) = re;
+        P(i, i + 1) = std::fabs(im);
+        P(i + 1, i) = -std::fabs(im);
         ++i;
     }
     return P;
@@ -62,26 +58,14 @@ bool meetsTarget(Algebra& alg, const Matrix& A, const Matrix& P) {
     return false;
 }
 
-// X with A X - X P = F for the block-diagonal P, block column by block column.
+// X with A X - X P = F for P in Schur form, through the real Schur form A = Q T Q'.
 Matrix sylvester(Algebra& alg, const Matrix& A, const Matrix& P, const Matrix& F) {
-    unsigned n = A.rowNumber();
-    Matrix X(n, P.columnNumber());
-    for (unsigned j = 0; j < P.columnNumber(); ++j) {
-        bool pair = j + 1 < P.columnNumber() && P(j, j + 1) != 0.0;
-        if (!pair) {
-            X.setColumn(j, alg.solve(A - Matrix::diagonal(n, P(j, j)), block(F, 0, j, n, 1)).column(0));
-            continue;
-        }
-        // A [x1 x2] - [x1 x2] Pb = [f1 f2] as one system of size 2n.
-        Matrix I = Matrix::diagonal(n, 1.0);
-        Matrix M = stack(sideBySide(A - I * P(j, j), -(I * P(j + 1, j))),
-                         sideBySide(-(I * P(j, j + 1)), A - I * P(j + 1, j + 1)));
-        Matrix x = alg.solve(M, stack(block(F, 0, j, n, 1), block(F, 0, j + 1, n, 1)));
-        X.setColumn(j, x.column(0, 0, int(n)));
-        X.setColumn(j + 1, x.column(0, int(n), int(n)));
-        ++j;
-    }
-    return X;
+    Matrix T(A);
+    Matrix Q = alg.schur(T);
+    Matrix Y = Q.transpose() * F;
+    lapackTriangularSylvester(false, false, -1, int(T.rowNumber()), int(P.rowNumber()), T.elements(),
+                              P.elements(), Y.elements());
+    return Q * Y;
 }
 
 // The desired poles as targetOf reads them: a pair from its first row and its conjugate.

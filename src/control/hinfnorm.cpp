@@ -12,6 +12,7 @@
 #include "control/bilinear.h"
 #include "control/discdyn.h"
 #include "control/extsys.h"
+#include "control/schurgain.h"
 
 namespace {
 
@@ -69,16 +70,16 @@ HinfNorm DynOp::certifiedNormHinf() const {
 // when none exceeds the level the level is an upper bound.
 HinfNorm DynOp::hamiltonianNorm() const {
     double best = CMatrix(D).maxSingularValue(), peak = infinity;
+    SchurGain gain(A, B, C, D);
     auto probe = [&](double w) {
-        double g = gainAt(0.0, w);
+        double g = gain.at({0.0, w});
         if (g > best) best = g, peak = w;
         return g;
     };
     probe(0.0);
-    Matrix p = poles();
-    for (unsigned i = 0; i < p.rowNumber(); ++i) {
-        probe(std::fabs(p(i, 1)));
-        probe(std::hypot(p(i, 0), p(i, 1)));
+    for (std::complex<double> p : gain.eigenvalues()) {
+        probe(std::fabs(p.imag()));
+        probe(std::abs(p));
     }
     for (int iteration = 0; iteration < iterationLimit; ++iteration) {
         double level = std::max((1.0 + relativeGap) * best, 1e-150);
