@@ -143,7 +143,7 @@ void continuousKernels(unsigned n) {
     Matrix sigma;
     seconds = timeOf([&] {
         balanced = s;
-        sigma = balanced.balancedRealization(0.0);
+        sigma = balanced.balancedRealization(1e-12);
     });
     unsigned kept = balanced.order();
     sigma = sigma.subMatrix(0, 0, int(kept), int(kept));
