@@ -20,6 +20,10 @@ std::vector<unsigned> blockStarts(const Matrix& T) {
 // (I - S (x) T(I, I)) vec X = vec R, of size at most 4.
 void solveSmallStein(const Matrix& T, unsigned i, unsigned p, const Matrix& S, unsigned q, const double* r,
                      double* x) {
+    if (p == 1 && q == 1) {
+        x[0] = r[0] / (1.0 - S(0, 0) * T(i, i));
+        return;
+    }
     int size = int(p * q);
     double M[16], rhs[4];
     for (unsigned b = 0; b < q; ++b)
@@ -50,9 +54,13 @@ void solveSteinColumns(const Matrix& T, const std::vector<unsigned>& starts, con
                 X(i + a, j + c) = x[c * p + a];
                 for (unsigned d = 0; d < q; ++d) y[d * p + a] += x[c * p + a] * S(d, c);
             }
+        unsigned n = T.rowNumber();
         for (unsigned d = 0; d < q; ++d)
-            for (unsigned a = 0; a < p; ++a)
-                for (unsigned k = 0; k < i; ++k) R(k, d) += T(k, i + a) * y[d * p + a];
+            for (unsigned a = 0; a < p; ++a) {
+                const double* t = T.elements() + size_t(i + a) * n;
+                double* rd = R.elements() + size_t(d) * n;
+                for (unsigned k = 0; k < i; ++k) rd[k] += t[k] * y[d * p + a];
+            }
     }
 }
 

@@ -44,21 +44,21 @@ void report(String& text, unsigned order, double norm) {
 // the states occupy the rows of W and its columns from stateColumn on. A null text prints nothing.
 void staircaseStep(Matrix& W, unsigned states, unsigned stateColumn, unsigned colOffset, unsigned rowOffset,
                    unsigned width, IntArray& indices, double tolerance, String* text) {
-    unsigned p = states - rowOffset;
-    Matrix S = householder::sideBySide(W.subMatrix(rowOffset, colOffset, p, width), Matrix::diagonal(p, 1.0));
+    unsigned p = states - rowOffset, rest = W.columnNumber() - colOffset, first = stateColumn + rowOffset;
+    Matrix block = W.subMatrix(rowOffset, colOffset, p, width);
+    // The similarity: Q' from the left on the rows of this step, its reflections applied to them
+    // directly; then Q from the right on the state columns they stand for, as Q' on their
+    // transpose, where the same block in front gives the same reflections.
+    Matrix S = W.subMatrix(rowOffset, colOffset, p, rest);
     std::vector<unsigned> pivots;
     double lastMax = 0.0;
     unsigned r = householder::pivotedSteps(S, width, tolerance * tolerance, pivots, lastMax);
     for (unsigned k = r; k-- > 0;) householder::swapColumns(S, k, pivots[k]);
     append(indices, static_cast<int>(r));
-
-    // Complete the similarity: Q' from the left on the rows of this step, Q from the right on
-    // the state columns they stand for.
-    Matrix Qt = S.subMatrix(0, width, p, p);
-    unsigned rest = W.columnNumber() - colOffset;
-    W.setSubMatrix(rowOffset, colOffset, Qt * W.subMatrix(rowOffset, colOffset, p, rest), p, rest);
-    unsigned first = stateColumn + rowOffset;
-    W.setSubMatrix(0, first, W.subMatrix(0, first, states, p) * Qt.transpose(), states, p);
+    W.setSubMatrix(rowOffset, colOffset, S, p, rest);
+    Matrix R = householder::sideBySide(block, W.subMatrix(0, first, states, p).transpose());
+    householder::pivotedSteps(R, width, tolerance * tolerance, pivots, lastMax);
+    W.setSubMatrix(0, first, R.subMatrix(0, width, p, states).transpose(), states, p);
 
     if (r == 0 || rowOffset + r >= states) return;
     if (text) report(*text, r, frobenius(W, rowOffset + r, states, colOffset, width));

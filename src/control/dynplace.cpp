@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "control/dynop.h"
+#include "control/schurgain.h"
 #include "quill/intarray.h"
 
 namespace {
@@ -46,22 +47,18 @@ Matrix randomRows(unsigned m, unsigned n) {
     return G;
 }
 
-// Whether some eigenvalue of A lies on a desired pole: the Sylvester equation is then singular.
-bool meetsTarget(Algebra& alg, const Matrix& A, const Matrix& P) {
-    Matrix own = alg.computeEigenvalues(A), target = alg.computeEigenvalues(P);
-    double scale = 1.0 + alg.normF(A);
-    for (unsigned i = 0; i < own.rowNumber(); ++i)
-        for (unsigned j = 0; j < target.rowNumber(); ++j)
-            if (std::abs(std::complex<double>(own(i, 0) - target(j, 0), own(i, 1) - target(j, 1))) <
-                1e-8 * scale)
-                return true;
+// Whether some eigenvalue of the Schur form T lies on a desired pole, an eigenvalue of P: the
+// Sylvester equation is then singular.
+bool meetsTarget(const Matrix& T, const Matrix& P, double scale) {
+    std::vector<std::complex<double>> target = schurEigenvalues(P);
+    for (std::complex<double> own : schurEigenvalues(T))
+        for (std::complex<double> p : target)
+            if (std::abs(own - p) < 1e-8 * scale) return true;
     return false;
 }
 
-// X with A X - X P = F for P in Schur form, through the real Schur form A = Q T Q'.
-Matrix sylvester(Algebra& alg, const Matrix& A, const Matrix& P, const Matrix& F) {
-    Matrix T(A);
-    Matrix Q = alg.schur(T);
+// X with A X - X P = F for P in Schur form and A = Q T Q' in real Schur form.
+Matrix sylvester(const Matrix& Q, const Matrix& T, const Matrix& P, const Matrix& F) {
     Matrix Y = Q.transpose() * F;
     lapackTriangularSylvester(false, false, -1, int(T.rowNumber()), int(P.rowNumber()), T.elements(),
                               P.elements(), Y.elements());
@@ -107,14 +104,15 @@ Matrix hessenbergGain(const Matrix& H, double beta, const Matrix& poles) {
 // eigenvalues first.
 Matrix sylvesterGain(Algebra& alg, const Matrix& A, const Matrix& b, const Matrix& P) {
     unsigned n = A.rowNumber();
-    Matrix K0(b.columnNumber(), n);
-    Matrix moved = A;
-    if (meetsTarget(alg, A, P)) {
+    Matrix K0(b.columnNumber(), n), T(A);
+    Matrix Q = alg.schur(T);
+    if (meetsTarget(T, P, 1.0 + alg.normF(A))) {
         K0 = randomRows(b.columnNumber(), n) * (alg.normF(A) + 1.0) / (alg.normF(b) + 1.0);
-        moved = A - b * K0;
+        T = A - b * K0;
+        Q = alg.schur(T);
     }
     Matrix G = randomRows(b.columnNumber(), n);
-    Matrix X = sylvester(alg, moved, P, b * G);
+    Matrix X = sylvester(Q, T, P, b * G);
     return K0 + alg.solve(X.transpose(), G.transpose()).transpose();
 }
 

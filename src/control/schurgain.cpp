@@ -29,6 +29,17 @@ void blockValues(const Matrix& T, unsigned k, unsigned size, std::vector<PlanePo
 
 }  // namespace
 
+std::vector<PlanePoint> schurEigenvalues(const Matrix& T) {
+    std::vector<PlanePoint> values;
+    unsigned n = T.rowNumber();
+    for (unsigned k = 0; k < n;) {
+        unsigned size = k + 1 < n && T(k + 1, k) != 0.0 ? 2 : 1;
+        blockValues(T, k, size, values);
+        k += size;
+    }
+    return values;
+}
+
 SchurGain::SchurGain(const Matrix& A, const Matrix& B, const Matrix& C, const Matrix& d) : T(A), D(d) {
     Algebra alg;
     Matrix Q = alg.schur(T);
@@ -38,7 +49,6 @@ SchurGain::SchurGain(const Matrix& A, const Matrix& B, const Matrix& C, const Ma
     for (unsigned k = 0; k < n;) {
         unsigned size = k + 1 < n && T(k + 1, k) != 0.0 ? 2 : 1;
         starts.push_back(k);
-        blockValues(T, k, size, values);
         k += size;
     }
     starts.push_back(n);
