@@ -1,6 +1,7 @@
 // SchurGain: (zI - T) X = Q'B by block back substitution, G = CQ X + D.
 #include "control/schurgain.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "algebra/cmatrix.h"
@@ -25,6 +26,29 @@ void blockValues(const Matrix& T, unsigned k, unsigned size, std::vector<PlanePo
         values.emplace_back(mean, root);
         values.emplace_back(mean, -root);
     }
+}
+
+// The largest singular value of the p x m matrix G (column-major): for one or two inputs or outputs
+// the square root of the largest eigenvalue of the 1x1 or 2x2 Gram matrix, in closed form.
+double largestSingularValue(const std::vector<PlanePoint>& G, unsigned p, unsigned m) {
+    if (p == 0 || m == 0) return 0.0;
+    if (p > 2 && m > 2) {
+        Matrix re(p, m), im(p, m);
+        for (size_t k = 0; k < G.size(); ++k) re.elements()[k] = G[k].real(), im.elements()[k] = G[k].imag();
+        return CMatrix(re, im).maxSingularValue();
+    }
+    // gram(i, j): columns i and j of G when m is the smaller size, rows i and j otherwise.
+    auto gram = [&](unsigned i, unsigned j) {
+        PlanePoint s = 0.0;
+        if (m <= p)
+            for (unsigned r = 0; r < p; ++r) s += std::conj(G[size_t(i) * p + r]) * G[size_t(j) * p + r];
+        else
+            for (unsigned c = 0; c < m; ++c) s += G[size_t(c) * p + i] * std::conj(G[size_t(c) * p + j]);
+        return s;
+    };
+    if (std::min(p, m) == 1) return std::sqrt(gram(0, 0).real());
+    double a = gram(0, 0).real(), d = gram(1, 1).real(), half = (a - d) / 2.0;
+    return std::sqrt((a + d) / 2.0 + std::sqrt(half * half + std::norm(gram(0, 1))));
 }
 
 }  // namespace
@@ -80,14 +104,12 @@ double SchurGain::at(PlanePoint z) const {
         }
     }
     unsigned p = CQ.rowNumber();
-    Matrix re(D), im(p, m);
+    std::vector<PlanePoint> G(D.elements(), D.elements() + size_t(p) * m);
+    const double* cq = CQ.elements();
     for (unsigned c = 0; c < m; ++c)
         for (unsigned k = 0; k < n; ++k) {
             PlanePoint x = X[size_t(c) * n + k];
-            for (unsigned r = 0; r < p; ++r) {
-                re(r, c) += CQ(r, k) * x.real();
-                im(r, c) += CQ(r, k) * x.imag();
-            }
+            for (unsigned r = 0; r < p; ++r) G[size_t(c) * p + r] += cq[size_t(k) * p + r] * x;
         }
-    return CMatrix(re, im).maxSingularValue();
+    return largestSingularValue(G, p, m);
 }

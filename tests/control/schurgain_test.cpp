@@ -40,8 +40,10 @@ TEST(SchurGainTest, FirstAndSecondOrderClosedForms) {
 TEST(SchurGainTest, AgreesWithTheDirectTransferAtEveryOrder) {
     std::mt19937 engine(5);
     for (unsigned n : {0u, 1u, 2u, 10u, 60u}) {
-        Matrix A = randomMatrix(n, n, engine) - Matrix::diagonal(n, 0.5 * n), B = randomMatrix(n, 2, engine),
-               C = randomMatrix(2, n, engine), D = randomMatrix(2, 2, engine);
+        unsigned inputs = 1 + n % 3, outputs = 3 - n % 2;  // 3x1, 2x2, 3x3, 3x2 and 3x1 transfers
+        Matrix A = randomMatrix(n, n, engine) - Matrix::diagonal(n, 0.5 * n),
+               B = randomMatrix(n, inputs, engine), C = randomMatrix(outputs, n, engine),
+               D = randomMatrix(outputs, inputs, engine);
         SchurGain gain(A, B, C, D);
         DynOp s(A, B, C, D, 0, 0, 0, false);
         for (Cx point : {Cx(0.0, 0.0), Cx(0.0, 1.5), Cx(0.3, -7.0)}) {
