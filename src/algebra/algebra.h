@@ -120,6 +120,9 @@ public:
     // discrete, through the real Schur form of a. L may have any number of rows; a must be stable
     // (convergent) for P to be the gramian.
     Matrix lyapSolution(const Matrix& a, const Matrix& L, bool discrete);
+    // The controllability gramian P (A P + P A' + B B' = 0) and the observability gramian O
+    // (A'O + O A + C'C = 0), or their discrete forms, from one Schur form of A.
+    void gramianPair(const Matrix& A, const Matrix& B, const Matrix& C, bool discrete, Matrix& P, Matrix& O);
     // The upper triangular R with R'R = P, diagonal not negative, for a symmetric positive
     // semidefinite P; rows beyond P's numerical rank are zero.
     Matrix semidefiniteFactor(const Matrix& P);

@@ -84,28 +84,57 @@ Matrix triangularStein(const Matrix& T, const Matrix& C) {
     return X;
 }
 
-}  // namespace
+// The matrix with rows and columns in reverse order: it takes a lower quasi-triangular matrix to an
+// upper one.
+Matrix reversed(const Matrix& M) {
+    unsigned n = M.rowNumber();
+    Matrix R(n, n);
+    for (unsigned c = 0; c < n; ++c)
+        for (unsigned r = 0; r < n; ++r) R(r, c) = M(n - 1 - r, n - 1 - c);
+    return R;
+}
 
-// With a' = Q T Q' and X = Q'PQ: T X + X T' = -C, or X - T X T' = C, where C = (LQ)'(LQ).
-Matrix Algebra::lyapSolution(const Matrix& a, const Matrix& L, bool discrete) {
-    unsigned n = a.rowNumber();
-    Matrix T = a.transpose();
-    Matrix Q = schur(T);
-    Matrix LQ = L * Q;
-    Matrix C(n, n);
+// X in the Schur basis, with C = (LQ)'(LQ): T X + X T' = -C, or X - T X T' = C when discrete; with
+// transposed, T' in place of T.
+Matrix schurBasisSolution(const Matrix& T, const Matrix& Q, const Matrix& L, bool discrete, bool transposed) {
+    unsigned n = T.rowNumber();
+    Matrix LQ = L * Q, C(n, n);
     blasProduct(int(n), int(n), int(LQ.rowNumber()), LQ.elements(), true, LQ.elements(), false, C.elements());
-    Matrix X(n, n);
-    if (discrete) {
-        X = triangularStein(T, C);
-    } else {
-        X = -C;
-        lapackTriangularSylvester(false, true, 1, int(n), int(n), T.elements(), T.elements(), X.elements());
-    }
+    if (discrete)
+        return transposed ? reversed(triangularStein(reversed(T.transpose()), reversed(C)))
+                          : triangularStein(T, C);
+    Matrix X = -C;
+    lapackTriangularSylvester(transposed, !transposed, 1, int(n), int(n), T.elements(), T.elements(),
+                              X.elements());
+    return X;
+}
+
+// Q X Q', symmetric.
+Matrix fromSchurBasis(const Matrix& Q, const Matrix& X) {
+    unsigned n = Q.rowNumber();
     Matrix QX = Q * X, P(n, n);
     blasProduct(int(n), int(n), int(n), QX.elements(), false, Q.elements(), true, P.elements());
     for (unsigned c = 0; c < n; ++c)
         for (unsigned r = c + 1; r < n; ++r) P(r, c) = P(c, r) = 0.5 * (P(r, c) + P(c, r));
     return P;
+}
+
+}  // namespace
+
+// With a' = Q T Q' and X = Q'PQ the equation becomes one in the Schur basis.
+Matrix Algebra::lyapSolution(const Matrix& a, const Matrix& L, bool discrete) {
+    Matrix T = a.transpose();
+    Matrix Q = schur(T);
+    return fromSchurBasis(Q, schurBasisSolution(T, Q, L, discrete, false));
+}
+
+// With A = Q T Q', P takes the equation in T and the observability gramian the one in T'.
+void Algebra::gramianPair(const Matrix& A, const Matrix& B, const Matrix& C, bool discrete, Matrix& P,
+                          Matrix& O) {
+    Matrix T(A);
+    Matrix Q = schur(T);
+    P = fromSchurBasis(Q, schurBasisSolution(T, Q, B.transpose(), discrete, false));
+    O = fromSchurBasis(Q, schurBasisSolution(T, Q, C, discrete, true));
 }
 
 Matrix Algebra::semidefiniteFactor(const Matrix& P) {

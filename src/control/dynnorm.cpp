@@ -152,9 +152,9 @@ double DynOp::normHinfInFrequency(double& wStart) const {
 Matrix DynOp::balancedRealization(double threshold) {
     if (isStatic) return Matrix(0, 0);
     Algebra& alg = numerics();
-    Matrix Rc(0, 0), Ro(0, 0), U(0, 0), Vt(0, 0);
-    gramianOfPair(A.transpose(), B.transpose(), &Rc);
-    gramianOf(&Ro);
+    Matrix P(0, 0), O(0, 0), U(0, 0), Vt(0, 0);
+    alg.gramianPair(A, B, C, isDiscreteTime(), P, O);
+    Matrix Rc = alg.semidefiniteFactor(P), Ro = alg.semidefiniteFactor(O);
     Matrix product = Ro * Rc.transpose();
     Vector sigma = alg.svd(product, U, Vt, true);
     unsigned n = order_, kept = 0;

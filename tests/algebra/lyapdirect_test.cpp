@@ -61,6 +61,19 @@ TEST(DirectSolvers, LyapunovAndSteinResidualsAtEveryOrder) {
         }
 }
 
+TEST(DirectSolvers, GramianPairAgreesWithTheSingleSolutions) {
+    for (bool discrete : {false, true})
+        for (unsigned n : {0u, 1u, 2u, 10u, 60u}) {
+            Matrix A = randomStable(n, discrete, 17 + n), B = randomRows(2, n, 19 + n).transpose(),
+                   C = randomRows(3, n, 23 + n), P, O;
+            numeric().gramianPair(A, B, C, discrete, P, O);
+            Matrix singleP = numeric().lyapSolution(A.transpose(), B.transpose(), discrete),
+                   singleO = numeric().lyapSolution(A, C, discrete);
+            EXPECT_LE(frobenius(P - singleP), 1e-12 * frobenius(singleP)) << n << " " << discrete;
+            EXPECT_LE(frobenius(O - singleO), 1e-12 * frobenius(singleO)) << n << " " << discrete;
+        }
+}
+
 // For a = diag(d) and L a row of ones, P(i, j) is 1 / -(d_i + d_j), or 1 / (1 - d_i d_j) in
 // discrete time; a pair of complex poles is taken through its real form.
 TEST(DirectSolvers, DiagonalSystemsHaveTheirClosedForm) {
