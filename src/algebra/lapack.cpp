@@ -21,6 +21,11 @@ void dgemm_(const char* transa, const char* transb, const int* m, const int* n, 
             const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
             const double* beta, double* c, const int* ldc, std::size_t transaLength,
             std::size_t transbLength);
+void dgemv_(const char* trans, const int* m, const int* n, const double* alpha, const double* a,
+            const int* lda, const double* x, const int* incx, const double* beta, double* y, const int* incy,
+            std::size_t transLength);
+void dger_(const int* m, const int* n, const double* alpha, const double* x, const int* incx, const double* y,
+           const int* incy, double* a, const int* lda);
 }
 
 namespace {
@@ -228,4 +233,14 @@ int lapackSemidefiniteFactor(int n, double* a) {
                 j < i ? 0.0 : sign * f[static_cast<std::size_t>(j) * n + i];
     }
     return rank;
+}
+
+void blasReflect(int rows, int cols, const double* v, double factor, double* a, int lda) {
+    if (rows == 0 || cols == 0) return;
+    const char trans = 'T';
+    const double one = 1.0, zero = 0.0, minusFactor = -factor;
+    const int step = 1;
+    std::vector<double> w(cols);
+    dgemv_(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
+    dger_(&rows, &cols, &minusFactor, v, &step, w.data(), &step, a, &lda);
 }

@@ -66,6 +66,10 @@ int lapackGeneralizedEigenvalues(int n, double* a, double* b, double* alphaR, do
 void blasProduct(int m, int n, int k, const double* a, bool transposeA, const double* b, bool transposeB,
                  double* c);
 
+// A := A - factor v (v' A) for the rows x cols matrix A stored with leading dimension lda: a
+// reflection when factor is 2 / v'v.
+void blasReflect(int rows, int cols, const double* v, double factor, double* a, int lda);
+
 // X with op(T) X + sign X op(U) = C for quasi-triangular T (m×m) and U (n×n) in Schur form; c
 // (m×n) is overwritten with X. Returns LAPACK's INFO, 1 when the equation is close to singular.
 int lapackTriangularSylvester(bool transposeT, bool transposeU, int sign, int m, int n, const double* t,
