@@ -244,3 +244,13 @@ void blasReflect(int rows, int cols, const double* v, double factor, double* a, 
     dgemv_(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
     dger_(&rows, &cols, &minusFactor, v, &step, w.data(), &step, a, &lda);
 }
+
+void blasReflectRight(int rows, int cols, const double* v, double factor, double* a, int lda) {
+    if (rows == 0 || cols == 0) return;
+    const char trans = 'N';
+    const double one = 1.0, zero = 0.0, minusFactor = -factor;
+    const int step = 1;
+    std::vector<double> w(rows);
+    dgemv_(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
+    dger_(&rows, &cols, &minusFactor, w.data(), &step, v, &step, a, &lda);
+}

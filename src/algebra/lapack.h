@@ -70,6 +70,9 @@ void blasProduct(int m, int n, int k, const double* a, bool transposeA, const do
 // reflection when factor is 2 / v'v.
 void blasReflect(int rows, int cols, const double* v, double factor, double* a, int lda);
 
+// A := A - factor (A v) v', the same from the right.
+void blasReflectRight(int rows, int cols, const double* v, double factor, double* a, int lda);
+
 // X with op(T) X + sign X op(U) = C for quasi-triangular T (m×m) and U (n×n) in Schur form; c
 // (m×n) is overwritten with X. Returns LAPACK's INFO, 1 when the equation is close to singular.
 int lapackTriangularSylvester(bool transposeT, bool transposeU, int sign, int m, int n, const double* t,

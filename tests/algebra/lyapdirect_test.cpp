@@ -56,7 +56,9 @@ TEST(DirectSolvers, LyapunovAndSteinResidualsAtEveryOrder) {
             Matrix P = numeric().lyapSolution(a, L, discrete);
             ASSERT_EQ(n, P.rowNumber());
             ASSERT_EQ(n, P.columnNumber());
-            if (n) EXPECT_LT(residual(a, L, P, discrete), 1e-13) << "order " << n << " discrete " << discrete;
+            if (n) {
+                EXPECT_LT(residual(a, L, P, discrete), 1e-13) << "order " << n << " discrete " << discrete;
+            }
             EXPECT_TRUE(frobenius(P - P.transpose()) == 0.0);
         }
 }
