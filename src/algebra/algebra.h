@@ -60,6 +60,9 @@ public:
 
     // --- Direct solvers and factorisations ---
     Matrix computeEigenvalues(const Matrix& A, bool isSchur = false);
+    // The 2n eigenvalues (rows re, im) of a Hamiltonian H = [F G; Q -F'], G and Q symmetric, in
+    // pairs lambda, -lambda, through the eigenvalues of H^2 (hamileig.cpp).
+    Matrix hamiltonianEigenvalues(const Matrix& H);
     // A replaced by its real Schur form T; returns Q with A = Q T Q'.
     Matrix schur(Matrix& A, bool sorted = false);
     Matrix inv(const Matrix& A);

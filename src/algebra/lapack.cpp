@@ -24,6 +24,9 @@ void dgemm_(const char* transa, const char* transb, const int* m, const int* n, 
 void dgemv_(const char* trans, const int* m, const int* n, const double* alpha, const double* a,
             const int* lda, const double* x, const int* incx, const double* beta, double* y, const int* incy,
             std::size_t transLength);
+void dhseqr_(const char* job, const char* compz, const int* n, const int* ilo, const int* ihi, double* h,
+             const int* ldh, double* wr, double* wi, double* z, const int* ldz, double* work,
+             const int* lwork, int* info, std::size_t jobLength, std::size_t compzLength);
 void dger_(const int* m, const int* n, const double* alpha, const double* x, const int* incx, const double* y,
            const int* incy, double* a, const int* lda);
 }
@@ -253,4 +256,17 @@ void blasReflectRight(int rows, int cols, const double* v, double factor, double
     std::vector<double> w(rows);
     dgemv_(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
     dger_(&rows, &cols, &minusFactor, w.data(), &step, v, &step, a, &lda);
+}
+
+int lapackHessenbergEigenvalues(int n, double* h, double* re, double* im) {
+    if (n == 0) return 0;
+    const char job = 'E', compz = 'N';
+    const int one = 1, ldz = 1;
+    double z = 0.0, query = 0.0;
+    int lwork = -1, info = 0;
+    dhseqr_(&job, &compz, &n, &one, &n, h, &n, re, im, &z, &ldz, &query, &lwork, &info, 1, 1);
+    lwork = std::max(reportedSize(query), n);
+    std::vector<double> work(lwork);
+    dhseqr_(&job, &compz, &n, &one, &n, h, &n, re, im, &z, &ldz, work.data(), &lwork, &info, 1, 1);
+    return info;
 }

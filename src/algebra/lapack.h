@@ -73,6 +73,9 @@ void blasReflect(int rows, int cols, const double* v, double factor, double* a, 
 // A := A - factor (A v) v', the same from the right.
 void blasReflectRight(int rows, int cols, const double* v, double factor, double* a, int lda);
 
+// The eigenvalues re + j im of the n x n upper Hessenberg h (overwritten). Returns LAPACK's INFO.
+int lapackHessenbergEigenvalues(int n, double* h, double* re, double* im);
+
 // X with op(T) X + sign X op(U) = C for quasi-triangular T (m×m) and U (n×n) in Schur form; c
 // (m×n) is overwritten with X. Returns LAPACK's INFO, 1 when the equation is close to singular.
 int lapackTriangularSylvester(bool transposeT, bool transposeU, int sign, int m, int n, const double* t,

@@ -111,9 +111,7 @@ HinfNorm DynOp::hamiltonianNorm() const {
     }
     for (int iteration = 0; iteration < iterationLimit; ++iteration) {
         double level = std::max((1.0 + relativeGap) * best, 1e-150);
-        Matrix H = hamiltonianAt(level);
-        numerics().balance(H);
-        std::vector<double> w = axisFrequencies(numerics().computeEigenvalues(H));
+        std::vector<double> w = axisFrequencies(numerics().hamiltonianEigenvalues(hamiltonianAt(level)));
         size_t highest = w.size();
         double highestGain = level;
         for (size_t k = 0; k + 1 < w.size(); ++k) {

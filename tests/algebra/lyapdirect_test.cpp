@@ -139,3 +139,26 @@ TEST(DirectSolvers, ExponentialOfMinusAIsItsInverse) {
         EXPECT_LT(frobenius(product - Matrix::diagonal(n, 1.0)), 1e-12 * n) << n;
     }
 }
+
+// Random [F G; Q -F'] with G and Q symmetric: each eigenvalue of the full problem has one of the
+// square-reduced method near it, to the half precision that squaring leaves.
+TEST(DirectSolvers, HamiltonianEigenvaluesMatchTheFullProblem) {
+    EXPECT_EQ(0u, numeric().hamiltonianEigenvalues(Matrix(0, 0)).rowNumber());
+    for (unsigned n : {1u, 2u, 10u, 60u}) {
+        Matrix F = randomRows(n, n, 29 + n), G = randomRows(n, n, 31 + n), Q = randomRows(n, n, 37 + n);
+        G = G + G.transpose(), Q = Q + Q.transpose();
+        Matrix H(2 * n, 2 * n);
+        H.setSubMatrix(0, 0, F, n, n);
+        H.setSubMatrix(0, n, G, n, n);
+        H.setSubMatrix(n, 0, Q, n, n);
+        H.setSubMatrix(n, n, -F.transpose(), n, n);
+        Matrix fast = numeric().hamiltonianEigenvalues(H), full = numeric().computeEigenvalues(H);
+        ASSERT_EQ(2 * n, fast.rowNumber());
+        for (unsigned i = 0; i < 2 * n; ++i) {
+            double nearest = 1e300;
+            for (unsigned j = 0; j < 2 * n; ++j)
+                nearest = std::min(nearest, std::hypot(fast(i, 0) - full(j, 0), fast(i, 1) - full(j, 1)));
+            EXPECT_LT(nearest, 1e-6 * (1.0 + frobenius(H))) << n;
+        }
+    }
+}
