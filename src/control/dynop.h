@@ -24,6 +24,8 @@ extern Class class_DynOp;
 // measureNumber outputs are measures, the earlier ones objectives. A static system is a pure
 // gain: only D counts and A, B, C are 1x1 zero matrices. Column lists (IntArray) select inputs; a null
 // list means all of them.
+class SchurGain;
+
 class DynOp : public Algebra {
     DECLARE_MEMBERS(DynOp)
 public:
@@ -66,8 +68,10 @@ public:
     // The H-infinity norm to a relative 1e-6 with its peak frequency and bounds (hinfnorm.cpp);
     // infinite, after a console line, for a system that is not stable.
     virtual HinfNorm certifiedNormHinf() const;
-    // The same for a continuous system known to be stable, with inputs, outputs and states.
+    // The same for a continuous system known to be stable, with inputs, outputs and states; gain
+    // evaluates its transfer.
     HinfNorm hamiltonianNorm() const;
+    HinfNorm hamiltonianNorm(const SchurGain& gain) const;
     virtual double normH2() const;
     virtual void cleanPolesInZero(double tolerance);
     // Balances and truncates in place to the states whose Hankel singular value is above

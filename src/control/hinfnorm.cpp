@@ -77,9 +77,13 @@ bool DynOp::feedThroughNorm(HinfNorm& result) const {
 HinfNorm DynOp::certifiedNormHinf() const {
     HinfNorm result;
     if (feedThroughNorm(result)) return result;
-    if (!isStable()) return infiniteNorm("continuous");
-    return hamiltonianNorm();
+    SchurGain gain(A, B, C, D);  // its eigenvalues decide stability as isStable does
+    for (std::complex<double> p : gain.eigenvalues())
+        if (p.real() > -tollPoles) return infiniteNorm("continuous");
+    return hamiltonianNorm(gain);
 }
+
+HinfNorm DynOp::hamiltonianNorm() const { return hamiltonianNorm(SchurGain(A, B, C, D)); }
 
 // The lower bound is the largest gain seen, started at infinity (D), 0 and the pole
 // frequencies, then raised by a local search between the probes next to the best one. At the
@@ -88,9 +92,8 @@ HinfNorm DynOp::certifiedNormHinf() const {
 // interval of the highest midpoint raises it further, and when no midpoint exceeds the level the
 // level is an upper bound. The searches are cheap next to the Hamiltonian's eigenvalues, and save
 // most of its solutions.
-HinfNorm DynOp::hamiltonianNorm() const {
+HinfNorm DynOp::hamiltonianNorm(const SchurGain& gain) const {
     double best = CMatrix(D).maxSingularValue(), peak = infinity;
-    SchurGain gain(A, B, C, D);
     auto probe = [&](double w) {
         double g = gain.at({0.0, w});
         if (g > best) best = g, peak = w;
@@ -101,9 +104,10 @@ HinfNorm DynOp::hamiltonianNorm() const {
         probed.push_back(std::fabs(p.imag()));
         probed.push_back(std::abs(p));
     }
+    std::sort(probed.begin(), probed.end());
+    probed.erase(std::unique(probed.begin(), probed.end()), probed.end());  // a pair's two poles
     for (double w : probed) probe(w);
     if (peak < infinity) {
-        std::sort(probed.begin(), probed.end());
         auto next = std::upper_bound(probed.begin(), probed.end(), peak);
         auto previous = std::lower_bound(probed.begin(), probed.end(), peak);
         double lo = previous == probed.begin() ? 0.0 : *(previous - 1);
