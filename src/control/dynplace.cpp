@@ -53,7 +53,7 @@ bool meetsTarget(const Matrix& T, const Matrix& P, double scale) {
     std::vector<std::complex<double>> target = schurEigenvalues(P);
     for (std::complex<double> own : schurEigenvalues(T))
         for (std::complex<double> p : target)
-            if (std::abs(own - p) < 1e-8 * scale) return true;
+            if (std::norm(own - p) < 1e-16 * scale * scale) return true;  // squared distances: no roots
     return false;
 }
 
@@ -124,7 +124,7 @@ const double reachTolerance = 1e-3;
 double takeNearest(std::vector<std::complex<double>>& poles, std::complex<double> p) {
     auto nearest = std::min_element(
         poles.begin(), poles.end(),
-        [p](std::complex<double> a, std::complex<double> b) { return std::abs(a - p) < std::abs(b - p); });
+        [p](std::complex<double> a, std::complex<double> b) { return std::norm(a - p) < std::norm(b - p); });
     if (nearest == poles.end()) return HUGE_VAL;
     double distance = std::abs(*nearest - p);
     poles.erase(nearest);
@@ -142,7 +142,7 @@ void warnOnMiss(Algebra& alg, const Matrix& closedLoop, const Matrix& desiredPol
     for (std::complex<double> p : asked) {
         double scale = std::max(1.0, std::abs(p)), distance = takeNearest(reached, p);
         auto multiplicity = std::count_if(asked.begin(), asked.end(), [&](std::complex<double> o) {
-            return std::abs(o - p) <= reachTolerance * scale;
+            return std::norm(o - p) <= reachTolerance * reachTolerance * scale * scale;
         });
         worst = std::max(worst, distance / scale);
         missed = missed || distance > std::pow(reachTolerance, 1.0 / double(multiplicity)) * scale;
