@@ -7,6 +7,9 @@ packages=(
   build-essential cmake pkg-config ccache
   qt6-base-dev
   liblapack-dev libblas-dev
+  # The optimised BLAS and LAPACK behind the same libraries at run time, one thread: on a
+  # machine of two shared cores threads only wait on each other at the orders of control design.
+  libopenblas0-serial
   libsdp-dev
   libgd-dev
   libqcustomplot-dev

@@ -60,9 +60,14 @@ public:
 
     // --- Direct solvers and factorisations ---
     Matrix computeEigenvalues(const Matrix& A, bool isSchur = false);
+    // The 2n eigenvalues (rows re, im) of a Hamiltonian H = [F G; Q -F'], G and Q symmetric, in
+    // pairs lambda, -lambda, through the eigenvalues of H^2 (hamileig.cpp).
+    Matrix hamiltonianEigenvalues(const Matrix& H);
     // A replaced by its real Schur form T; returns Q with A = Q T Q'.
     Matrix schur(Matrix& A, bool sorted = false);
     Matrix inv(const Matrix& A);
+    // e^A of a square A (expm.cpp); nil (0x0) for an empty A.
+    Matrix exponential(const Matrix& A);
     // In place: A becomes upper triangular R with A = R'R; false when it cannot be factored.
     bool chol(Matrix& A);
     double determinant(const Matrix& A, bool isSchur = false);
@@ -113,12 +118,17 @@ public:
     // the iterations done, 1000 when the iteration did not settle.
     int lyap(const Matrix& A, Matrix& L, const Matrix& X0 = Matrix());
     int lyapd(const Matrix& A, Matrix& L, const Matrix& X0 = Matrix());
-    // Direct solutions of the same equations to full precision, for the gramians of systems:
-    // the upper triangular R with R'R = sum over k of (S^k)' L'L S^k (steinFactor; the discrete
-    // equation with S = A), and the continuous one through its Cayley transform (lyapFactor).
-    // L may have any number of rows. A not stable (S not convergent) gives a partial sum.
-    Matrix steinFactor(const Matrix& S, const Matrix& L);
-    Matrix lyapFactor(const Matrix& A, const Matrix& L);
+    // Direct solutions of the same equations to full precision, for the gramians of systems
+    // (lyapdirect.cpp): the symmetric P with a'P + P a + L'L = 0, or a'P a - P + L'L = 0 when
+    // discrete, through the real Schur form of a. L may have any number of rows; a must be stable
+    // (convergent) for P to be the gramian.
+    Matrix lyapSolution(const Matrix& a, const Matrix& L, bool discrete);
+    // The controllability gramian P (A P + P A' + B B' = 0) and the observability gramian O
+    // (A'O + O A + C'C = 0), or their discrete forms, from one Schur form of A.
+    void gramianPair(const Matrix& A, const Matrix& B, const Matrix& C, bool discrete, Matrix& P, Matrix& O);
+    // The upper triangular R with R'R = P, diagonal not negative, for a symmetric positive
+    // semidefinite P; rows beyond P's numerical rank are zero.
+    Matrix semidefiniteFactor(const Matrix& P);
     // lyap with neither test nor sign repair: exactly 200 iterations, for checks.
     void lyapPlain(const Matrix& A, Matrix& L, const Matrix& X0 = Matrix());
     // Riccati iterations on the factor R (in: start, nil for zero; out: the solution factor)

@@ -104,15 +104,17 @@ Matrix Algebra::balance(Matrix& A) {
     for (unsigned j = 0; j < n; ++j)
         for (unsigned i = 0; i < n; ++i) W(i, j) = A(i, j) * A(i, j);
     Vector d(n, 1.0);
+    const double* w = W.elements();  // W(j, k) at k * n + j
     for (int sweep = 0; sweep < 10; ++sweep) {
         Vector next(d);
+        const double* scale = d.elements();
         for (unsigned k = 0; k + 1 < n; ++k) {
             float r = 0.0f, c = 0.0f;
             for (unsigned j = 0; j < n; ++j) {
                 if (j == k) continue;
-                double dj = floored(d[j]);
-                r += float(dj * W(j, k));
-                c += float(W(k, j) / dj);
+                double dj = floored(scale[j]);
+                r += float(dj * w[size_t(k) * n + j]);
+                c += float(w[size_t(j) * n + k] / dj);
             }
             if (r > 1e30f) r = 1e30f;
             if (c < 1e-6f) c = 1e-6f;

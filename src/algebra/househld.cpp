@@ -24,13 +24,9 @@ bool step(Matrix& M, unsigned col, unsigned row) {
     if (vtv < zeroSquaredTolerance) return false;
     x[0] = -alpha;
     for (unsigned i = 1; i < len; ++i) x[i] = 0.0;
-    for (unsigned c = col + 1; c < cols; ++c) {
-        double* y = a + c * rows + row;
-        double d = 0.0;
-        for (unsigned i = 0; i < len; ++i) d += v[i] * y[i];
-        double f = 2.0 * d / vtv;
-        for (unsigned i = 0; i < len; ++i) y[i] -= f * v[i];
-    }
+    if (col + 1 < cols)
+        blasReflect(int(len), int(cols - col - 1), v.data(), 2.0 / vtv, a + (col + 1) * rows + row,
+                    int(rows));
     return true;
 }
 

@@ -8,6 +8,29 @@
 #include <string>
 #include <vector>
 
+// Declared here only: other libraries' headers declare some of these without prototypes.
+extern "C" {
+void dtrsyl_(const char* trana, const char* tranb, const int* isgn, const int* m, const int* n,
+             const double* a, const int* lda, const double* b, const int* ldb, double* c, const int* ldc,
+             double* scale, int* info, std::size_t tranaLength, std::size_t tranbLength);
+void dpstrf_(const char* uplo, const int* n, double* a, const int* lda, int* piv, int* rank,
+             const double* tol, double* work, int* info, std::size_t uploLength);
+void dgeqrf_(const int* m, const int* n, double* a, const int* lda, double* tau, double* work,
+             const int* lwork, int* info);
+void dgemm_(const char* transa, const char* transb, const int* m, const int* n, const int* k,
+            const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
+            const double* beta, double* c, const int* ldc, std::size_t transaLength,
+            std::size_t transbLength);
+void dgemv_(const char* trans, const int* m, const int* n, const double* alpha, const double* a,
+            const int* lda, const double* x, const int* incx, const double* beta, double* y, const int* incy,
+            std::size_t transLength);
+void dhseqr_(const char* job, const char* compz, const int* n, const int* ilo, const int* ihi, double* h,
+             const int* ldh, double* wr, double* wi, double* z, const int* ldz, double* work,
+             const int* lwork, int* info, std::size_t jobLength, std::size_t compzLength);
+void dger_(const int* m, const int* n, const double* alpha, const double* x, const int* incx, const double* y,
+           const int* incy, double* a, const int* lda);
+}
+
 namespace {
 
 // The size a work-size query reports in WORK(1), never below one element.
@@ -158,5 +181,92 @@ int lapackGeneralizedEigenvalues(int n, double* a, double* b, double* alphaR, do
     std::vector<double> work(lwork);
     dggev_(&jobv, &jobv, &n, a, &lda, b, &lda, alphaR, alphaI, beta, noVectors, &ldv, noVectors, &ldv,
            work.data(), &lwork, &info, 1, 1);
+    return info;
+}
+
+void blasProduct(int m, int n, int k, const double* a, bool transposeA, const double* b, bool transposeB,
+                 double* c) {
+    if (m == 0 || n == 0) return;
+    if (k == 0) {
+        std::fill(c, c + static_cast<std::size_t>(m) * n, 0.0);
+        return;
+    }
+    const char ta = transposeA ? 'T' : 'N', tb = transposeB ? 'T' : 'N';
+    const double one = 1.0, zero = 0.0;
+    const int lda = transposeA ? k : m, ldb = transposeB ? n : k;
+    dgemm_(&ta, &tb, &m, &n, &k, &one, a, &lda, b, &ldb, &zero, c, &m, 1, 1);
+}
+
+int lapackTriangularSylvester(bool transposeT, bool transposeU, int sign, int m, int n, const double* t,
+                              const double* u, double* c) {
+    if (m == 0 || n == 0) return 0;
+    const char ta = transposeT ? 'T' : 'N', tb = transposeU ? 'T' : 'N';
+    double scale = 1.0;
+    int info = 0;
+    dtrsyl_(&ta, &tb, &sign, &m, &n, t, &m, u, &n, c, &m, &scale, &info, 1, 1);
+    if (scale != 1.0)
+        for (std::size_t k = 0, size = static_cast<std::size_t>(m) * n; k < size; ++k) c[k] /= scale;
+    return info;
+}
+
+int lapackSemidefiniteFactor(int n, double* a) {
+    if (n == 0) return 0;
+    const char uplo = 'U';
+    const double tolerance = -1.0;  // LAPACK's default, n ulp times the largest diagonal element
+    std::vector<int> pivots(n);
+    std::vector<double> work(2 * static_cast<std::size_t>(n));
+    int rank = 0, info = 0;
+    dpstrf_(&uplo, &n, a, &n, pivots.data(), &rank, &tolerance, work.data(), &info, 1);
+    // U with U'U = P' A P, rows beyond the rank zero, then F = U P' column by column.
+    std::vector<double> f(static_cast<std::size_t>(n) * n, 0.0);
+    for (int j = 0; j < n; ++j)
+        for (int i = 0; i <= j && i < rank; ++i)
+            f[static_cast<std::size_t>(pivots[j] - 1) * n + i] = a[static_cast<std::size_t>(j) * n + i];
+    std::vector<double> tau(n), query(1);
+    int lwork = -1;
+    dgeqrf_(&n, &n, f.data(), &n, tau.data(), query.data(), &lwork, &info);
+    lwork = reportedSize(query[0]);
+    work.assign(lwork, 0.0);
+    dgeqrf_(&n, &n, f.data(), &n, tau.data(), work.data(), &lwork, &info);
+    // R with a non-negative diagonal: a row's sign does not change R'R.
+    for (int i = 0; i < n; ++i) {
+        double sign = f[static_cast<std::size_t>(i) * n + i] < 0.0 ? -1.0 : 1.0;
+        for (int j = 0; j < n; ++j)
+            a[static_cast<std::size_t>(j) * n + i] =
+                j < i ? 0.0 : sign * f[static_cast<std::size_t>(j) * n + i];
+    }
+    return rank;
+}
+
+void blasReflect(int rows, int cols, const double* v, double factor, double* a, int lda) {
+    if (rows == 0 || cols == 0) return;
+    const char trans = 'T';
+    const double one = 1.0, zero = 0.0, minusFactor = -factor;
+    const int step = 1;
+    std::vector<double> w(cols);
+    dgemv_(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
+    dger_(&rows, &cols, &minusFactor, v, &step, w.data(), &step, a, &lda);
+}
+
+void blasReflectRight(int rows, int cols, const double* v, double factor, double* a, int lda) {
+    if (rows == 0 || cols == 0) return;
+    const char trans = 'N';
+    const double one = 1.0, zero = 0.0, minusFactor = -factor;
+    const int step = 1;
+    std::vector<double> w(rows);
+    dgemv_(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
+    dger_(&rows, &cols, &minusFactor, w.data(), &step, v, &step, a, &lda);
+}
+
+int lapackHessenbergEigenvalues(int n, double* h, double* re, double* im) {
+    if (n == 0) return 0;
+    const char job = 'E', compz = 'N';
+    const int one = 1, ldz = 1;
+    double z = 0.0, query = 0.0;
+    int lwork = -1, info = 0;
+    dhseqr_(&job, &compz, &n, &one, &n, h, &n, re, im, &z, &ldz, &query, &lwork, &info, 1, 1);
+    lwork = std::max(reportedSize(query), n);
+    std::vector<double> work(lwork);
+    dhseqr_(&job, &compz, &n, &one, &n, h, &n, re, im, &z, &ldz, work.data(), &lwork, &info, 1, 1);
     return info;
 }

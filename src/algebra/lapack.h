@@ -1,4 +1,5 @@
-// Thin layers on the five LAPACK drivers (DGEES, DGESDD, ZGESDD, DGESV, DGGEV) over column-major arrays.
+// Thin layers on LAPACK (DGEES, DGESDD, ZGESDD, DGESV, DGGEV, DTRSYL, DPSTRF, DGEQRF) and BLAS (DGEMM)
+// over column-major arrays.
 #ifndef ALGEBRA_LAPACK_H
 #define ALGEBRA_LAPACK_H
 
@@ -59,5 +60,30 @@ int lapackSolve(int n, int nrhs, const double* a, const double* b, double* x);
 // QZ, both matrices overwritten; beta[k] = 0 is an infinite eigenvalue. A complex pair stands at
 // k, k + 1 with alphaI[k] > 0. Returns LAPACK's INFO.
 int lapackGeneralizedEigenvalues(int n, double* a, double* b, double* alphaR, double* alphaI, double* beta);
+
+// C = op(A) op(B), op transposing when its flag is set; C is m×n, the inner size k. A and B are
+// stored column-major with their own row counts (m or k for A, k or n for B).
+void blasProduct(int m, int n, int k, const double* a, bool transposeA, const double* b, bool transposeB,
+                 double* c);
+
+// A := A - factor v (v' A) for the rows x cols matrix A stored with leading dimension lda: a
+// reflection when factor is 2 / v'v.
+void blasReflect(int rows, int cols, const double* v, double factor, double* a, int lda);
+
+// A := A - factor (A v) v', the same from the right.
+void blasReflectRight(int rows, int cols, const double* v, double factor, double* a, int lda);
+
+// The eigenvalues re + j im of the n x n upper Hessenberg h (overwritten). Returns LAPACK's INFO.
+int lapackHessenbergEigenvalues(int n, double* h, double* re, double* im);
+
+// X with op(T) X + sign X op(U) = C for quasi-triangular T (m×m) and U (n×n) in Schur form; c
+// (m×n) is overwritten with X. Returns LAPACK's INFO, 1 when the equation is close to singular.
+int lapackTriangularSylvester(bool transposeT, bool transposeU, int sign, int m, int n, const double* t,
+                              const double* u, double* c);
+
+// The upper triangular R with RᵀR = A for a symmetric positive semidefinite n×n matrix a, which
+// it overwrites: Cholesky with pivoting, rows beyond the numerical rank zero, the columns put back
+// in order and the result triangularised again. Returns the rank.
+int lapackSemidefiniteFactor(int n, double* a);
 
 #endif

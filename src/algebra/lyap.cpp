@@ -90,30 +90,3 @@ int Algebra::lyapd(const Matrix& A, Matrix& L, const Matrix& X0) {
     L = R;
     return iteration;
 }
-
-// Doubling: R_{k+1} is the triangular factor of [R_k; R_k S_k] and S_{k+1} = S_k^2, so that after
-// k steps R holds 2^k terms of the series. It stops when the new terms no longer change R.
-Matrix Algebra::steinFactor(const Matrix& S, const Matrix& L) {
-    unsigned n = S.rowNumber();
-    Matrix R(L), power(S);
-    triangularize(R, n < R.rowNumber() ? n : R.rowNumber());
-    R.reSize(n, n);
-    R = upperBlock(R, n);
-    for (int step = 0; step < 60; ++step) {
-        Matrix added = R * power;
-        double size = normF(R), change = normF(added);
-        if (change <= 1e-17 * size || size == 0.0) break;
-        Matrix stacked = householder::stack(R, added);
-        triangularize(stacked, n);
-        R = upperBlock(stacked, n);
-        power = power * power;
-    }
-    return R;
-}
-
-Matrix Algebra::lyapFactor(const Matrix& A, const Matrix& L) {
-    unsigned n = A.rowNumber();
-    Matrix I = Matrix::diagonal(n, 1.0);
-    Matrix Ninv = inv((I - A) * std::sqrt(0.5));
-    return steinFactor((A + I) * std::sqrt(0.5) * Ninv, L * Ninv);
-}

@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include "algebra/cursor.h"
+#include "algebra/lapack.h"
 #include "algebra/submatrx.h"
 #include "algebra/vector.h"
 #include "quill/collectn.h"
@@ -270,13 +271,7 @@ Matrix Matrix::operator-() const {
 Matrix Matrix::operator*(const Matrix& b) const {
     if (cols != b.rows) dimensionError("operator*", b.rows, b.cols);
     Matrix m(rows, b.cols);
-    for (unsigned c = 0; c < b.cols; ++c)
-        for (unsigned r = 0; r < rows; ++r) {
-            double s = 0.0;
-            for (unsigned k = 0; k < cols; ++k)
-                s += data[size_t(k) * rows + r] * b.data[size_t(c) * b.rows + k];
-            m.data[size_t(c) * rows + r] = s;
-        }
+    blasProduct(int(rows), int(b.cols), int(cols), data, false, b.data, false, m.data);
     return m;
 }
 

@@ -14,26 +14,14 @@
 
 DEFINE_CLASS(DiscDynOp, DynOp, 1, 0)
 
-// The exponential of M = [A B; 0 0] T: scaled by a power of two to a sum of absolute values not
-// above 1, a Taylor series of 19 terms, then squared back. No shift by the mean diagonal: the
-// zero rows of M would take it too, and a stiff plant sampled slowly would square e^(-mu) past
-// the largest double.
+// The exponential of [A B; 0 0] T. Its zero rows stay out of any shift, so that a stiff plant
+// sampled slowly gives e^(A T) close to zero, not an overflow.
 void discretize(const Matrix& A, const Matrix& B, double samplingTime, Matrix& Ad, Matrix& Bd) {
     unsigned n = A.rowNumber(), m = B.columnNumber(), size = n + m;
     Matrix M(size, size);
     M.setSubMatrix(0, 0, A * samplingTime, n, n);
     if (m) M.setSubMatrix(0, n, B * samplingTime, n, m);
-    double absSum = 0.0;
-    for (unsigned k = 0; k < M.elementCount(); ++k) absSum += std::fabs(M.elements()[k]);
-    int s = 0;
-    while (std::ldexp(1.0, s) < absSum) ++s;
-    M = M / std::ldexp(1.0, s);
-    Matrix E = Matrix::diagonal(size, 1.0), term = E;
-    for (int k = 1; k <= 19; ++k) {
-        term = term * M / double(k);
-        E += term;
-    }
-    for (int i = 0; i < s; ++i) E = E * E;
+    Matrix E = Algebra().exponential(M);
     Ad = E.subMatrix(0, 0, n, n);
     Bd = m ? E.subMatrix(0, n, n, m) : Matrix(n, 0);
 }
@@ -157,10 +145,6 @@ void DiscDynOp::cleanPolesInZero(double tolerance) {
 }
 
 // Norms and frequency gains
-
-Matrix DiscDynOp::gramianFactor(const Matrix& a, const Matrix& L) const {
-    return numerics().steinFactor(a, L);
-}
 
 // Through the bilinear map of the unit circle onto the imaginary axis, where the bisection of
 // the continuous case applies.

@@ -101,7 +101,6 @@ public:
     std::unique_ptr<DynOp> inTimeDomain(const DynOp& s) const override;
 
 protected:
-    Matrix gramianFactor(const Matrix& a, const Matrix& L) const override;
     double stabilityValue(double re, double im) const override;
     std::complex<double> frequencyPoint(double w) const override { return std::polar(1.0, w * period()); }
     // The sampling time used at the frequency points.

@@ -39,13 +39,11 @@ void DynOp::selectUnstablePoles(const Matrix& poles, IntArray& list, double tole
 
 // Gramians
 
-Matrix DynOp::gramianFactor(const Matrix& a, const Matrix& L) const { return numerics().lyapFactor(a, L); }
-
 Matrix DynOp::gramianOfPair(const Matrix& a, const Matrix& L, Matrix* factor) const {
     if (isStatic) return Matrix(0, 0);
-    Matrix R = gramianFactor(a, L);
-    if (factor) *factor = R;
-    return R.transpose() * R;
+    Matrix P = numerics().lyapSolution(a, L, isDiscreteTime());
+    if (factor) *factor = numerics().semidefiniteFactor(P);
+    return P;
 }
 
 Matrix DynOp::gramianOf(Matrix* factor) const { return gramianOfPair(A, C, factor); }
@@ -154,9 +152,9 @@ double DynOp::normHinfInFrequency(double& wStart) const {
 Matrix DynOp::balancedRealization(double threshold) {
     if (isStatic) return Matrix(0, 0);
     Algebra& alg = numerics();
-    Matrix Rc(0, 0), Ro(0, 0), U(0, 0), Vt(0, 0);
-    gramianOfPair(A.transpose(), B.transpose(), &Rc);
-    gramianOf(&Ro);
+    Matrix P(0, 0), O(0, 0), U(0, 0), Vt(0, 0);
+    alg.gramianPair(A, B, C, isDiscreteTime(), P, O);
+    Matrix Rc = alg.semidefiniteFactor(P), Ro = alg.semidefiniteFactor(O);
     Matrix product = Ro * Rc.transpose();
     Vector sigma = alg.svd(product, U, Vt, true);
     unsigned n = order_, kept = 0;

@@ -24,6 +24,8 @@ extern Class class_DynOp;
 // measureNumber outputs are measures, the earlier ones objectives. A static system is a pure
 // gain: only D counts and A, B, C are 1x1 zero matrices. Column lists (IntArray) select inputs; a null
 // list means all of them.
+class SchurGain;
+
 class DynOp : public Algebra {
     DECLARE_MEMBERS(DynOp)
 public:
@@ -66,8 +68,10 @@ public:
     // The H-infinity norm to a relative 1e-6 with its peak frequency and bounds (hinfnorm.cpp);
     // infinite, after a console line, for a system that is not stable.
     virtual HinfNorm certifiedNormHinf() const;
-    // The same for a continuous system known to be stable, with inputs, outputs and states.
+    // The same for a continuous system known to be stable, with inputs, outputs and states; gain
+    // evaluates its transfer.
     HinfNorm hamiltonianNorm() const;
+    HinfNorm hamiltonianNorm(const SchurGain& gain) const;
     virtual double normH2() const;
     virtual void cleanPolesInZero(double tolerance);
     // Balances and truncates in place to the states whose Hankel singular value is above
@@ -178,11 +182,9 @@ protected:
     Matrix hamiltonianAt(double gamma) const;
     // The norm of D for a static system or one without inputs or outputs: false otherwise.
     bool feedThroughNorm(HinfNorm& result) const;
-    // The factor of the gramian of (a, L): the continuous Lyapunov equation here, the discrete
-    // one in discrete time.
-    virtual Matrix gramianFactor(const Matrix& a, const Matrix& L) const;
-    // R'R with R the factor of the gramian of (a, L); factor, when given, receives R. Nil (0x0)
-    // for a static system.
+    // The gramian P of (a, L), a'P + P a + L'L = 0 here, a'P a - P + L'L = 0 in discrete time,
+    // solved directly; factor, when given, receives the triangular R with R'R = P. Nil (0x0) for a
+    // static system.
     Matrix gramianOfPair(const Matrix& a, const Matrix& L, Matrix* factor) const;
     // How far the eigenvalue re + j im lies beyond the stability boundary: the real part here, the
     // magnitude less 1 in discrete time; selectUnstablePoles selects those above -tolerance.

@@ -7,16 +7,13 @@
 #include <vector>
 
 #include "control/dynop.h"
+#include "control/schurgain.h"
 #include "quill/intarray.h"
-
-using dynop::block;
-using dynop::sideBySide;
-using dynop::stack;
 
 namespace {
 
-// The real block-diagonal matrix with the desired poles: p for a real pole, [0 1; -re^2 - im^2,
-// 2 re] for the pair re +- j im standing on two rows.
+// The real block-diagonal matrix with the desired poles in Schur form: p for a real pole, [re im;
+// -im re] for the pair re +- j im standing on two rows.
 Matrix targetOf(const Matrix& poles, unsigned n, const Matrix& owner) {
     if (poles.rowNumber() != n || poles.columnNumber() < 2)
         owner.dimensionError("place", poles.rowNumber(), 2);
@@ -27,9 +24,9 @@ Matrix targetOf(const Matrix& poles, unsigned n, const Matrix& owner) {
             P(i, i) = re;
             continue;
         }
-        P(i, i + 1) = 1.0;
-        P(i + 1, i) = -re * re - im * im;
-        P(i + 1, i + 1) = 2.0 * re;
+        P(i, i) = P(i + 1, i + 1) = re;
+        P(i, i + 1) = std::fabs(im);
+        P(i + 1, i) = -std::fabs(im);
         ++i;
     }
     return P;
@@ -50,38 +47,22 @@ Matrix randomRows(unsigned m, unsigned n) {
     return G;
 }
 
-// Whether some eigenvalue of A lies on a desired pole: the Sylvester equation is then singular.
-bool meetsTarget(Algebra& alg, const Matrix& A, const Matrix& P) {
-    Matrix own = alg.computeEigenvalues(A), target = alg.computeEigenvalues(P);
-    double scale = 1.0 + alg.normF(A);
-    for (unsigned i = 0; i < own.rowNumber(); ++i)
-        for (unsigned j = 0; j < target.rowNumber(); ++j)
-            if (std::abs(std::complex<double>(own(i, 0) - target(j, 0), own(i, 1) - target(j, 1))) <
-                1e-8 * scale)
-                return true;
+// Whether some eigenvalue of the Schur form T lies on a desired pole, an eigenvalue of P: the
+// Sylvester equation is then singular.
+bool meetsTarget(const Matrix& T, const Matrix& P, double scale) {
+    std::vector<std::complex<double>> target = schurEigenvalues(P);
+    for (std::complex<double> own : schurEigenvalues(T))
+        for (std::complex<double> p : target)
+            if (std::norm(own - p) < 1e-16 * scale * scale) return true;  // squared distances: no roots
     return false;
 }
 
-// X with A X - X P = F for the block-diagonal P, block column by block column.
-Matrix sylvester(Algebra& alg, const Matrix& A, const Matrix& P, const Matrix& F) {
-    unsigned n = A.rowNumber();
-    Matrix X(n, P.columnNumber());
-    for (unsigned j = 0; j < P.columnNumber(); ++j) {
-        bool pair = j + 1 < P.columnNumber() && P(j, j + 1) != 0.0;
-        if (!pair) {
-            X.setColumn(j, alg.solve(A - Matrix::diagonal(n, P(j, j)), block(F, 0, j, n, 1)).column(0));
-            continue;
-        }
-        // A [x1 x2] - [x1 x2] Pb = [f1 f2] as one system of size 2n.
-        Matrix I = Matrix::diagonal(n, 1.0);
-        Matrix M = stack(sideBySide(A - I * P(j, j), -(I * P(j + 1, j))),
-                         sideBySide(-(I * P(j, j + 1)), A - I * P(j + 1, j + 1)));
-        Matrix x = alg.solve(M, stack(block(F, 0, j, n, 1), block(F, 0, j + 1, n, 1)));
-        X.setColumn(j, x.column(0, 0, int(n)));
-        X.setColumn(j + 1, x.column(0, int(n), int(n)));
-        ++j;
-    }
-    return X;
+// X with A X - X P = F for P in Schur form and A = Q T Q' in real Schur form.
+Matrix sylvester(const Matrix& Q, const Matrix& T, const Matrix& P, const Matrix& F) {
+    Matrix Y = Q.transpose() * F;
+    lapackTriangularSylvester(false, false, -1, int(T.rowNumber()), int(P.rowNumber()), T.elements(),
+                              P.elements(), Y.elements());
+    return Q * Y;
 }
 
 // The desired poles as targetOf reads them: a pair from its first row and its conjugate.
@@ -123,14 +104,15 @@ Matrix hessenbergGain(const Matrix& H, double beta, const Matrix& poles) {
 // eigenvalues first.
 Matrix sylvesterGain(Algebra& alg, const Matrix& A, const Matrix& b, const Matrix& P) {
     unsigned n = A.rowNumber();
-    Matrix K0(b.columnNumber(), n);
-    Matrix moved = A;
-    if (meetsTarget(alg, A, P)) {
+    Matrix K0(b.columnNumber(), n), T(A);
+    Matrix Q = alg.schur(T);
+    if (meetsTarget(T, P, 1.0 + alg.normF(A))) {
         K0 = randomRows(b.columnNumber(), n) * (alg.normF(A) + 1.0) / (alg.normF(b) + 1.0);
-        moved = A - b * K0;
+        T = A - b * K0;
+        Q = alg.schur(T);
     }
     Matrix G = randomRows(b.columnNumber(), n);
-    Matrix X = sylvester(alg, moved, P, b * G);
+    Matrix X = sylvester(Q, T, P, b * G);
     return K0 + alg.solve(X.transpose(), G.transpose()).transpose();
 }
 
@@ -142,7 +124,7 @@ const double reachTolerance = 1e-3;
 double takeNearest(std::vector<std::complex<double>>& poles, std::complex<double> p) {
     auto nearest = std::min_element(
         poles.begin(), poles.end(),
-        [p](std::complex<double> a, std::complex<double> b) { return std::abs(a - p) < std::abs(b - p); });
+        [p](std::complex<double> a, std::complex<double> b) { return std::norm(a - p) < std::norm(b - p); });
     if (nearest == poles.end()) return HUGE_VAL;
     double distance = std::abs(*nearest - p);
     poles.erase(nearest);
@@ -160,7 +142,7 @@ void warnOnMiss(Algebra& alg, const Matrix& closedLoop, const Matrix& desiredPol
     for (std::complex<double> p : asked) {
         double scale = std::max(1.0, std::abs(p)), distance = takeNearest(reached, p);
         auto multiplicity = std::count_if(asked.begin(), asked.end(), [&](std::complex<double> o) {
-            return std::abs(o - p) <= reachTolerance * scale;
+            return std::norm(o - p) <= reachTolerance * reachTolerance * scale * scale;
         });
         worst = std::max(worst, distance / scale);
         missed = missed || distance > std::pow(reachTolerance, 1.0 / double(multiplicity)) * scale;

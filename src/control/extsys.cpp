@@ -151,10 +151,6 @@ SchurSelect ExtendedSystem::selectFunction() const {
     return isDiscrete() ? DiscDynOp::selectFunction() : DynOp::selectFunction();
 }
 
-Matrix ExtendedSystem::gramianFactor(const Matrix& a, const Matrix& L) const {
-    return isDiscrete() ? DiscDynOp::gramianFactor(a, L) : DynOp::gramianFactor(a, L);
-}
-
 double ExtendedSystem::stabilityValue(double re, double im) const {
     return isDiscrete() ? DiscDynOp::stabilityValue(re, im) : DynOp::stabilityValue(re, im);
 }

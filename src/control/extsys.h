@@ -93,7 +93,6 @@ public:
 
 protected:
     std::complex<double> frequencyPoint(double w) const override;
-    Matrix gramianFactor(const Matrix& a, const Matrix& L) const override;
     double stabilityValue(double re, double im) const override;
 
 private:

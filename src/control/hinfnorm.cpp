@@ -12,6 +12,7 @@
 #include "control/bilinear.h"
 #include "control/discdyn.h"
 #include "control/extsys.h"
+#include "control/schurgain.h"
 
 namespace {
 
@@ -22,6 +23,23 @@ const double relativeGap = 2e-7;
 // fraction of the largest eigenvalue modulus.
 const double axisTolerance = 1e-8;
 const int iterationLimit = 50;
+
+// Golden-section search for a maximum of gain on [lo, hi], down to a relative width of 1e-5: near
+// a peak the gain is flat, so its value is then within about 1e-10 of the local maximum.
+template <class Gain>
+void climb(Gain& gain, double lo, double hi) {
+    const double ratio = 0.5 * (std::sqrt(5.0) - 1.0);
+    double a = hi - ratio * (hi - lo), b = lo + ratio * (hi - lo), ga = gain(a), gb = gain(b);
+    for (int k = 0; k < 60 && hi - lo > 1e-5 * (hi + lo) / 2.0; ++k) {
+        if (ga >= gb) {
+            hi = b, b = a, gb = ga;
+            a = hi - ratio * (hi - lo), ga = gain(a);
+        } else {
+            lo = a, a = b, ga = gb;
+            b = lo + ratio * (hi - lo), gb = gain(b);
+        }
+    }
+}
 
 HinfNorm infiniteNorm(const char* domain) {
     std::cout << "certified H-infinite norm: the " << domain
@@ -59,35 +77,53 @@ bool DynOp::feedThroughNorm(HinfNorm& result) const {
 HinfNorm DynOp::certifiedNormHinf() const {
     HinfNorm result;
     if (feedThroughNorm(result)) return result;
-    if (!isStable()) return infiniteNorm("continuous");
-    return hamiltonianNorm();
+    SchurGain gain(A, B, C, D);  // its eigenvalues decide stability as isStable does
+    for (std::complex<double> p : gain.eigenvalues())
+        if (p.real() > -tollPoles) return infiniteNorm("continuous");
+    return hamiltonianNorm(gain);
 }
 
+HinfNorm DynOp::hamiltonianNorm() const { return hamiltonianNorm(SchurGain(A, B, C, D)); }
+
 // The lower bound is the largest gain seen, started at infinity (D), 0 and the pole
-// frequencies. At the level just above it, the imaginary-axis eigenvalues of the Hamiltonian
-// cut the frequency axis into intervals; the gain at their midpoints raises the lower bound, and
-// when none exceeds the level the level is an upper bound.
-HinfNorm DynOp::hamiltonianNorm() const {
+// frequencies, then raised by a local search between the probes next to the best one. At the
+// level just above it, the imaginary-axis eigenvalues of the Hamiltonian cut the frequency axis
+// into intervals; the gain at their midpoints raises the lower bound, a local search in the
+// interval of the highest midpoint raises it further, and when no midpoint exceeds the level the
+// level is an upper bound. The searches are cheap next to the Hamiltonian's eigenvalues, and save
+// most of its solutions.
+HinfNorm DynOp::hamiltonianNorm(const SchurGain& gain) const {
     double best = CMatrix(D).maxSingularValue(), peak = infinity;
     auto probe = [&](double w) {
-        double g = gainAt(0.0, w);
+        double g = gain.at({0.0, w});
         if (g > best) best = g, peak = w;
         return g;
     };
-    probe(0.0);
-    Matrix p = poles();
-    for (unsigned i = 0; i < p.rowNumber(); ++i) {
-        probe(std::fabs(p(i, 1)));
-        probe(std::hypot(p(i, 0), p(i, 1)));
+    std::vector<double> probed(1, 0.0);
+    for (std::complex<double> p : gain.eigenvalues()) {
+        probed.push_back(std::fabs(p.imag()));
+        probed.push_back(std::abs(p));
+    }
+    std::sort(probed.begin(), probed.end());
+    probed.erase(std::unique(probed.begin(), probed.end()), probed.end());  // a pair's two poles
+    for (double w : probed) probe(w);
+    if (peak < infinity) {
+        auto next = std::upper_bound(probed.begin(), probed.end(), peak);
+        auto previous = std::lower_bound(probed.begin(), probed.end(), peak);
+        double lo = previous == probed.begin() ? 0.0 : *(previous - 1);
+        climb(probe, lo, next == probed.end() ? 2.0 * peak + 1.0 : *next);
     }
     for (int iteration = 0; iteration < iterationLimit; ++iteration) {
         double level = std::max((1.0 + relativeGap) * best, 1e-150);
-        Matrix H = hamiltonianAt(level);
-        numerics().balance(H);
-        std::vector<double> w = axisFrequencies(numerics().computeEigenvalues(H));
-        bool above = false;
-        for (size_t k = 0; k + 1 < w.size(); ++k) above = probe((w[k] + w[k + 1]) / 2.0) > level || above;
-        if (!above) return {best, peak, best, level};
+        std::vector<double> w = axisFrequencies(numerics().hamiltonianEigenvalues(hamiltonianAt(level)));
+        size_t highest = w.size();
+        double highestGain = level;
+        for (size_t k = 0; k + 1 < w.size(); ++k) {
+            double g = probe((w[k] + w[k + 1]) / 2.0);
+            if (g > highestGain) highestGain = g, highest = k;
+        }
+        if (highest == w.size()) return {best, peak, best, level};
+        climb(probe, w[highest], w[highest + 1]);
     }
     std::cout << "certified H-infinite norm: the bounds did not meet in " << iterationLimit << " iterations"
               << std::endl;
