@@ -12,7 +12,7 @@ int main() {
     Matrix K(1, 1);
     K << 0.1;
     DynOp feedback = K;
-    Vector worst = plant.sweep(feedback, "mass.txt");
+    Vector worst = plant.sweep(feedback, "mass.txt", 5, 20);
     cout << "worst norm " << worst(0) << ", mass " << 1 / worst(3) << endl;
     cout << "at omega " << worst(1) << endl;
     return 0;

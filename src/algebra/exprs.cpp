@@ -277,9 +277,12 @@ void ExpressionS::combine(const ExpressionS& left, const ExpressionS& right, con
     push(op);
 }
 
-// Two constant operands fold into one constant, which keeps sums of constants short.
+// Two constant operands of an arithmetic operator fold into one constant, which keeps sums of
+// constants short; a relation keeps its operands.
 bool ExpressionS::stripConstant(const ExpressionS& left, const ExpressionS& right, const OperatorS& op) {
-    if (left.items.size() != 1 || right.items.size() != 1 || op.isUnary()) return false;
+    const String& text = op.textOf();
+    bool arithmetic = text == "+" || text == "-" || text == "*";
+    if (left.items.size() != 1 || right.items.size() != 1 || op.isUnary() || !arithmetic) return false;
     Object* a = left.items[0];
     Object* b = right.items[0];
     if (!a->isMemberOf(class_Constant) || !b->isMemberOf(class_Constant)) return false;
@@ -312,7 +315,8 @@ CMatrix ExpressionS::evaluate() const {
         std::cerr << "Empty stack" << std::endl;
         return CMatrix(0, 0);
     }
-    if (items.size() == 1) return static_cast<Element*>(items[0])->getValue();
+    if (items.size() == 1 && items[0]->isKindOf(class_Element))
+        return static_cast<Element*>(items[0])->getValue();
     return evalTop();
 }
 
@@ -326,7 +330,7 @@ CMatrix ExpressionS::evalTop() const {
 // Reads the list backwards: a binary operator's right operand comes off first.
 void ExpressionS::evalItem(CMatrix& result, int& position) const {
     if (position <= 0) {
-        std::cerr << "expression STACK " << *this << std::endl;
+        std::cerr << "expression STACK " << items << std::endl;
         result = CMatrix(0, 0);
         return;
     }

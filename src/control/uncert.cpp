@@ -85,6 +85,7 @@ bool UncertainModel::parseEntry(char matrix, std::istream& words, std::string& e
                 std::to_string(M.columnNumber());
         return false;
     }
+    text.erase(0, text.find_first_not_of(" \t"));
     Entry e{matrix, row - 1, col - 1, ExpressionS()};
     if (!parseExpression(text, parameters_, e.expression, error)) return false;
     entries.push_back(e);

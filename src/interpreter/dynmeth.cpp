@@ -89,17 +89,24 @@ Variable* certifiedNorm(Variable& v, OrderedCltn&) {
     return new VectorVar(r);
 }
 
-// P.sweep(K, "params.txt"): the report on cout, and the vector [worst norm, its omega, unstable
-// samples, then the worst sample's parameter values].
+// P.sweep(K, "params.txt"[, grid, samples]): the report on cout, and the vector [worst norm, its
+// omega, unstable samples, then the worst sample's parameter values].
 Variable* sweep(Variable& v, OrderedCltn& a) {
     const DynOp& compensator = var(*Variable::dereference(Variable::argumentAt(a, 0))).getValue();
     const String& file =
         static_cast<StringVar*>(Variable::dereference(Variable::argumentAt(a, 1)))->getValue();
+    SweepOptions options;
+    if (a.size() > 2) {
+        int grid = intAt(a, 2), samples = intAt(a, 3);
+        if (grid < 1 || samples < 0)
+            Variable::typeError("Run time error, sweep: the grid needs a point, the samples none or more");
+        options = SweepOptions{unsigned(grid), unsigned(samples)};
+    }
     UncertainModel model;
     SweepReport r;
     std::string error;
     if (!UncertainModel::read(file.asCharPointer(), sys(v), model, error) ||
-        !sweepModel(model, compensator, SweepOptions(), r, error))
+        !sweepModel(model, compensator, options, r, error))
         Variable::typeError(String(("Run time error, sweep: " + error).c_str()));
     printSweep(std::cout, r);
     Vector result(unsigned(3 + r.worst.values.size()));
@@ -153,6 +160,7 @@ const MethodTable& DynOpVar::methods() const {
                [](Variable& v, OrderedCltn&) -> Variable* { return new FloatVar(sys(v).normHinf()); });
     table->add("certifiedNormHinf", "Vector", {}, certifiedNorm);
     table->add("sweep", "Vector", {"DynOp", "string"}, sweep);
+    table->add("sweep", "Vector", {"DynOp", "string", "int", "int"}, sweep);
     table->add("normH2", "float", {},
                [](Variable& v, OrderedCltn&) -> Variable* { return new FloatVar(sys(v).normH2()); });
     table->add("outputFeedback", "DynOp", {"DynOp"}, outputFeedback);

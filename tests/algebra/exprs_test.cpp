@@ -101,6 +101,18 @@ TEST(ExpressionS, FaultsReachTheErrorPath) {
               raisedText([] { Constant().setValue(CMatrix()); }).find("Constant::setValue"));
     EXPECT_NE(std::string::npos,
               raisedText([] { var("v").setValue(CMatrix()); }).find("VariableS::setValue"));
+
+    // A list of one operator has no operands (it used to be taken for one); a relation between
+    // constants keeps both (they were folded through an operator that cannot apply them).
+    ExpressionS lone;
+    lone.fromTree(Node(new OperatorS("+")));
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(0u, lone.evaluate().rowNumber());
+    EXPECT_EQ(0u, testing::internal::GetCapturedStderr().rfind("expression STACK ", 0));
+    ExpressionS one(Constant(CMatrix(1, 1))), two(Constant(CMatrix(1, 1)));
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(one.equation(two).isEquality());
+    EXPECT_EQ("", testing::internal::GetCapturedStderr());
 }
 
 TEST(VariableS, BoundsNamesAndSteps) {

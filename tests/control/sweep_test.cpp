@@ -61,7 +61,7 @@ TEST_F(SweepTest, FaultsOfTheParameterFileNameTheirLine) {
         {"parameter a 1 2\nE 1 1 a\n", "params.txt:2: \"E\" is neither parameter nor a matrix A, B, C or D"},
         {"parameter a 1 2\n\n# the entry\nA 3 1 a\n",
          "params.txt:4: the entry (3, 1) is outside A, which is 2 x 2"},
-        {"parameter a 1 2\nB 1 1 a * b\n", "params.txt:2: unknown name 'b' in \" a * b\""},
+        {"parameter a 1 2\nB 1 1 a * b\n", "params.txt:2: unknown name 'b' in \"a * b\""},
         {"parameter a 1 2\nC 1\n", "params.txt:2: an entry of C needs its row, its column and an expression"},
     };
     for (const auto& c : cases) {
