@@ -41,11 +41,16 @@ void IconArc::setTo(Object* icon) { (*toIcons())[0] = icon == nil ? nil : CAST(I
 
 FloatPoint IconArc::point(int index) const { return *CAST(FloatPoint, points_->at(index)); }
 
-// A first list is taken as it is; a later one is copied, and the comment
-// moves with the middle of the link.
+// A first list is taken as it is, and a comment not yet placed goes beside the middle of the
+// link, its first line below it; a later one is copied, and the comment moves with the middle of
+// the link.
 void IconArc::setPoints(const OrderedCltn& list) {
     if (points_->isEmpty()) {
         points_->addContentsOf(list);
+        if (commentIcon()->x == 0.0f && commentIcon()->y == 0.0f && points_->size() >= 2) {
+            commentIcon()->x = float(midPoint().x() + 0.2);
+            commentIcon()->y = float(midPoint().y() + 0.7);
+        }
         return;
     }
     FloatPoint offset = FloatPoint(commentIcon()->x, commentIcon()->y) - midPoint();
