@@ -27,6 +27,26 @@ namespace {
 const int GAP = 4;
 const char* const BLOCK_DIAGRAM = "Block Diagram Editor...";
 const char* const TEXTUAL = "Textual...";
+
+// The drawings a file opens in by its extension; any other file opens in the text editor.
+struct DrawingKind {
+    const char* extension;
+    const char* semantic;
+    const char* title;
+};
+const DrawingKind drawingKinds[] = {{".bdg", "StateTransSem", "Block Diagram Editor - "},
+                                    {".stg", "StateGraphSem", "State Graph Editor - "},
+                                    {".edt", "Semantic", "Graphic Editor - "}};
+
+// The kind of a file name, or of an extension alone.
+const DrawingKind* drawingKindOf(const char* name) {
+    std::string text(name);
+    for (const DrawingKind& k : drawingKinds) {
+        size_t length = std::strlen(k.extension);
+        if (text.size() >= length && text.compare(text.size() - length, length, k.extension) == 0) return &k;
+    }
+    return nullptr;
+}
 const char* const NO_NAME = "no-name";
 
 const char* const commandEntries[] = {"Textual... | Ctrl+T", "Robust Control Design | Ctrl+R",
@@ -38,7 +58,8 @@ std::vector<std::string> exampleNames() {
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(".", error)) {
         std::string extension = entry.path().extension().string();
-        if (entry.is_regular_file() && (extension == ".bdg" || extension == ".cxx" || extension == ".dyn"))
+        if (entry.is_regular_file() &&
+            (drawingKindOf(extension.c_str()) || extension == ".cxx" || extension == ".dyn"))
             names.push_back(entry.path().filename().string());
     }
     std::sort(names.begin(), names.end());
@@ -135,9 +156,10 @@ void CmndPanel::openChosen(const char* label, const char* extension) {
 void CmndPanel::openEditorOn(const char* kind, const char* file) {
     if (*file && access(file, F_OK) == 0 && !isReadableFile(file)) return;
     Editor* editor;
-    if (String(kind) == BLOCK_DIAGRAM) {
+    const DrawingKind* drawing = String(kind) == BLOCK_DIAGRAM ? &drawingKinds[0] : drawingKindOf(kind);
+    if (drawing) {
         GraphEditor* diagram =
-            new GraphEditor(topLevelWidget, "StateTransSem", "Block Diagram Editor - ", false, false, true);
+            new GraphEditor(topLevelWidget, drawing->semantic, drawing->title, false, false, true);
         diagram->open(file);
         editor = diagram;
     } else
@@ -153,7 +175,8 @@ void CmndPanel::openEditorOn(const char* kind, const char* file) {
 void CmndPanel::editorEnded(Cback& cb) { CAST(Editor, cb.owner)->getShell().close(); }
 
 const char* CmndPanel::kindOf(const char* name) {
-    return std::filesystem::path(name).extension() == ".bdg" ? BLOCK_DIAGRAM : TEXTUAL;
+    const DrawingKind* drawing = drawingKindOf(name);
+    return drawing ? drawing->extension : TEXTUAL;
 }
 
 void CmndPanel::dropFile(const char* name) { openEditorOn(kindOf(name), name); }

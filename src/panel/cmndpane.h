@@ -21,9 +21,11 @@ public:
     CmndPanel(const char* programDirectory, const std::string& recentPath = RecentFiles::defaultPath());
 
     void menuCommand(const char* label) override;
-    // kind is "Block Diagram Editor..." or "Textual..."; an empty file is a new document.
+    // kind is "Block Diagram Editor...", "Textual..." or a drawing's extension (".bdg", ".stg",
+    // ".edt"); an empty file is a new document.
     void openEditorOn(const char* kind, const char* file);
-    // A ".bdg" opens in the block-diagram editor, any other file in the text editor.
+    // A ".bdg" opens in the block-diagram editor, a ".stg" in the state-graph editor, a ".edt" in
+    // the drawing editor, any other file in the text editor.
     void dropFile(const char* name) override;
     // The editor's kind by the name's extension.
     static const char* kindOf(const char* name);

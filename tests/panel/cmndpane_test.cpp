@@ -13,6 +13,7 @@
 #include "../trellis/trltest.h"
 #include "editor/fileedt.h"
 #include "editor/graphedt.h"
+#include "editor/semantic.h"
 #include "gui/dynwin.h"
 #include "gui/rcpanel.h"
 #include "interpreter/panel/mainlib.h"
@@ -122,6 +123,10 @@ TEST_F(CmndPanelTest, aDroppedFileOpensByItsExtensionWithoutADialogue) {
     panel->dropFile("c.txt");
     EXPECT_TRUE(editor<GraphEditor>(0));
     EXPECT_TRUE(editor<FileEditor>(1));
+    panel->dropFile("new.stg");
+    ASSERT_TRUE(editor<GraphEditor>(2));
+    EXPECT_EQ("StateGraphSem", std::string(editor<GraphEditor>(2)->semantic().className()));
+    CAST(Editor, panel->editors().at(2))->getShell().closeRequested();
     EXPECT_TRUE(answers.dialogues.empty());
     chmod("c.txt", 0);
     panel->dropFile("c.txt");
