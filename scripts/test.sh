@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds Tarn with its tests and runs them all; fails when any test fails.
-#   scripts/test.sh          build-test/, optimised with debug information, every test;
+#   scripts/test.sh          build-test/, optimised with debug information, every test (and
+#                            the benchmarks built, not run);
 #                            then build-asan/, the object core, numerics, systems,
 #                            language and editor suites again under AddressSanitizer and UBSan
 #   scripts/test.sh --plain  the first half only
@@ -29,8 +30,9 @@ done
 bash scripts/install-deps.sh
 export QT_QPA_PLATFORM=offscreen
 
+# The benchmarks are built (not run) with the tests, so that a change cannot leave them behind.
 run_plain() {
-  cmake -S . -B build-test -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARN_BENCH=OFF
+  cmake -S . -B build-test -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARN_BENCH=ON
   cmake --build build-test -j2
   ctest --test-dir build-test --output-on-failure -j2
 }

@@ -95,10 +95,10 @@ private:
 
 // Runs the three phases in the working directory with the console silenced; answers the final
 // norm. The bounds of the two H-infinity steps are gamma1 and gamma2; lmiMode selects the LMI
-// problem of the steps as the panel's "Minimum" does (0 for the gramian iteration). The certified
+// problem of the steps as the panel's "Minimum" does (None for the gramian iteration). The certified
 // norm of the final closed loop goes to loop when given.
 double designOnce(const DynOp& plant, bool hinf, double gamma1, double gamma2, double& first, double& second,
-                  int lmiMode = 0, HinfNorm* loop = nullptr) {
+                  LmiMode lmiMode = LmiMode::None, HinfNorm* loop = nullptr) {
     Silence silence;
     Algebra().storeToFile(ExtendedSystem(plant), "plant.dyn");
     RobustControlDesign design;
@@ -109,14 +109,15 @@ double designOnce(const DynOp& plant, bool hinf, double gamma1, double gamma2, d
     p.gamma = gamma1;
     p.iterations = 30;
     p.tolerance = 1e-8;
-    p.choice = "Step 1";
-    p.conObs = "Control";
+    p.phase = DesignPhase::Step1;
+    p.made = GramianRole::Control;
     first = design.design(p);
-    p.choice = "Step 2";
-    p.conObs = "Observer";
+    p.phase = DesignPhase::Step2;
+    p.made = GramianRole::Observer;
     p.gamma = gamma2;
     second = design.design(p);
-    p.choice = "Final Results";
+    p.phase = DesignPhase::FinalResults;
+    p.made.reset();
     double final = design.design(p);
     if (loop) *loop = design.closedLoopNorm();
     return final;
@@ -160,7 +161,8 @@ double routeOnce(Route route, const DynOp& plant, double gamma, std::string& lab
         loop = plant.closedLoop(design.compensator(gamma)).certifiedNormHinf();
     } else {
         std::srand(1);  // the pole placement of the start draws from std::rand
-        double final = designOnce(plant, true, gamma, gamma, first, second, route == lmi ? 3 : 0, &loop);
+        double final = designOnce(plant, true, gamma, gamma, first, second,
+                                  route == lmi ? LmiMode::MinHinf : LmiMode::None, &loop);
         if (first <= 0.0 || second <= 0.0 || final <= 0.0) {
             label = first <= 0.0 ? "step 1 failed" : second <= 0.0 ? "step 2 failed" : "final results failed";
             return 0.0;
