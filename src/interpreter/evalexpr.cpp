@@ -63,7 +63,7 @@ struct Executer::EvalState {
         return *methodArguments;
     }
     void dropMethodArguments() {
-        if (methodArguments) methodArguments->deleteContents();
+        if (methodArguments) executer.emptyScope(methodArguments);
     }
 };
 
@@ -385,13 +385,13 @@ bool Executer::bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn&
                 runtimeError("A left-value element must used to assign to a reference", 0);
             continue;
         }
-        Variable* bound = convertedScalar(held, parameter->getType(), parameter->getName());
-        if (bound) {
-            addOwned(values, bound);
+        ScalarValue scalar;
+        if (convertScalar(held, parameter->getType(), scalar)) {
+            addOwned(values, scalars.take(scalar.level, scalar.value, parameter->getName()));
             continue;
         }
         ValueGuard value(held.release());
-        bound = parameter->getType()->clone();
+        Variable* bound = parameter->getType()->clone();
         bound->setName(parameter->getName());
         values.add(*bound);
         assign(bound, value.get());
@@ -408,13 +408,4 @@ bool Executer::convertScalar(const EvalValue& value, Variable* type, ScalarValue
     if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
     converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
     return true;
-}
-
-// The same as a new value named name; null when convertScalar fails.
-Variable* Executer::convertedScalar(const EvalValue& value, Variable* type, const String& name) {
-    ScalarValue s;
-    if (!convertScalar(value, type, s)) return 0;
-    std::unique_ptr<Variable> converted(ScalarVar::makeOfLevel(s.level, s.value));
-    converted->setName(name);
-    return converted.release();
 }

@@ -1,7 +1,8 @@
 // The evaluator's own paths for scalars: wrap-around, conversions at the edges of
 // int, char and float, variables read when an operator takes them, returned
-// scalars named after their type, shadowed names, reference parameters, a loop's scope emptied between
-// passes, failures, and a listener that appears while a loop runs.
+// scalars named after their type, shadowed names, reference parameters, arguments bound to the values of
+// finished calls, a loop's scope emptied between passes, failures, and a listener that appears while a loop
+// runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -113,6 +114,23 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "Var char of level 21 cannot be converted in a Matrix\n10123"},
+    // Arguments bound to values of finished calls: an element's alias is never one of them.
+    {"void set(float& r, float v) { r = v; }\n"
+     "float half(float x) { x = x / 2; return x; }\n"
+     "int down(int n, char c) { if (n == 0) return c; c++; return down(n - 1, c); }\n"
+     "int main() {\n"
+     "    Matrix A(1, 2);\n"
+     "    float a = 0;\n"
+     "    set(a, 3);\n"
+     "    A(0, 0) = a;\n"
+     "    float h = half(A(0, 0));\n"
+     "    A(0, 1) = half(5);\n"
+     "    cout << A(0, 0) << \" \" << A(0, 1) << \" \" << h << \" \" << down(130, 'a') << \" \" << half(7) "
+     "<< \" \" "
+     "<< A(0, 0);\n"
+     "    return 0;\n"
+     "}\n",
+     "3 2.5 1.5 -29 3.5 3"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
