@@ -322,8 +322,8 @@ int Executer::evalBool(Expression* expression, int emptyAllowed) {
 Variable* Executer::slotOf(VarDeclare* declaration) {
     int level = declaration->getLevel();
     int index = declaration->getIndex();
-    Object* found =
-        level < 0 ? globals.at(index) : static_cast<OrderedCltn*>(currentFrame().at(level))->at(index);
+    Object* found = level < 0 ? globals.atInline(index)
+                              : static_cast<OrderedCltn*>(currentFrame().atInline(level))->atInline(index);
     return static_cast<Variable*>(found);
 }
 
