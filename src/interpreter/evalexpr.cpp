@@ -12,6 +12,7 @@
 #include "interpreter/executer.h"
 #include "interpreter/expressn.h"
 #include "interpreter/funcdecl.h"
+#include "interpreter/mtrxvar.h"
 #include "interpreter/operator.h"
 #include "interpreter/scalarplan.h"
 #include "interpreter/vardecl.h"
@@ -228,6 +229,7 @@ void Executer::evalBinary(EvalState& state, int code) {
 void Executer::evalSelect(EvalState& state) {
     if (state.size < 2) return;
     Variable* variable = state.below().scopeVariable();
+    if (!state.member && selectElement(state, variable)) return;
     Variable* left = variable ? variable : state.below().box();
     Variable* result;
     if (state.member) {
@@ -245,6 +247,18 @@ void Executer::evalSelect(EvalState& state) {
         return;
     }
     finishOperation(state, result);
+}
+
+// A(i, j) on a matrix of a scope, the indices in range: the element's place, without the alias
+// that the method would make for it.
+bool Executer::selectElement(EvalState& state, Variable* variable) {
+    if (!variable || variable->isA() != &class_MatrixVar) return false;
+    double* place = static_cast<MatrixVar*>(variable)->elementPlace(state.method, state.arguments());
+    if (!place) return false;
+    state.dropMethodArguments();
+    state.top().drop();
+    state.replaceTwo(EvalValue::at(place));
+    return true;
 }
 
 bool Executer::unaryOnScalar(EvalValue& value, int code) {

@@ -126,6 +126,7 @@ private:
     void evalUnary(EvalState& state, int code);
     void evalBinary(EvalState& state, int code);
     void evalSelect(EvalState& state);
+    bool selectElement(EvalState& state, Variable* variable);
     bool unaryOnScalar(EvalValue& value, int code);
     void unaryOnValue(EvalValue& value, int code);
     bool binaryOnScalars(EvalState& state, int code);

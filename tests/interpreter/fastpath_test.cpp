@@ -131,6 +131,24 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "3 2.5 1.5 -29 3.5 3"},
+    // Elements of a matrix of a scope read, written, boxed for an operation and returned.
+    {"float first(Matrix M) { return M(0, 0); }\n"
+     "int main() {\n"
+     "    Matrix A(2, 2);\n"
+     "    A(0, 0) = 1.5;\n"
+     "    A(0, 1) = A(0, 0) * 2;\n"
+     "    A(1, 0) += 4;\n"
+     "    A(1, 0)++;\n"
+     "    A(1, 1) = A(0, 1);\n"
+     "    float x = A(1, 0);\n"
+     "    int k = A(0, 1);\n"
+     "    Matrix B = A(0, 0) * A;\n"
+     "    cout << A(0, 0) << \" \" << A(0, 1) << \" \" << A(1, 0) << \" \" << A(1, 1) << \" \" << x << \" \" "
+     "<< k "
+     "<< \" \" << first(A) << \" \" << B(1, 1) << \" \" << A(1.7, 0);\n"
+     "    return 0;\n"
+     "}\n",
+     "1.5 3 5 3 5 3 1.5 4.5 5"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -151,6 +169,13 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
         "}\n");
     EXPECT_TRUE(failsWith(cast, "[PARSE ERROR] Cannot implicit cast int to char At line 4 on statement"))
         << cast.message;
+    ProgramRun beyond = runMain("Matrix A(2, 2);\ncout << A(2, 0);");
+    EXPECT_TRUE(
+        failsWith(beyond, "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(2) At line"))
+        << beyond.message;
+    ProgramRun negative = runMain("Matrix A(2, 2);\nint i = -1;\ncout << A(0, i);");
+    EXPECT_TRUE(failsWith(negative, "[PARSE ERROR] Run time error, column index -1 out of range At line"))
+        << negative.message;
     ProgramRun division = runMain("int z = 0;\nint q = 5 / z;\ncout << q;");
     EXPECT_TRUE(failsWith(division, "[SYSERR] System Signal")) << division.message;
     EXPECT_EQ(division.out, "");
