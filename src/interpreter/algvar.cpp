@@ -75,9 +75,12 @@ FuncDeclare* MethodTable::find(const String& name, const OrderedCltn& types) con
 }
 
 MethodTable::Code MethodTable::codeOf(const FuncDeclare* method) const {
+    auto known = found.find(method);
+    if (known != found.end()) return known->second;
     int i = methods.indexOfSame(*method);
-    if (i >= 0) return codes[unsigned(i)];
-    return base ? base->codeOf(method) : 0;
+    Code code = i >= 0 ? codes[unsigned(i)] : base ? base->codeOf(method) : 0;
+    if (code) found.emplace(method, code);
+    return code;
 }
 
 void MethodTable::addRetyped(const char* name, const char* result, const std::vector<std::string>& parameters,

@@ -4,6 +4,7 @@
 #define INTERPRETER_ALGVAR_H
 
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "algebra/vector.h"
@@ -54,6 +55,8 @@ private:
     const MethodTable* base;
     OrderedCltn methods;  // FuncDeclare, kept for the whole program
     std::vector<Code> codes;
+    // The codes found so far by their methods: a call in a loop does not search the tables again.
+    mutable std::unordered_map<const FuncDeclare*, Code> found;
 };
 
 // The constructors of one class beyond the default (number 0) and the conversion (number 1):

@@ -12,6 +12,7 @@
 #include "interpreter/executer.h"
 #include "interpreter/expressn.h"
 #include "interpreter/funcdecl.h"
+#include "interpreter/mtrxvar.h"
 #include "interpreter/operator.h"
 #include "interpreter/scalarplan.h"
 #include "interpreter/vardecl.h"
@@ -63,7 +64,7 @@ struct Executer::EvalState {
         return *methodArguments;
     }
     void dropMethodArguments() {
-        if (methodArguments) methodArguments->deleteContents();
+        if (methodArguments) executer.emptyScope(methodArguments);
     }
 };
 
@@ -228,6 +229,7 @@ void Executer::evalBinary(EvalState& state, int code) {
 void Executer::evalSelect(EvalState& state) {
     if (state.size < 2) return;
     Variable* variable = state.below().scopeVariable();
+    if (!state.member && selectElement(state, variable)) return;
     Variable* left = variable ? variable : state.below().box();
     Variable* result;
     if (state.member) {
@@ -245,6 +247,18 @@ void Executer::evalSelect(EvalState& state) {
         return;
     }
     finishOperation(state, result);
+}
+
+// A(i, j) on a matrix of a scope, the indices in range: the element's place, without the alias
+// that the method would make for it.
+bool Executer::selectElement(EvalState& state, Variable* variable) {
+    if (!variable || variable->isA() != &class_MatrixVar) return false;
+    double* place = static_cast<MatrixVar*>(variable)->elementPlace(state.method, state.arguments());
+    if (!place) return false;
+    state.dropMethodArguments();
+    state.top().drop();
+    state.replaceTwo(EvalValue::at(place));
+    return true;
 }
 
 bool Executer::unaryOnScalar(EvalValue& value, int code) {
@@ -322,8 +336,8 @@ int Executer::evalBool(Expression* expression, int emptyAllowed) {
 Variable* Executer::slotOf(VarDeclare* declaration) {
     int level = declaration->getLevel();
     int index = declaration->getIndex();
-    Object* found =
-        level < 0 ? globals.at(index) : static_cast<OrderedCltn*>(currentFrame().at(level))->at(index);
+    Object* found = level < 0 ? globals.atInline(index)
+                              : static_cast<OrderedCltn*>(currentFrame().atInline(level))->atInline(index);
     return static_cast<Variable*>(found);
 }
 
@@ -385,13 +399,13 @@ bool Executer::bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn&
                 runtimeError("A left-value element must used to assign to a reference", 0);
             continue;
         }
-        Variable* bound = convertedScalar(held, parameter->getType(), parameter->getName());
-        if (bound) {
-            addOwned(values, bound);
+        ScalarValue scalar;
+        if (convertScalar(held, parameter->getType(), scalar)) {
+            addOwned(values, scalars.take(scalar.level, scalar.value, parameter->getName()));
             continue;
         }
         ValueGuard value(held.release());
-        bound = parameter->getType()->clone();
+        Variable* bound = parameter->getType()->clone();
         bound->setName(parameter->getName());
         values.add(*bound);
         assign(bound, value.get());
@@ -408,13 +422,4 @@ bool Executer::convertScalar(const EvalValue& value, Variable* type, ScalarValue
     if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
     converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
     return true;
-}
-
-// The same as a new value named name; null when convertScalar fails.
-Variable* Executer::convertedScalar(const EvalValue& value, Variable* type, const String& name) {
-    ScalarValue s;
-    if (!convertScalar(value, type, s)) return 0;
-    std::unique_ptr<Variable> converted(ScalarVar::makeOfLevel(s.level, s.value));
-    converted->setName(name);
-    return converted.release();
 }

@@ -9,14 +9,14 @@
 #include "interpreter/scalar.h"
 #include "interpreter/varref.h"
 
-// Nothing, a scalar held by value, a variable of a scope (not owned), or
-// a value that the evaluation owns. A scalar becomes a Variable (box) only when
-// something other than a scalar operation needs it: a variable then as a new
+// Nothing, a scalar held by value, a variable of a scope (not owned), the
+// place of a float inside a value of a scope, or a value that the evaluation owns. A scalar becomes a
+// Variable (box) only when something other than a scalar operation needs it: a variable then as a new
 // reference, so that it stays a left value. Copies share what they hold: one
 // of them drops it.
 class EvalValue {
 public:
-    enum Tag : unsigned char { NONE, NUMBER, VARIABLE, OWNED };
+    enum Tag : unsigned char { NONE, NUMBER, VARIABLE, PLACE, OWNED };
 
     EvalValue() : value(0.0), variable(0), level(0), tag(NONE) {}
     // Field by field: a register is often read right after its fields were
@@ -50,6 +50,14 @@ public:
         v.level = level;
         return v;
     }
+    // A float inside a value of a scope, a matrix's element say; as a Variable, its alias.
+    static EvalValue at(double* place) {
+        EvalValue v;
+        v.tag = PLACE;
+        v.place = place;
+        v.level = ScalarVar::FLOAT_LEVEL;
+        return v;
+    }
     // A value owned from now on; null is none.
     static EvalValue owned(Variable* value) {
         EvalValue v;
@@ -67,6 +75,9 @@ public:
             if (level == 0) return false;
             s.level = level;
             s.value = valueOf(variable, level);
+        } else if (tag == PLACE) {
+            s.level = level;
+            s.value = *place;
         } else {
             ScalarVar* found = ScalarVar::scalarOf(variable);
             if (!found) return false;
@@ -81,6 +92,8 @@ public:
             value = x;
         else if (tag == VARIABLE)
             setValueOf(variable, level, x);
+        else if (tag == PLACE)
+            *place = x;
         else
             ScalarVar::scalarOf(variable)->setNumber(x);
     }
@@ -92,6 +105,7 @@ public:
             if (literal) variable->setName(*literal);
         }
         if (tag == VARIABLE) takeOwned(new VarReference(variable));
+        if (tag == PLACE) takeOwned(new FloatVar(place));
         return variable;
     }
     // The value as a Variable owned by the caller; null for none.
@@ -134,8 +148,10 @@ private:
     union {
         Variable* variable;  // VARIABLE: not owned; OWNED: owned
         const String* name;  // NUMBER: the name it takes as a Variable, none when null
+        double* place;       // PLACE: not owned
     };
-    int level;  // NUMBER and VARIABLE: the rank of the scalar's class; 0 for a variable of another class
+    int level;  // NUMBER, VARIABLE and PLACE: the rank of the scalar's class; 0 for a variable of another
+                // class
     Tag tag;
 };
 

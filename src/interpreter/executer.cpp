@@ -198,8 +198,10 @@ void Executer::releaseList(OrderedCltn* list) {
 
 // Values go from the last to the first: a reference is destroyed before what it refers to.
 void Executer::emptyScope(OrderedCltn* scope) {
-    for (int i = int(scope->size()) - 1; i >= 0; --i)
-        ValueGuard::destroy(static_cast<Variable*>(scope->at(i)));
+    for (int i = int(scope->size()) - 1; i >= 0; --i) {
+        Variable* value = static_cast<Variable*>(scope->at(i));
+        if (!scalars.keep(value)) ValueGuard::destroy(value);
+    }
     if (scope->size() > 0) scope->removeAll();
 }
 

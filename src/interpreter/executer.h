@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "algebra/algebra.h"
+#include "interpreter/scalarpool.h"
 #include "quill/orderedc.h"
 #include "quill/symbol.h"
 
@@ -125,13 +126,13 @@ private:
     void evalUnary(EvalState& state, int code);
     void evalBinary(EvalState& state, int code);
     void evalSelect(EvalState& state);
+    bool selectElement(EvalState& state, Variable* variable);
     bool unaryOnScalar(EvalValue& value, int code);
     void unaryOnValue(EvalValue& value, int code);
     bool binaryOnScalars(EvalState& state, int code);
     void finishOperation(EvalState& state, Variable* result);
-    // A new value of type holding the scalar, as assign would make it, named
-    // name; null when either is no scalar or the conversion goes through the values.
-    static Variable* convertedScalar(const EvalValue& value, Variable* type, const String& name);
+    // What a new value of type assigned from the scalar would hold; false when either
+    // is no scalar or the conversion goes through the values.
     static bool convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted);
     // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
     int evalBool(Expression* expression, int emptyAllowed);
@@ -178,6 +179,7 @@ private:
     OrderedCltn builtins;                  // FuncDeclare, owned by the parser
     std::int32_t errorLocated;             // the error on its way out already names its statement
     std::vector<OrderedCltn*> spareLists;  // emptied scopes and frames, for reuse; owned
+    ScalarPool scalars;                    // scalars of emptied scopes, for the next arguments
     OrderedCltn* lastFrame;                // the last of frames, null without one
     // What the last return statement left behind RETURNED_SCALAR: the scalar, converted, and
     // the name of the function's type, which the value takes should it be made.

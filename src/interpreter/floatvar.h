@@ -16,6 +16,7 @@ public:
     ~FloatVar() noexcept(false) override;
 
     double getValue() const { return *value; }
+    bool ownsItsValue() const { return ownsValue != 0; }
 
     const String& getType() const override;
     int getLevel() const override { return 23; }

@@ -205,6 +205,13 @@ Matrix triangularFactor(const Matrix& m) {
 
 }  // namespace
 
+double* MatrixVar::elementPlace(const FuncDeclare* method, OrderedCltn& arguments) {
+    if (isTemporary() || methods().codeOf(method) != element) return 0;
+    int i = argument(arguments, 0), j = argument(arguments, 1);
+    if (i < 0 || j < 0 || unsigned(i) >= value.rowNumber() || unsigned(j) >= value.columnNumber()) return 0;
+    return &value(unsigned(i), unsigned(j));
+}
+
 const MethodTable& MatrixVar::methods() const {
     static MethodTable* table = 0;
     if (table) return *table;

@@ -26,6 +26,9 @@ public:
     static Matrix toMatrix(const Variable* v);
     // Raises "Run time error, <what> <value> out of range" for a negative value.
     static void checkIndex(int value, const char* what);
+    // The place of the element that the call method(i, j) reaches when method is the element
+    // method, the matrix is named and the indices are in range; null for any other call.
+    double* elementPlace(const FuncDeclare* method, OrderedCltn& arguments);
 
 protected:
     const Object& numericObject() const override { return value; }

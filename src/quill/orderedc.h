@@ -2,9 +2,8 @@
 #ifndef QUILL_ORDEREDC_H
 #define QUILL_ORDEREDC_H
 
+#include "quill/arrayob.h"
 #include "quill/seqcltn.h"
-
-class ArrayOb;
 
 extern Class class_OrderedCltn;
 
@@ -41,6 +40,8 @@ public:
     Object* before(const Object& ob) const override;
     Object* after(const Object& ob) const override;
     Object* at(int i) const override;
+    // The same without a call when i is in range, for the interpreter's look-ups of variables.
+    Object* atInline(int i) const { return unsigned(i) < unsigned(endIndex) ? contents->elem(i) : at(i); }
 
     int indexOf(const Object& ob) const override;  // first isEqual from the front
     int indexOfSame(const Object& ob) const;       // first by identity

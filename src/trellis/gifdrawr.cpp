@@ -1,9 +1,6 @@
 // GifDrawer on libgd: the world mapped to the image, colours by name, the primitives as gd calls.
 #include "trellis/gifdrawr.h"
 
-#include <gd.h>
-#include <gdfonts.h>
-
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -17,6 +14,7 @@
 #include "trellis/cppgc.h"
 #include "trellis/drawicon.h"
 #include "trellis/drawprim.h"
+#include "trellis/gdlib.h"
 
 DEFINE_CLASS(GifDrawer, Drawer, 1, 0)
 
@@ -26,17 +24,20 @@ int channel(double v) { return int(std::lround(v * 255)); }
 
 }  // namespace
 
-GifDrawer::GifDrawer() : image(0), imageWidth(0), imageHeight(0), tooManyReported(false) {}
+GifDrawer::GifDrawer() : gd(0), image(0), imageWidth(0), imageHeight(0), tooManyReported(false) {}
 
 GifDrawer::~GifDrawer() noexcept(false) {
-    if (image) gdImageDestroy(image);
+    if (image) gd->imageDestroy(image);
 }
 
 void GifDrawer::open(const char* name, const FloatRect& world, int width, int height) {
-    if (image) gdImageDestroy(image);
+    if (image) gd->imageDestroy(image);
+    image = 0;
+    gd = gdLibrary();
+    if (!gd) return;
     imageWidth = width > 0 ? width : 1;
     imageHeight = height > 0 ? height : 1;
-    image = gdImageCreate(imageWidth, imageHeight);
+    image = gd->imageCreate(imageWidth, imageHeight);
     fileName = name;
     colors.clear();
     tooManyReported = false;
@@ -55,12 +56,12 @@ int GifDrawer::colorIndex(const String& name) {
     } else {
         colorOf(name.asCharPointer(), r, g, b);
     }
-    int index = gdImageColorExact(image, channel(r), channel(g), channel(b));
-    if (index < 0) index = gdImageColorAllocate(image, channel(r), channel(g), channel(b));
+    int index = gd->imageColorExact(image, channel(r), channel(g), channel(b));
+    if (index < 0) index = gd->imageColorAllocate(image, channel(r), channel(g), channel(b));
     if (index < 0) {
         if (!tooManyReported) std::cerr << "Too colors" << std::endl;
         tooManyReported = true;
-        index = gdImageColorClosest(image, channel(r), channel(g), channel(b));
+        index = gd->imageColorClosest(image, channel(r), channel(g), channel(b));
     }
     colors[name.asCharPointer()] = index;
     return index;
@@ -68,10 +69,10 @@ int GifDrawer::colorIndex(const String& name) {
 
 int GifDrawer::pen(CppGC& gc) {
     int index = colorIndex(gc.foreground);
-    gdImageSetThickness(image, std::max(1, int(std::lround(gc.lineWidth))));
+    gd->imageSetThickness(image, std::max(1, int(std::lround(gc.lineWidth))));
     if (!gc.dashed) return index;
     int style[8] = {index, index, index, index, gdTransparent, gdTransparent, gdTransparent, gdTransparent};
-    gdImageSetStyle(image, style, 8);
+    gd->imageSetStyle(image, style, 8);
     return gdStyled;
 }
 
@@ -82,6 +83,7 @@ void GifDrawer::toImage(double x, double y, int& ix, int& iy) const {
 }
 
 void GifDrawer::paint(const OrderedCltn& icons, bool fillBackground) {
+    if (!image) return;
     if (fillBackground) {
         const FloatRect& world = map.world();
         FillRect background(float(world.x()), float(world.y()), float(world.width()), float(world.height()),
@@ -92,14 +94,15 @@ void GifDrawer::paint(const OrderedCltn& icons, bool fillBackground) {
 }
 
 bool GifDrawer::close() {
+    if (!image) return false;
     int size = 0;
-    void* gif = gdImageGifPtr(image, &size);
+    void* gif = gd->imageGifPtr(image, &size);
     if (!gif) errno = ENOMEM;
     String failure =
         !gif ? String("no image") : writeSafely(fileName.asCharPointer(), [gif, size](std::ostream& out) {
             out.write(static_cast<const char*>(gif), size);
         });
-    gdFree(gif);
+    gd->free(gif);
     if (failure.size() == 0) return true;
     showMessage(formatText("Write error on file %s, %s", fileName.asCharPointer(), std::strerror(errno)),
                 "Error", MESSAGE_ERROR);
@@ -110,7 +113,7 @@ void GifDrawer::drawLine(CppGC& gc, double x, double y, double width, double hei
     int x1, y1, x2, y2;
     toImage(x, y, x1, y1);
     toImage(x + width, y + height, x2, y2);
-    gdImageLine(image, x1, y1, x2, y2, pen(gc));
+    gd->imageLine(image, x1, y1, x2, y2, pen(gc));
 }
 
 void GifDrawer::drawRect(CppGC& gc, double x, double y, double width, double height, bool filled) {
@@ -120,9 +123,9 @@ void GifDrawer::drawRect(CppGC& gc, double x, double y, double width, double hei
     if (x2 < x1) std::swap(x1, x2);
     if (y2 < y1) std::swap(y1, y2);
     if (filled)
-        gdImageFilledRectangle(image, x1, y1, x2, y2, colorIndex(gc.foreground));
+        gd->imageFilledRectangle(image, x1, y1, x2, y2, colorIndex(gc.foreground));
     else
-        gdImageRectangle(image, x1, y1, x2, y2, pen(gc));
+        gd->imageRectangle(image, x1, y1, x2, y2, pen(gc));
 }
 
 // gd turns clockwise from three o'clock, the drawing counterclockwise.
@@ -136,9 +139,9 @@ void GifDrawer::drawArc(CppGC& gc, double x, double y, double width, double heig
     int from = 360 - (start + extent) / 64, to = 360 - start / 64;
     int cx = (x1 + x2) / 2, cy = (y1 + y2) / 2, w = std::abs(x2 - x1), h = std::abs(y2 - y1);
     if (filled)
-        gdImageFilledArc(image, cx, cy, w, h, from, to, colorIndex(gc.foreground), gdPie);
+        gd->imageFilledArc(image, cx, cy, w, h, from, to, colorIndex(gc.foreground), gdPie);
     else
-        gdImageArc(image, cx, cy, w, h, from, to, pen(gc));
+        gd->imageArc(image, cx, cy, w, h, from, to, pen(gc));
 }
 
 void GifDrawer::drawThickArc(CppGC& gc, double x, double y, double width, double height, int start,
@@ -157,23 +160,23 @@ void GifDrawer::drawLine(CppGC& gc, double x, double y, const OrderedCltn& point
     for (unsigned i = 0; i < points.size(); ++i) toImage(xs[i], ys[i], corners[i + 1].x, corners[i + 1].y);
     int n = int(corners.size());
     if (kind == FILLED_POLYGON)
-        gdImageFilledPolygon(image, corners.data(), n, colorIndex(gc.foreground));
+        gd->imageFilledPolygon(image, corners.data(), n, colorIndex(gc.foreground));
     else if (kind == POLYGON)
-        gdImagePolygon(image, corners.data(), n, pen(gc));
+        gd->imagePolygon(image, corners.data(), n, pen(gc));
     else
-        gdImageOpenPolygon(image, corners.data(), n, pen(gc));
+        gd->imageOpenPolygon(image, corners.data(), n, pen(gc));
 }
 
 void GifDrawer::drawString(CppGC& gc, double x, double y, double width, const char* text, int alignment) {
-    gdFontPtr font = gdFontGetSmall();
+    gdFontPtr font = gd->fontGetSmall();
     int ix, iy;
     toImage(x, y, ix, iy);
     int length = int(std::strlen(text)) * font->w;
     int boxWidth = int(std::fabs(map.widthToAbsolute(width)));
     if (alignment == DrawString::CENTER && boxWidth > length) ix += (boxWidth - length) / 2;
     if (alignment == DrawString::IMAGE)
-        gdImageFilledRectangle(image, ix, iy, ix + std::max(length, boxWidth), iy + font->h,
-                               colorIndex(gc.background));
-    gdImageString(image, font, ix, iy, reinterpret_cast<unsigned char*>(const_cast<char*>(text)),
-                  colorIndex(gc.foreground));
+        gd->imageFilledRectangle(image, ix, iy, ix + std::max(length, boxWidth), iy + font->h,
+                                 colorIndex(gc.background));
+    gd->imageString(image, font, ix, iy, reinterpret_cast<unsigned char*>(const_cast<char*>(text)),
+                    colorIndex(gc.foreground));
 }

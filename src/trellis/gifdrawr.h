@@ -9,6 +9,7 @@
 #include "trellis/drawer.h"
 
 struct gdImageStruct;
+struct GdLibrary;
 
 extern Class class_GifDrawer;
 
@@ -24,7 +25,7 @@ public:
     void open(const char* fileName, const FloatRect& world, int width, int height);
     // A background in "background" first, when asked; then each icon.
     void paint(const OrderedCltn& icons, bool fillBackground);
-    // Writes the file; answers false after reporting a failure.
+    // Writes the file; answers false after reporting a failure, or when libgd could not be loaded.
     bool close();
 
     void drawLine(CppGC& gc, double x, double y, double width, double height) override;
@@ -45,6 +46,7 @@ private:
     int pen(CppGC& gc);
     void toImage(double x, double y, int& ix, int& iy) const;
 
+    const GdLibrary* gd;
     gdImageStruct* image;
     std::map<std::string, int> colors;
     int imageWidth;

@@ -1,7 +1,8 @@
 // The evaluator's own paths for scalars: wrap-around, conversions at the edges of
 // int, char and float, variables read when an operator takes them, returned
-// scalars named after their type, shadowed names, reference parameters, a loop's scope emptied between
-// passes, failures, and a listener that appears while a loop runs.
+// scalars named after their type, shadowed names, reference parameters, arguments bound to the values of
+// finished calls, a loop's scope emptied between passes, failures, and a listener that appears while a loop
+// runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -113,6 +114,41 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "Var char of level 21 cannot be converted in a Matrix\n10123"},
+    // Arguments bound to values of finished calls: an element's alias is never one of them.
+    {"void set(float& r, float v) { r = v; }\n"
+     "float half(float x) { x = x / 2; return x; }\n"
+     "int down(int n, char c) { if (n == 0) return c; c++; return down(n - 1, c); }\n"
+     "int main() {\n"
+     "    Matrix A(1, 2);\n"
+     "    float a = 0;\n"
+     "    set(a, 3);\n"
+     "    A(0, 0) = a;\n"
+     "    float h = half(A(0, 0));\n"
+     "    A(0, 1) = half(5);\n"
+     "    cout << A(0, 0) << \" \" << A(0, 1) << \" \" << h << \" \" << down(130, 'a') << \" \" << half(7) "
+     "<< \" \" "
+     "<< A(0, 0);\n"
+     "    return 0;\n"
+     "}\n",
+     "3 2.5 1.5 -29 3.5 3"},
+    // Elements of a matrix of a scope read, written, boxed for an operation and returned.
+    {"float first(Matrix M) { return M(0, 0); }\n"
+     "int main() {\n"
+     "    Matrix A(2, 2);\n"
+     "    A(0, 0) = 1.5;\n"
+     "    A(0, 1) = A(0, 0) * 2;\n"
+     "    A(1, 0) += 4;\n"
+     "    A(1, 0)++;\n"
+     "    A(1, 1) = A(0, 1);\n"
+     "    float x = A(1, 0);\n"
+     "    int k = A(0, 1);\n"
+     "    Matrix B = A(0, 0) * A;\n"
+     "    cout << A(0, 0) << \" \" << A(0, 1) << \" \" << A(1, 0) << \" \" << A(1, 1) << \" \" << x << \" \" "
+     "<< k "
+     "<< \" \" << first(A) << \" \" << B(1, 1) << \" \" << A(1.7, 0);\n"
+     "    return 0;\n"
+     "}\n",
+     "1.5 3 5 3 5 3 1.5 4.5 5"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -133,6 +169,13 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
         "}\n");
     EXPECT_TRUE(failsWith(cast, "[PARSE ERROR] Cannot implicit cast int to char At line 4 on statement"))
         << cast.message;
+    ProgramRun beyond = runMain("Matrix A(2, 2);\ncout << A(2, 0);");
+    EXPECT_TRUE(
+        failsWith(beyond, "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(2) At line"))
+        << beyond.message;
+    ProgramRun negative = runMain("Matrix A(2, 2);\nint i = -1;\ncout << A(0, i);");
+    EXPECT_TRUE(failsWith(negative, "[PARSE ERROR] Run time error, column index -1 out of range At line"))
+        << negative.message;
     ProgramRun division = runMain("int z = 0;\nint q = 5 / z;\ncout << q;");
     EXPECT_TRUE(failsWith(division, "[SYSERR] System Signal")) << division.message;
     EXPECT_EQ(division.out, "");

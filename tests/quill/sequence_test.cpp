@@ -73,6 +73,8 @@ TEST(CollectionErrorTest, EachRefusalHasItsExactText) {
          [&] { three.replace(absent, n(8)); }},
         {"[INDEXRANGE] Index out of range: OrderedCltn::addAtIndex(-1)", [&] { three.addAtIndex(-1, n(8)); }},
         {"[INDEXRANGE] Index out of range: OrderedCltn::operator[](3)", [&] { three[3]; }},
+        {"[INDEXRANGE] Index out of range: OrderedCltn::at(3)", [&] { three.atInline(3); }},
+        {"[INDEXRANGE] Index out of range: OrderedCltn::at(-1)", [&] { three.atInline(-1); }},
         {"[INDEXRANGE] Index out of range: ArrayOb::operator[](3)", [&] { array[3]; }},
         {"[ILLEGALMETHOD] Should not implement method ArrayOb::add()", [&] { array.add(n(1)); }},
         {"[ILLEGALMETHOD] Should not implement method SortedCltn::addFirst()",
