@@ -109,14 +109,6 @@ TEST(ArgStoreTest, findOptionAndFindFlagConsumeWhatTheyFind) {
     }
 }
 
-TEST(ArgStoreTest, repeatedFlagNeedsRepeatedCalls) {
-    ArgStore store({"p", "-d", "x", "-d", "y"});
-    EXPECT_TRUE(findFlag("-d"));
-    EXPECT_TRUE(findFlag("-d"));
-    EXPECT_FALSE(findFlag("-d"));
-    EXPECT_EQ(store.remaining(), (Words{"p", "x", "y"}));
-}
-
 TEST(ArgStoreTest, getArgAssertsBelowArgc) {
     ArgStore store({"p", "a"});
     EXPECT_STREQ(getArg(1), "a");
