@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -25,17 +24,11 @@ Object* roundTrip(const Object& ob, bool binary) {
     return copy;
 }
 
-std::string text(const Object* ob) {
-    std::ostringstream os;
-    ob->printOn(os);
-    return os.str();
-}
-
 // The printed elements in the order of iteration, or sorted for the hashed classes.
 std::vector<std::string> elementTexts(const Collection& c, bool sorted) {
     std::vector<std::string> texts;
     Iterator it(c);
-    while (Object* el = it()) texts.push_back(text(el));
+    while (Object* el = it()) texts.push_back(printedText(*el));
     if (sorted) std::sort(texts.begin(), texts.end());
     return texts;
 }
@@ -45,7 +38,7 @@ std::vector<std::string> drain(Heap& h) {
     std::vector<std::string> texts;
     while (!h.isEmpty()) {
         Object* el = h.removeFirst();
-        texts.push_back(text(el));
+        texts.push_back(printedText(*el));
         delete el;
     }
     return texts;
@@ -157,7 +150,7 @@ TEST_F(CltnioTest, HashedCollectionsAreRebuiltThroughAdd) {
     dict.atPut(*new String("one"), *new Integer(1));
     dict.addAssoc(*new AssocInt(*new String("two"), 2));
     Dictionary* dictCopy = CAST(Dictionary, roundTrip(dict, false));
-    EXPECT_EQ(text(dictCopy->atKey(String("one"))), "1");
+    EXPECT_EQ(printedText(*dictCopy->atKey(String("one"))), "1");
     Object* pair = dictCopy->assocAt(String("two"));
     ASSERT_TRUE(pair->isKindOf(class_AssocInt));
     EXPECT_EQ(static_cast<AssocInt*>(pair)->intValue(), 2);
@@ -240,8 +233,8 @@ TEST_F(CltnioTest, IteratorIsPositionedAfterARoundTrip) {
         EXPECT_EQ(copy->index, 1);
         ASSERT_TRUE(copy->collection()->isKindOf(class_OrderedCltn));
         EXPECT_NE(copy->collection(), &c);
-        EXPECT_EQ(text((*copy)()), "30");
-        EXPECT_EQ(text((*copy)()), "40");
+        EXPECT_EQ(printedText(*(*copy)()), "30");
+        EXPECT_EQ(printedText(*(*copy)()), "40");
         EXPECT_EQ((*copy)(), nullptr);
         Collection* read = const_cast<Collection*>(copy->collection());
         delete copy;

@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -11,12 +10,6 @@
 #include "testutil.h"
 
 namespace {
-
-std::string printed(const Object& ob) {
-    std::ostringstream os;
-    ob.printOn(os);
-    return os.str();
-}
 
 // A dictionary of String keys "k0".."k<n-1>" to Integer values 0..n-1, all
 // on the heap, deleted with the pairs by deepDelete.
@@ -300,10 +293,10 @@ TEST(PairTest, HashEqualityAndOrderFollowTheKey) {
 TEST(PairTest, Printing) {
     String alpha("alpha");
     Integer one(1);
-    EXPECT_EQ(printed(Assoc(alpha, one)), "Assoc(alpha=>1)");
-    EXPECT_EQ(printed(AssocInt(alpha, -4)), "AssocInt(alpha=>-4)");
-    EXPECT_EQ(printed(LookupKey(alpha)), "LookupKey(alpha=>NIL)");
-    EXPECT_EQ(printed(Assoc()), "Assoc(NIL=>NIL)");
+    EXPECT_EQ(printedText(Assoc(alpha, one)), "Assoc(alpha=>1)");
+    EXPECT_EQ(printedText(AssocInt(alpha, -4)), "AssocInt(alpha=>-4)");
+    EXPECT_EQ(printedText(LookupKey(alpha)), "LookupKey(alpha=>NIL)");
+    EXPECT_EQ(printedText(Assoc()), "Assoc(NIL=>NIL)");
 }
 
 TEST(PairTest, Values) {

@@ -5,7 +5,6 @@
 #include <functional>
 #include <map>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,12 +13,6 @@
 #include "testutil.h"
 
 namespace {
-
-std::string printed(const Object& ob) {
-    std::ostringstream os;
-    ob.printOn(os);
-    return os.str();
-}
 
 class ExposedHeap : public Heap {
 public:
@@ -79,7 +72,7 @@ TEST_F(HeapOrderTest, TheThreeKindsWithEqualKeys) {
         SCOPED_TRACE(row.kind);
         Heap h(4, row.kind);
         std::vector<Integer*> added = fill(h, keys);
-        EXPECT_EQ(printed(h).rfind(row.print, 0), 0u) << printed(h);
+        EXPECT_EQ(printedText(h).rfind(row.print, 0), 0u) << printedText(h);
         EXPECT_EQ(h.first(), added[row.order[0]]);
         std::vector<Integer*> expected;
         for (int i : row.order) expected.push_back(added[i]);
@@ -108,12 +101,12 @@ TEST_F(HeapOrderTest, GrowsByThirtyTwoAndIteratesAllSlots) {
 
 TEST_F(HeapOrderTest, PrintingInSlotOrder) {
     Heap fifo;
-    EXPECT_EQ(printed(fifo), "Heap(FIFO)[]");
+    EXPECT_EQ(printedText(fifo), "Heap(FIFO)[]");
     fill(fifo, {3, 1, 2});
-    EXPECT_EQ(printed(fifo), "Heap(FIFO)[3, 1, 2]");
+    EXPECT_EQ(printedText(fifo), "Heap(FIFO)[3, 1, 2]");
     Heap min(16, Heap::MIN);
     fill(min, {3, 1, 2});
-    EXPECT_EQ(printed(min), "Heap (MIN)[1, 3, 2]");
+    EXPECT_EQ(printedText(min), "Heap (MIN)[1, 3, 2]");
 }
 
 TEST_F(HeapOrderTest, RefusalsAndErrors) {
@@ -250,7 +243,7 @@ TEST_F(HeapOrderTest, FindAndCountBySlots) {
     EXPECT_EQ(h.at(i), added[1]);
     h.removeAll();
     EXPECT_TRUE(h.isEmpty());
-    EXPECT_EQ(printed(h), "Heap (MAX)[]");
+    EXPECT_EQ(printedText(h), "Heap (MAX)[]");
 }
 
 TEST_F(HeapOrderTest, CopiesAreIndependent) {
@@ -270,16 +263,16 @@ TEST(IntArrayTest, CheckedAccessAndResize) {
     IntArray a(3);
     a[0] = 4;
     a[2] = -1;
-    EXPECT_EQ(printed(a), "IntArray[4, 0, -1]");
+    EXPECT_EQ(printedText(a), "IntArray[4, 0, -1]");
     EXPECT_EQ(raisedText([&] { a[3]; }), "[INDEXRANGE] Index out of range: IntArray::operator[](3)");
     a.reSize(4);
-    EXPECT_EQ(printed(a), "IntArray[4, 0, -1, 0]");
+    EXPECT_EQ(printedText(a), "IntArray[4, 0, -1, 0]");
     IntArray b(a);
     EXPECT_TRUE(b.isEqual(a));
     b[1] = 7;
     EXPECT_FALSE(b.isEqual(a));
     a.reSize(0);
-    EXPECT_EQ(printed(a), "IntArray[]");
+    EXPECT_EQ(printedText(a), "IntArray[]");
 }
 
 }  // namespace

@@ -193,13 +193,6 @@ TEST_F(LanguageTest, BadLinesAreReportedAndSkipped) {
     EXPECT_EQ(reports, expected);
 }
 
-TEST_F(LanguageTest, MissingFileLoadsNothingSilently) {
-    Language lang("english");
-    EXPECT_EQ(lang.load("panel_"), 0);
-    EXPECT_STREQ(lang.text("Tarn Panel"), "Tarn Panel");
-    EXPECT_TRUE(reports.empty());
-}
-
 TEST_F(LanguageTest, AddKeyReportsShortForms) {
     Language lang("english");
     EXPECT_TRUE(lang.addKey("alpha", "first"));

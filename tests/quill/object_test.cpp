@@ -47,16 +47,12 @@ DEFINE_CLASS(Node, Object, 1, 0)
 
 namespace {
 
-unsigned rotl(unsigned x) { return (x << 4) | (x >> 28); }
-
 int globalWord = 7;
 
+// Stored files carry these numbers: they must not change.
 TEST(ClassTest, SignatureDependsOnTheVersionsOfTheWholeChain) {
-    // Ver2 -> Ver1 -> Object with versions 2, 1, 1.
-    unsigned expected = rotl(rotl(rotl(0) ^ 2) ^ 1) ^ 1;
-    EXPECT_EQ(class_Ver2.signature(), expected);
-    EXPECT_NE(class_Ver2.signature(), class_Ver1b.signature());
-    EXPECT_EQ(class_Ver1b.signature(), rotl(rotl(rotl(0) ^ 1) ^ 1) ^ 1);
+    EXPECT_EQ(class_Ver2.signature(), 0x211u);  // versions 2, 1, 1 up to Object
+    EXPECT_EQ(class_Ver1b.signature(), 0x111u);
 }
 
 TEST(ClassTest, DescriptorsAndDictionary) {

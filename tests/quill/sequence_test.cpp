@@ -2,21 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <sstream>
+#include <memory>
 #include <string>
 #include <vector>
-#include <memory>
 
 #include "quill/all.h"
 #include "testutil.h"
 
 namespace {
-
-std::string printed(const Object& ob) {
-    std::ostringstream os;
-    ob.printOn(os);
-    return os.str();
-}
 
 std::vector<int> values(const Collection& c) {
     std::vector<int> out;
@@ -134,7 +127,7 @@ TEST(OrderedCltnTest, InsertionPositions) {
     c.addBefore(n(4), n(3));
     c.addLast(n(5));
     EXPECT_EQ(values(c), (std::vector<int>{0, 1, 2, 3, 4, 5}));
-    EXPECT_EQ(printed(c), "OrderedCltn[0, 1, 2, 3, 4, 5]");
+    EXPECT_EQ(printedText(c), "OrderedCltn[0, 1, 2, 3, 4, 5]");
     EXPECT_EQ(c.before(n(0)), nil);
     EXPECT_EQ(c.after(n(5)), nil);
     EXPECT_EQ(CAST(Integer, c.before(n(2)))->value(), 1);
@@ -281,11 +274,11 @@ TEST(ArrayObTest, SlotsAreNilAndAllCount) {
     ArrayOb a(3);
     a[0] = &n(4);
     a.atIndexPut(2, n(6));
-    EXPECT_EQ(printed(a), "ArrayOb[4, NIL, 6]");
+    EXPECT_EQ(printedText(a), "ArrayOb[4, NIL, 6]");
     a.reSize(5);
-    EXPECT_EQ(printed(a), "ArrayOb[4, NIL, 6, NIL, NIL]");
+    EXPECT_EQ(printedText(a), "ArrayOb[4, NIL, 6, NIL, NIL]");
     a.reSize(0);
-    EXPECT_EQ(printed(a), "ArrayOb[]");
+    EXPECT_EQ(printedText(a), "ArrayOb[]");
     ArrayOb empty(0);
     EXPECT_EQ(Iterator(empty)(), nullptr);
 }
@@ -316,7 +309,7 @@ TEST(SortedCltnTest, IndexOfWalksTheRunOfEqualKeys) {
     SortedCltn c;
     EXPECT_EQ(c.setCompareFunction(byLength), &SortedCltn::defaultCompare);
     for (String* s : words) c.add(*s);
-    EXPECT_EQ(printed(c), "SortedCltn[b, dd, aa, cc, ee, ff, gg, hh, xyz]");
+    EXPECT_EQ(printedText(c), "SortedCltn[b, dd, aa, cc, ee, ff, gg, hh, xyz]");
     for (const char* w : {"b", "dd", "aa", "cc", "ee", "ff", "gg", "hh", "xyz"}) {
         SCOPED_TRACE(w);
         String key(w);
@@ -327,7 +320,7 @@ TEST(SortedCltnTest, IndexOfWalksTheRunOfEqualKeys) {
     EXPECT_EQ(c.indexOf(String("zz")), -1);
     EXPECT_EQ(c.indexOf(String("zzzz")), -1);
     delete c.remove(String("cc"));
-    EXPECT_EQ(printed(c), "SortedCltn[b, dd, aa, ee, ff, gg, hh, xyz]");
+    EXPECT_EQ(printedText(c), "SortedCltn[b, dd, aa, ee, ff, gg, hh, xyz]");
     c.deleteContents();
 }
 
@@ -350,11 +343,11 @@ TEST(ConversionTest, EachClassFromAnOrderedCltn) {
     for (int v : {3, 1, 2, 1}) c.add(n(v));
 
     ArrayOb a = c.asArrayOb();
-    EXPECT_EQ(printed(a), "ArrayOb[3, 1, 2, 1]");
+    EXPECT_EQ(printedText(a), "ArrayOb[3, 1, 2, 1]");
     OrderedCltn o = c.asOrderedCltn();
     EXPECT_TRUE(o.isEqual(c));
     SortedCltn s = c.asSortedCltn();
-    EXPECT_EQ(printed(s), "SortedCltn[1, 1, 2, 3]");
+    EXPECT_EQ(printedText(s), "SortedCltn[1, 1, 2, 3]");
     Set set = c.asSet();
     EXPECT_EQ(set.size(), 3u);
     for (int v : {1, 2, 3}) EXPECT_TRUE(set.includes(n(v))) << v;

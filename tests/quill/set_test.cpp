@@ -89,15 +89,6 @@ TEST(SetTest, StartIndexIsHashModuloMask) {
     }
 }
 
-TEST(SetTest, ProbingRunsDownwardAndWraps) {
-    Set s(8);  // 16 slots, mask 15
-    HashKey a(1, 2), b(2, 2), c(3, 2), d(4, 0), e(5, 0), f(6, 0);
-    for (HashKey* k : {&a, &b, &c, &d, &e, &f}) s.add(*k);
-    std::map<int, int> expected = {{1, 2}, {2, 1}, {3, 0}, {4, 15}, {5, 14}, {6, 13}};
-    EXPECT_EQ(slotsOf(s), expected);
-    for (HashKey* k : {&a, &b, &c, &d, &e, &f}) EXPECT_EQ(s.find(HashKey(k->id, k->hashValue)), k);
-}
-
 TEST(SetTest, The129thElementDoublesTheTable) {
     Set s(100);
     std::vector<std::unique_ptr<Integer>> numbers;

@@ -263,13 +263,6 @@ TEST(StringTest, ScanReadsLinesOfEveryEnding) {
     EXPECT_STREQ(s.asCharPointer(), "");
 }
 
-TEST(StringTest, ScanLeavesTheNextLineOnTheStream) {
-    std::istringstream in("ab\rcd");
-    String s;
-    s.scanFrom(in);
-    EXPECT_EQ(in.peek(), 'c');
-}
-
 TEST(StringTest, ScanIntoAWindow) {
     String s("[.....]");
     std::istringstream in("abc\nabcdefgh\n");

@@ -1,4 +1,4 @@
-// Helpers of the object core's tests: the text of a raised error.
+// Helpers of the object core's tests: the text of a raised error, of a printed object, of a file.
 #ifndef TESTS_QUILL_TESTUTIL_H
 #define TESTS_QUILL_TESTUTIL_H
 
@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "quill/object.h"
 #include "quill/quillerr.h"
 
 // Runs f and answers the message of the TarnException it raises, or
@@ -37,6 +38,13 @@ inline std::string consoleOf(const std::function<void()>& f) {
     }
     std::cout.rdbuf(old);
     return captured.str();
+}
+
+// What printOn writes for ob.
+inline std::string printedText(const Object& ob) {
+    std::ostringstream os;
+    ob.printOn(os);
+    return os.str();
 }
 
 // The whole text of a file; empty when it cannot be read.

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -292,12 +291,6 @@ TEST_F(TraceTest, DeletedNamesComeBackEmpty) {
     addTraceName("g");
     addTraceName("g");
     EXPECT_EQ(traceNames().size(), 1u);
-}
-
-TEST(LibraryVersionTest, DateAndNumber) {
-    EXPECT_STREQ(libraryDate(), "21 Aug 2006");
-    int major = -1, minor = -1, patch = -1;
-    EXPECT_EQ(std::sscanf(libraryVersion(), "%d.%d.%d", &major, &minor, &patch), 3);
 }
 
 }  // namespace

@@ -66,12 +66,6 @@ const Form forms[] = {
     {"binary", [](const Object& ob) { return readBinary(storedBinary(ob)); }},
 };
 
-std::string printed(const Object& ob) {
-    std::ostringstream os;
-    ob.printOn(os);
-    return os.str();
-}
-
 // String
 
 TEST_F(StringIoTest, TextFormIsLengthAllocationAndQuotedText) {
@@ -286,7 +280,7 @@ TEST_F(SmallValueIoTest, TextFormsAndRoundTrips) {
             ASSERT_NE(back, nullptr);
             EXPECT_EQ(back->isA(), c.ob->isA());
             EXPECT_TRUE(back->isEqual(*c.ob));
-            EXPECT_EQ(printed(*back), printed(*c.ob));
+            EXPECT_EQ(printedText(*back), printedText(*c.ob));
         }
     }
 }

@@ -24,12 +24,6 @@
 
 namespace {
 
-std::string printed(const Object& ob) {
-    std::ostringstream os;
-    ob.printOn(os);
-    return os.str();
-}
-
 TEST(DateTest, CalendarFieldsOfKnownDays) {
     struct Row {
         int day, month, year;
@@ -54,7 +48,7 @@ TEST(DateTest, CalendarFieldsOfKnownDays) {
         EXPECT_EQ(d.month(), row.month);
         EXPECT_EQ(d.dayOfMonth(), row.day);
         EXPECT_STREQ(d.dayName(), row.dayName);
-        EXPECT_EQ(printed(d), row.longText);
+        EXPECT_EQ(printedText(d), row.longText);
         EXPECT_STREQ(d.shortText(), row.shortText);
         EXPECT_TRUE(d.isEqual(Date(row.day, Date::nameOfMonth(row.month), row.year)));
         EXPECT_TRUE(d.isEqual(Date(row.dayOfYear, row.year)));
@@ -272,9 +266,9 @@ TEST(ClockTest, CountsMillisecondsFromItsStart) {
 }
 
 TEST(PointTest, PrintingEqualityAndOrder) {
-    EXPECT_EQ(printed(Point(3, -4)), "3 @ -4");
+    EXPECT_EQ(printedText(Point(3, -4)), "3 @ -4");
     EXPECT_STREQ(FloatPoint(1.5, -2).asCharPointer(), "(1.5 @ -2)");
-    EXPECT_EQ(printed(FloatPoint(0.1, 1e10)), "(0.1 @ 1e+10)");
+    EXPECT_EQ(printedText(FloatPoint(0.1, 1e10)), "(0.1 @ 1e+10)");
 
     EXPECT_TRUE(Point(1, 2).isEqual(Point(1, 2)));
     EXPECT_FALSE(Point(1, 2).isEqual(Point(2, 1)));
@@ -291,7 +285,7 @@ TEST(FloatRectTest, NormalizingUnionAndContainment) {
     EXPECT_TRUE(FloatRect(FloatPoint(1, 1), FloatPoint(3, 4)) == FloatRect(1, 1, 2, 3));
 
     FloatRect both = FloatRect(0, 0, 1, 1).unionWith(FloatRect(2, -1, 1, 1));
-    EXPECT_TRUE(both == FloatRect(0, -1, 3, 2)) << printed(both);
+    EXPECT_TRUE(both == FloatRect(0, -1, 3, 2)) << printedText(both);
     FloatRect empty;
     EXPECT_TRUE(empty.isEmpty());
     EXPECT_TRUE(empty.unionWith(FloatRect(1, 1, 2, 2)) == FloatRect(1, 1, 2, 2));
@@ -299,7 +293,7 @@ TEST(FloatRectTest, NormalizingUnionAndContainment) {
 
     EXPECT_TRUE(r.contains(FloatPoint(2, 5)));
     EXPECT_FALSE(r.contains(FloatPoint(1.9, 3)));
-    EXPECT_EQ(printed(FloatRect(1, 2, 3, 4)), "(1 @ 2) extent (3 @ 4)");
+    EXPECT_EQ(printedText(FloatRect(1, 2, 3, 4)), "(1 @ 2) extent (3 @ 4)");
 }
 
 TEST(TranslCoordTest, MapsTheWorldOntoTheWindowAndBack) {
@@ -308,7 +302,7 @@ TEST(TranslCoordTest, MapsTheWorldOntoTheWindowAndBack) {
     EXPECT_TRUE(t.toAbsolute(FloatPoint(40, 30)) == FloatPoint(410, 320));
     EXPECT_TRUE(t.toWorld(FloatPoint(210, 170)) == FloatPoint(20, 15));
     EXPECT_DOUBLE_EQ(t.widthToAbsolute(2.5), 25.0);
-    EXPECT_EQ(printed(t),
+    EXPECT_EQ(printedText(t),
               "ABSOLUTE:  (10 @ 20) extent (400 @ 300)\n"
               "   WORLD:  (0 @ 0) extent (40 @ 30)\n"
               "  MATRIX ax:10 bx:10 ay:10 by:20");
