@@ -75,6 +75,7 @@ public:
     // --- Norms and shape tests ---
     double norm2(const Matrix& A);
     double normF(const Matrix& A);
+    double normInf(const Matrix& A);  // the largest sum of absolute values along a row
     double minSingularValue(const Matrix& A);
     double normTriangular(const Matrix& A, bool upperOnce = false, bool upperTwice = false);
     bool isSmall(const Matrix& A, double x);

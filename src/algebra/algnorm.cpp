@@ -1,4 +1,5 @@
 // Algebra: norms, traces, the shape tests and the diagonal balancing.
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 
@@ -15,6 +16,16 @@ double Algebra::normF(const Matrix& A) {
     double sum = 0.0;
     for (unsigned k = 0, n = A.elementCount(); k < n; ++k) sum += a[k] * a[k];
     return std::sqrt(sum);
+}
+
+double Algebra::normInf(const Matrix& A) {
+    double largest = 0.0;
+    for (unsigned i = 0; i < A.rowNumber(); ++i) {
+        double sum = 0.0;
+        for (unsigned j = 0; j < A.columnNumber(); ++j) sum += std::fabs(A(i, j));
+        largest = std::max(largest, sum);
+    }
+    return largest;
 }
 
 // The search starts from 1e10, so an eigenvalue above that never counts; a

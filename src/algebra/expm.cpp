@@ -11,16 +11,6 @@ namespace {
 
 const int padeDegree = 8;
 
-double normInfinity(const Matrix& M) {
-    double largest = 0.0;
-    for (unsigned r = 0; r < M.rowNumber(); ++r) {
-        double sum = 0.0;
-        for (unsigned c = 0; c < M.columnNumber(); ++c) sum += std::fabs(M(r, c));
-        if (sum > largest) largest = sum;
-    }
-    return largest;
-}
-
 // Adds c X to S.
 void addScaled(Matrix& S, double c, const Matrix& X) {
     double* s = S.elements();
@@ -34,7 +24,7 @@ Matrix Algebra::exponential(const Matrix& A) {
     unsigned n = A.rowNumber();
     if (n == 0) return Matrix(0, 0);
     int exponent = 0;
-    std::frexp(normInfinity(A), &exponent);
+    std::frexp(normInf(A), &exponent);
     int s = exponent + 1 > 0 ? exponent + 1 : 0;
     Matrix X = A * std::ldexp(1.0, -s), scaled = X;
     Matrix N = Matrix::diagonal(n, 1.0), D = N;

@@ -184,17 +184,6 @@ Variable* reSize(Variable& v, OrderedCltn& a) {
     return new IntVar(1);
 }
 
-// The largest sum of absolute values along a row.
-double normInf(const Matrix& m) {
-    double largest = 0.0;
-    for (unsigned i = 0; i < m.rowNumber(); ++i) {
-        double sum = 0.0;
-        for (unsigned j = 0; j < m.columnNumber(); ++j) sum += std::fabs(m(i, j));
-        if (sum > largest) largest = sum;
-    }
-    return largest;
-}
-
 // The triangular factor R of the Householder triangularisation.
 Matrix triangularFactor(const Matrix& m) {
     Algebra algebra;
@@ -233,7 +222,7 @@ const MethodTable& MatrixVar::methods() const {
         return new IntVar(int(matrixOf(v).getValue().columnNumber()));
     });
     table->add("norminf", "float", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new FloatVar(normInf(matrixOf(v).getValue()));
+        return new FloatVar(Algebra().normInf(matrixOf(v).getValue()));
     });
     table->add("norm2", "float", {}, [](Variable& v, OrderedCltn&) -> Variable* {
         Algebra algebra;
