@@ -10,10 +10,9 @@
 #include "model/blockicon.h"
 #include "model/signlink.h"
 #include "model/termicon.h"
+#include "texts.h"
 
 namespace {
-
-std::string str(const String& s) { return s.asCharPointer(); }
 
 // Two nodes and the link between them, wired as the editor does.
 struct Wired {

@@ -13,11 +13,10 @@
 #include "model/termicon.h"
 #include "model/titleicon.h"
 #include "quill/cback.h"
+#include "texts.h"
 #include "trellis/ask.h"
 
 namespace {
-
-std::string str(const String& s) { return s.asCharPointer(); }
 
 template <class T>
 T* roundTrip(const std::string& text) {

@@ -11,17 +11,10 @@
 #include "model/stgmake.h"
 #include "quill/dictnary.h"
 #include "quill/quillerr.h"
+#include "texts.h"
 #include "trellis/drawprim.h"
 
 namespace {
-
-std::string str(const String& s) { return s.asCharPointer(); }
-
-std::vector<std::string> texts(const OrderedCltn& list) {
-    std::vector<std::string> result;
-    for (unsigned i = 0; i < list.size(); ++i) result.push_back(str(*CAST(String, list.at(i))));
-    return result;
-}
 
 // The member of the class among the icons, with the name given to it, or the only one.
 template <class T>

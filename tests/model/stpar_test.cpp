@@ -11,6 +11,7 @@
 
 #include "model/stateicn.h"
 #include "quill/cback.h"
+#include "texts.h"
 #include "trellis/button.h"
 #include "trellis/cppgc.h"
 #include "trellis/form.h"
@@ -20,14 +21,6 @@
 #include "trellis/text.h"
 
 namespace {
-
-std::string str(const String& s) { return s.asCharPointer(); }
-
-std::vector<std::string> texts(const OrderedCltn& list) {
-    std::vector<std::string> result;
-    for (unsigned i = 0; i < list.size(); ++i) result.push_back(str(*CAST(String, list.at(i))));
-    return result;
-}
 
 void fill(OrderedCltn& list, const std::vector<std::string>& items) {
     for (const std::string& item : items) list.add(*new String(item.c_str()));
