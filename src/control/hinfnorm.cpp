@@ -61,6 +61,16 @@ std::vector<double> axisFrequencies(const Matrix& values) {
     return w;
 }
 
+// A peak that the local search found just off 0, where the gain is flat, is reported at 0 when
+// the gain there is within the bounds' gap: the attained gain stays a lower bound.
+template <class Gain>
+HinfNorm atRestWhenFlat(const Gain& gain, HinfNorm h) {
+    if (h.omega == 0.0 || !std::isfinite(h.omega)) return h;
+    double atRest = gain.at({0.0, 0.0});
+    if (!(atRest >= h.lower * (1.0 - relativeGap))) return h;
+    return {atRest, 0.0, atRest, h.upper};
+}
+
 }  // namespace
 
 std::ostream& operator<<(std::ostream& os, const HinfNorm& h) {
@@ -122,7 +132,7 @@ HinfNorm DynOp::hamiltonianNorm(const SchurGain& gain) const {
             double g = probe((w[k] + w[k + 1]) / 2.0);
             if (g > highestGain) highestGain = g, highest = k;
         }
-        if (highest == w.size()) return {best, peak, best, level};
+        if (highest == w.size()) return atRestWhenFlat(gain, {best, peak, best, level});
         climb(probe, w[highest], w[highest + 1]);
     }
     std::cout << "certified H-infinite norm: the bounds did not meet in " << iterationLimit << " iterations"
