@@ -137,11 +137,12 @@ bool riccatiDesign(const DynOp& plant, double gamma) {
 // optimal output-feedback level by the Riccati route and by the LMI, and the state-feedback level of
 // the Riccati route's first equation, which bounds them from below.
 void compareRoutes(const DynOp& plant, double reached) {
+    // Each route prints its own lines first: the comparison stays one line.
     HinfRiccati route(plant);
+    double riccati = route.optimalGamma(), stateFeedback = route.stateFeedbackGamma();
     double lmi = lmiOutputFeedbackGamma(plant);
-    std::cout << "gamma by route: design reached " << reached << ", riccati optimal " << route.optimalGamma()
-              << ", lmi optimal " << lmi << "; state feedback: riccati " << route.stateFeedbackGamma()
-              << std::endl;
+    std::cout << "gamma by route: design reached " << reached << ", riccati optimal " << riccati
+              << ", lmi optimal " << lmi << "; state feedback: riccati " << stateFeedback << std::endl;
 }
 
 // The design by the Riccati route alone, compared with the others under -compare.
