@@ -130,6 +130,11 @@ int lapackSvd(int m, int n, std::complex<double>* a, double* s, std::complex<dou
               std::complex<double>* vt, bool wantVectors) {
     const char jobz = wantVectors ? 'A' : 'N';
     const int lda = atLeastOne(m);
+    // OpenBLAS's AVX-512 zgemv reads a few elements past the end of the matrix it reflects: the
+    // decomposition works on a copy with room behind it, so no read leaves the allocation.
+    std::vector<std::complex<double>> padded(a, a + std::size_t(std::max(m, 0)) * std::max(n, 0));
+    padded.resize(padded.size() + std::size_t(std::max(m, 0)) + 16);
+    a = padded.data();
     std::vector<std::complex<double>> noVectors(1);
     std::complex<double>* uData = wantVectors ? u : noVectors.data();
     std::complex<double>* vtData = wantVectors ? vt : noVectors.data();

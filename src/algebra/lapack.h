@@ -45,7 +45,7 @@ int selectStable(const double* re, const double* im);
 int lapackSchur(int n, double* a, double* q, double* values, bool wantVectors, SchurSelect select,
                 int* selected = 0);
 
-// Singular values of the m×n matrix a (overwritten) into s, min(m, n) of them, descending.
+// Singular values of the m×n matrix a (the real one overwrites it) into s, min(m, n) of them, descending.
 // With wantVectors, u (m×m) and vt (n×n) receive U and Vᵀ with A = U S Vᵀ; otherwise both may
 // be null; an empty matrix gets identity factors. Returns LAPACK's INFO.
 int lapackSvd(int m, int n, double* a, double* s, double* u, double* vt, bool wantVectors);
