@@ -31,6 +31,21 @@ String textOption(const char* name, const char* fallback) {
     return findOption(name, value) ? value : String(fallback);
 }
 
+bool choiceOption(const char* name, std::string& value, std::initializer_list<const char*> texts,
+                  const char* fallback) {
+    value = textOption(name, fallback).asCharPointer();
+    for (const char* text : texts)
+        if (value == text) return true;
+    std::cerr << "tarn: option " << name << ": \"" << value << "\" is not";
+    size_t i = 0;
+    for (const char* text : texts) {
+        std::cerr << (i == 0 ? " " : i + 1 == texts.size() ? " or " : ", ") << '"' << text << '"';
+        ++i;
+    }
+    std::cerr << std::endl;
+    return false;
+}
+
 bool numberOption(const char* name, double& value, const Range& range) {
     String text;
     if (!findOption(name, text)) return true;

@@ -2,10 +2,18 @@
 #ifndef PANEL_CLOPTION_H
 #define PANEL_CLOPTION_H
 
+#include <initializer_list>
+#include <string>
+
 #include "quill/quillstr.h"
 
 // The option's text, or fallback when it is not given.
 String textOption(const char* name, const char* fallback);
+
+// The option's text into value when it is one of texts (fallback when the option is not given);
+// false after the line that names the option and the texts it accepts.
+bool choiceOption(const char* name, std::string& value, std::initializer_list<const char*> texts,
+                  const char* fallback);
 
 // The admissible values of a numeric option: above low (or from it, when closed), up to high.
 struct Range {

@@ -29,29 +29,40 @@ const Range count = {1.0, true, 1e6, true};
 // The route of -route: gramian (the design's iteration), lmi or riccati; empty after the line that
 // names the option when the value is none of them.
 std::string routeOption() {
-    std::string route = textOption("-route", "gramian").asCharPointer();
-    if (route == "gramian" || route == "lmi" || route == "riccati") return route;
-    std::cerr << "tarn: option -route: \"" << route << "\" is not gramian, lmi or riccati" << std::endl;
-    return "";
+    std::string route;
+    return choiceOption("-route", route, {"gramian", "lmi", "riccati"}, "gramian") ? route : "";
+}
+
+// The option's choice between the two texts of choice: true for the first; false in ok, after the
+// line that says why, for another text.
+bool firstChoice(const char* name, const ChoiceTexts& choice, const char* fallback, bool& ok) {
+    std::string text;
+    ok = choiceOption(name, text, {choice.texts[0], choice.texts[1]}, fallback) && ok;
+    return text == choice.texts[0];
 }
 
 // The panel's parameters from the options; false when one of them is refused. The lmi route takes
 // the LMI minimum of the gramian's norm unless -minimum names the LMI problem.
 bool parametersFromOptions(DesignParameters& p, double& gamma2, const std::string& route) {
-    valueOf(textOption("-minimum", "").asCharPointer(), p.lmiMode);
+    std::string mode;
+    bool ok = choiceOption(
+        "-minimum", mode,
+        {textOf(LmiMode::None), textOf(LmiMode::MinH2), textOf(LmiMode::BoundHinf), textOf(LmiMode::MinHinf)},
+        textOf(LmiMode::None));
+    valueOf(mode.c_str(), p.lmiMode);
     double iterations = p.iterations;
-    bool ok = numberOption("-gamma", p.gamma, positive) && numberOption("-iter", iterations, count) &&
-              numberOption("-toll", p.tolerance, positive) && numberOption("-minFreq", p.minFreq, positive) &&
-              numberOption("-alfa", p.alfa, unitStep) && numberOption("-noiseL", p.noiseLevel, notNegative);
+    ok = ok && numberOption("-gamma", p.gamma, positive) && numberOption("-iter", iterations, count) &&
+         numberOption("-toll", p.tolerance, positive) && numberOption("-minFreq", p.minFreq, positive) &&
+         numberOption("-alfa", p.alfa, unitStep) && numberOption("-noiseL", p.noiseLevel, notNegative);
     gamma2 = p.gamma;
     ok = ok && numberOption("-gamma2", gamma2, positive);
     p.iterations = unsigned(iterations);
     p.start = !findFlag("-continue");
-    const char* h2 = gramianChoice.texts[1];
-    p.useH2 = textOption("-gramian", h2) == h2;
-    p.approaching = textOption("-algorithm", algorithmChoice.texts[1]) == algorithmChoice.texts[0];
-    const char* placement = feedbackChoice.texts[1];
-    p.initialFeedback = textOption("-initialFeedback", placement) == placement ? 1 : 0;
+    std::string gramian;
+    ok = choiceOption("-gramian", gramian, {"H2", "Hinf", gramianChoice.texts[0]}, "H2") && ok;
+    p.useH2 = gramian == "H2";
+    p.approaching = firstChoice("-algorithm", algorithmChoice, algorithmChoice.texts[1], ok);
+    p.initialFeedback = firstChoice("-initialFeedback", feedbackChoice, feedbackChoice.texts[1], ok) ? 0 : 1;
     if (route == "lmi" && p.lmiMode == LmiMode::None) p.lmiMode = p.useH2 ? LmiMode::MinH2 : LmiMode::MinHinf;
     return ok;
 }
@@ -133,16 +144,18 @@ bool riccatiDesign(const DynOp& plant, double gamma) {
     return h.upper <= gamma;
 }
 
-// The routes side by side: the norm the gramian or LMI design reached (0 when it did not run), the
-// optimal output-feedback level by the Riccati route and by the LMI, and the state-feedback level of
-// the Riccati route's first equation, which bounds them from below.
+// The routes side by side: the norm the gramian or LMI design reached (left out when no design
+// reached one), the optimal output-feedback level by the Riccati route and by the LMI, and the
+// state-feedback level of the Riccati route's first equation, which bounds them from below.
 void compareRoutes(const DynOp& plant, double reached) {
     // Each route prints its own lines first: the comparison stays one line.
     HinfRiccati route(plant);
     double riccati = route.optimalGamma(), stateFeedback = route.stateFeedbackGamma();
     double lmi = lmiOutputFeedbackGamma(plant);
-    std::cout << "gamma by route: design reached " << reached << ", riccati optimal " << riccati
-              << ", lmi optimal " << lmi << "; state feedback: riccati " << stateFeedback << std::endl;
+    std::cout << "gamma by route: ";
+    if (reached > 0.0) std::cout << "design reached " << reached << ", ";
+    std::cout << "riccati optimal " << riccati << ", lmi optimal " << lmi << "; state feedback: riccati "
+              << stateFeedback << std::endl;
 }
 
 // The design by the Riccati route alone, compared with the others under -compare.
@@ -158,9 +171,13 @@ int riccatiRoute(const String& modelFile, double gamma) {
 
 int runDesign(const String& modelFile) {
     String phase = textOption("-phase", "all");
-    GramianRole role;
-    std::optional<GramianRole> first;
-    if (valueOf(textOption("-first", "Control").asCharPointer(), role)) first = role;
+    std::string firstRole;
+    if (!choiceOption("-first", firstRole, {textOf(GramianRole::Control), textOf(GramianRole::Observer)},
+                      textOf(GramianRole::Control)))
+        return 1;
+    GramianRole role = GramianRole::Control;
+    valueOf(firstRole.c_str(), role);
+    std::optional<GramianRole> first = role;
     Workspace::setMatlabDirectory(textOption("-matlab", ".").asCharPointer());
     DesignParameters p;
     double gamma2 = 0.0;

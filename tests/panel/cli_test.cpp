@@ -325,6 +325,12 @@ TEST(CommandLineTest, designOptionsOutOfRangeAreRefused) {
         {{"-gamma2", "0"}, "tarn: option -gamma2: 0 is out of range, it must be a number above 0\n"},
         {{"-alfa", "1.5"}, "tarn: option -alfa: 1.5 is out of range, it must be a number above 0 up to 1\n"},
         {{"-noiseL", "-1"}, "tarn: option -noiseL: -1 is out of range, it must be a number from 0\n"},
+        // A misspelt choice used to fall silently on a default.
+        {{"-first", "observer"}, "tarn: option -first: \"observer\" is not \"Control\" or \"Observer\"\n"},
+        {{"-gramian", "Hinfinity"},
+         "tarn: option -gramian: \"Hinfinity\" is not \"H2\", \"Hinf\" or \"H-infinite\"\n"},
+        {{"-initialFeedback", "none"},
+         "tarn: option -initialFeedback: \"none\" is not \"zero\" or \"pole placement\"\n"},
     };
     for (const Row& row : rows) {
         std::vector<std::string> words = {"-design", std::string(TARN_EXAMPLES) + "/twomassx.dyn"};
