@@ -28,6 +28,9 @@ const char* const divergenceContinuous =
 const char* const divergenceDiscrete =
     "NO CONVERGENCE REACHED!\nrepeate increasing the value of gamma or go back to the H2 norm";
 
+// The relative margin below gamma at which the LMI's H-infinity bound is solved.
+const double boundAccuracy = 1e-3;
+
 }  // namespace
 
 double OptimumGramian::optimize(const StepOptions& o) {
@@ -109,9 +112,10 @@ void OptimumGramian::stabilizeStart(Run& r) {
     if (loop->isStable() || loop->order() == 0) return;
     Matrix p = polesOf(*loop);
     double margin = std::max(r.minFreq, tollPoles);
-    // An H-infinity iteration needs a start well inside the stable region: poles at rest (rigid
-    // bodies, integrators) go a tenth of the loop's fastest pole away from the border.
-    if (!r.useH2 && !isDiscrete())
+    // The iteration needs a start well inside the stable region: poles at rest (rigid bodies,
+    // integrators) go a tenth of the loop's fastest pole away from the border. Nearer, the
+    // H-infinity iteration diverges and the H2 one sees a spread of poles it keeps weighing down.
+    if (!isDiscrete())
         for (unsigned i = 0; i < p.rowNumber(); ++i)
             margin = std::max(margin, 0.1 * std::hypot(p(i, 0), p(i, 1)));
     for (unsigned i = 0; i < p.rowNumber(); ++i) {
@@ -133,7 +137,11 @@ bool OptimumGramian::solveLmi(Run& r) {
     if (r.lmiMode == LmiMode::None) return false;
     LMI lmi(*r.working);
     bool h2 = r.useH2 || r.lmiMode == LmiMode::MinH2, minimum = r.lmiMode != LmiMode::BoundHinf;
-    if ((minimum ? lmi.solveMinimum(h2) : lmi.solveBound(gamma, h2)) != 0) return false;
+    // The H-infinity bound's solution lies where the inequality turns singular, which the solver
+    // reaches only within its accuracy: the bound is asked a little below gamma so that the loop
+    // it gives stays within gamma.
+    double bound = h2 ? gamma : gamma * (1.0 - boundAccuracy);
+    if ((minimum ? lmi.solveMinimum(h2) : lmi.solveBound(bound, h2)) != 0) return false;
     Matrix factor = lmi.getGramian();
     if (!chol(factor)) {
         std::cout << "cannot factorize the gramian resulting from LMI\nincrease the value of gamma and repeat"
@@ -196,12 +204,28 @@ void OptimumGramian::refine(Run& r) {
     if (r.stepByStep) {
         factorGramian();
         if (!stepReport()) return;
+    } else if (!r.useH2 && !r.continueFlag) {
+        settleWithoutDisturbance(r);
     }
     double e0 = 0.0;
     for (unsigned k = 0; (r.useH2 && gainAdapt < 1.0) || k < r.maxIterations; ++k)
         if (refineStep(r, k, e0)) break;
     // The last update is not yet checked: the results always hold a stabilising H.
     if (r.lastGood.rowNumber() > 0 && !close(*r.working, H)->isStable()) H = r.lastGood;
+}
+
+// A fresh H-infinity iteration starts from the gain the same iteration reaches with the
+// worst-case disturbance held at zero, the H2 optimum of the system: from a placed start whose
+// gramian is large, the disturbance term would make the first iterations diverge.
+void OptimumGramian::settleWithoutDisturbance(Run& r) {
+    std::cout << "the disturbance held at zero until the gain settles" << std::endl;
+    r.withoutDisturbance = true;
+    L = Matrix(nd, L.columnNumber());
+    double e0 = 0.0;
+    for (unsigned k = 0; k < r.maxIterations; ++k)
+        if (refineStep(r, k, e0)) break;
+    r.withoutDisturbance = false;
+    updateDisturbanceGain(r);
 }
 
 // One iteration; the answer is whether the iteration ends.
@@ -241,7 +265,7 @@ bool OptimumGramian::refineStep(Run& r, unsigned k, double& e0) {
     }
     updateGain(r);
     if (adaptToPoles(r, poles, k)) L = Matrix(nd, L.columnNumber());
-    if (!r.useH2 && !updateDisturbanceGain(r)) {
+    if (!r.useH2 && !r.withoutDisturbance && !updateDisturbanceGain(r)) {
         reportError(SEV_WARNING, isDiscrete() ? divergenceDiscrete : divergenceContinuous);
         return true;
     }

@@ -131,6 +131,7 @@ private:
         std::unique_ptr<DynOp> unscaled;  // the system designed on, objectives at full weight
         std::unique_ptr<DynOp> working;   // the same with the objectives weighted by gainAdapt
         Matrix lastGood = Matrix(0, 0);   // the last H that gave a stable loop; 0x0 before one
+        bool withoutDisturbance = false;  // L held at zero: the iteration is the H2 one
     };
     // The blocks of a partitioned system: 1 disturbances / objectives, 2 controls.
     struct Blocks {
@@ -169,6 +170,7 @@ private:
     void approach(Run& r);
     void refine(Run& r);
     bool refineStep(Run& r, unsigned k, double& e0);
+    void settleWithoutDisturbance(Run& r);
     void updateGain(Run& r);
     bool updateDisturbanceGain(Run& r);
     void weighObjectives(Run& r);

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <memory>
 
+#include "control/hinfric.h"
 #include "control/lmiof.h"
 #include "control/optgram.h"
 #include "control/workspc.h"
@@ -156,9 +157,26 @@ double RobustControl::optimize(OptimumGramian& design, StepOptions o) {
             design.optimize(above);
         }
         o.continueFlag = true;
+        return continuedToGamma(design, o);
     }
     return design.optimize(o);
 }
+
+// Near the optimal level the iteration converges slowly: a step that ends above gamma continues,
+// as the panel's "continue" would, while each round still lowers the norm, up to continueRounds.
+double RobustControl::continuedToGamma(OptimumGramian& design, const StepOptions& o) {
+    double norm = design.optimize(o);
+    for (unsigned round = 1; round < continueRounds && norm > o.gamma; ++round) {
+        std::cout << "gamma " << o.gamma << " not reached in " << o.maxIterations
+                  << " iterations: the design continues" << std::endl;
+        double next = design.optimize(o);
+        if (!(next > 0.0 && next < norm)) break;
+        norm = next;
+    }
+    return norm;
+}
+
+const unsigned RobustControl::continueRounds = 10;
 
 // The gramian iteration of an H-infinity design converges from a start whose loop is well within
 // the level and may diverge from the placed start at a level near the optimum; from a converged
@@ -176,8 +194,9 @@ bool RobustControl::approachesFromAbove(const StepOptions& o) {
 // the LMI for the plant's least level: "min Hinf" designs at it, raised by leastLevelMargin so
 // that both bound problems keep an interior; "bound Hinf" at a gamma below it says so and takes
 // that level instead, so that the loop is stable and the phase reports the bound missed. The
-// second step solves the bound problem at the level of the first. When the LMI fails the step is
-// the gramian iteration at the gamma asked.
+// second step solves the bound problem at the level of the first. When the LMI finds no least
+// level the Riccati route's is taken; when neither exists the step is the gramian iteration at the
+// gamma asked.
 StepOptions RobustControl::atFeasibleLevel(const OptimumGramian& design, StepOptions o) const {
     if (o.useH2 || (o.lmiMode != LmiMode::MinHinf && o.lmiMode != LmiMode::BoundHinf)) return o;
     bool minimum = o.lmiMode == LmiMode::MinHinf;
@@ -187,6 +206,11 @@ StepOptions RobustControl::atFeasibleLevel(const OptimumGramian& design, StepOpt
         return o;
     }
     double least = lmiOutputFeedbackGamma(input);
+    if (!std::isfinite(least)) {
+        least = HinfRiccati(*timed(input)).optimalGamma();
+        std::cout << "the LMI found no least level: the design takes the Riccati route's, " << least
+                  << std::endl;
+    }
     if (!std::isfinite(least)) {
         o.lmiMode = LmiMode::None;
     } else if (minimum) {

@@ -112,6 +112,9 @@ private:
     double optimize(OptimumGramian& design, StepOptions options);
     // Whether a step goes down levelsAbove first (see robctrl.cpp).
     static bool approachesFromAbove(const StepOptions& options);
+    // The last level, continued while it stays above gamma and each round lowers the norm.
+    static double continuedToGamma(OptimumGramian& design, const StepOptions& options);
+    static const unsigned continueRounds;
     static const double levelsAbove[5];
     // The LMI H-infinity steps as bound problems at a level the plant admits (see robctrl.cpp).
     StepOptions atFeasibleLevel(const OptimumGramian& design, StepOptions options) const;

@@ -23,16 +23,16 @@ struct TwoStepCase {
 // std::rand, seeded here so that each case is the same whatever ran before it.
 // With an LMI mode the steps take the LMI route; console gets what they printed.
 RobustControl twoSteps(const DynOp& plant, bool observerFirst, double gamma, double& first, double& second,
-                       LmiMode mode = LmiMode::None, std::string* console = nullptr,
-                       int initialFeedback = 1) {
+                       LmiMode mode = LmiMode::None, std::string* console = nullptr, int initialFeedback = 1,
+                       unsigned iterations = 200) {
     std::srand(1);
     RobustControl rc(ExtendedSystem(plant), observerFirst, 0.0);
     auto lmi = [mode](StepOptions& o) { o.lmiMode = mode; };
     std::string printed = consoleOf([&] {
         ASSERT_EQ(rc.firstStepSetup(1e-8, initialFeedback, 0), 0);
-        first = rc.firstStep(stepOf(gamma, 200, false, "", lmi));
+        first = rc.firstStep(stepOf(gamma, iterations, false, "", lmi));
         ASSERT_EQ(rc.secondStepSetup(1e-8, initialFeedback, 0), 0);
-        second = rc.secondStep(stepOf(gamma, 200, false, "", lmi));
+        second = rc.secondStep(stepOf(gamma, iterations, false, "", lmi));
     });
     if (console) *console = printed;
     return rc;
@@ -158,6 +158,29 @@ TEST_F(ZeroStart, ZeroInitialFeedbackOnAnUnstablePlantMeetsGamma) {
             EXPECT_LE(loopNorm(*plant, *rc.compensator()).lower, gamma * (1.0 + 1e-6))
                 << c.n << observerFirst;
         }
+}
+
+// Larger plants at the command line's 20 iterations. The placed start of the order-10 plant has
+// a gramian so large that the first step diverged at every level, and the LMI finds no least
+// level for it; the second step of the others stopped above gamma near the optimum.
+class DefaultIterations : public ZeroStart {};
+
+TEST_F(DefaultIterations, LargerPlantsMeetGammaAndTheLeastLevel) {
+    struct Row {
+        unsigned n, seed;
+    };
+    for (Row row : {Row{10, 2}, Row{8, 2}, Row{6, 1}}) {
+        SCOPED_TRACE(::testing::Message() << "order " << row.n << ", seed " << row.seed);
+        std::unique_ptr<DynOp> plant = plantOf({row.n, 2, 1, 2, 1, 0.0, -0.3, false, false, false}, row.seed);
+        double optimum = HinfRiccati(*plant).optimalGamma(), gamma = 1.1 * optimum, first = 0.0, second = 0.0;
+        RobustControl rc = twoSteps(*plant, false, gamma, first, second, LmiMode::None, nullptr, 1, 20);
+        EXPECT_LE(first, gamma);
+        EXPECT_LE(second, gamma);
+        EXPECT_LE(loopNorm(*plant, *rc.compensator()).lower, gamma);
+        RobustControl least = twoSteps(*plant, false, gamma, first, second, LmiMode::MinHinf, nullptr, 1, 20);
+        EXPECT_LE(least.firstDesign()->getGamma(), optimum * 1.01);
+        EXPECT_LE(loopNorm(*plant, *least.compensator()).lower, optimum * 1.015);
+    }
 }
 
 }  // namespace
