@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "../quill/iotest.h"
 #include "../quill/testutil.h"
 #include "control/all.h"
 #include "ctltest.h"
@@ -108,6 +109,8 @@ TEST_F(DesignTest, TheoreticalLoopLeavesOutTheModesTheDesignsDropped) {
     EXPECT_GT(std::fabs(theoretical->singularValueAt(0.1) - closed->singularValueAt(0.1)), 1e-3);
 }
 
+// The design file keeps a design in its first step; both stream forms keep both steps (the
+// binary form used to keep only the base class).
 TEST_F(DesignTest, NoiseWidensTheInputsAndTheDesignFileKeepsTheDesign) {
     std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
     RobustControl rc(ExtendedSystem(*plant), false, 0.2);
@@ -127,6 +130,23 @@ TEST_F(DesignTest, NoiseWidensTheInputsAndTheDesignFileKeepsTheDesign) {
     EXPECT_FALSE(back.hasObserver());
     EXPECT_LT(files.normF(back.feedbackGain() - rc.feedbackGain()), 1e-9 * files.normF(rc.feedbackGain()));
     delete read;
+
+    consoleOf([&] {
+        ASSERT_EQ(rc.secondStepSetup(1e-8, 1, 0), 0);
+        rc.secondStep(stepOf(1.0, 20, true));
+    });
+    double loop = plant->closedLoop(*rc.compensator()).normH2();
+    for (bool binary : {false, true}) {
+        SCOPED_TRACE(binary);
+        std::string error;
+        Object* again = binary ? readBinary(storedBinary(rc), &error) : readText(storedText(rc), &error);
+        ASSERT_NE(again, nullptr) << error;
+        const RobustControl& both = *static_cast<RobustControl*>(again);
+        ASSERT_TRUE(both.hasObserver());
+        EXPECT_EQ(both.observerGain().rowNumber(), rc.observerGain().rowNumber());
+        EXPECT_NEAR(plant->closedLoop(*both.compensator()).normH2(), loop, 1e-9 * loop);
+        delete again;
+    }
 }
 
 // The driver: phases through their parameters, the design kept in "RobustControl.rc".
