@@ -267,8 +267,9 @@ double RobustControlDesign::firstPhase(const DesignParameters& p) {
             model->isKindOf(class_ExtendedSystem)
                 ? new ExtendedSystem(*static_cast<ExtendedSystem*>(model.get()))
                 : new ExtendedSystem(*model));
-        // The conditions that no iteration overcomes explain themselves first, once.
-        bool solvable = designProblemCheck(*system);
+        // The conditions that no iteration overcomes explain themselves first, once, on the
+        // system with its noise inputs, which may lift a zero of the disturbances' channel.
+        bool solvable = designProblemCheck(RobustControl::withNoise(*system, p.noiseLevel));
         if (!structuralCheck(*system)) {
             std::cout << "Warning, this is not an extended system" << std::endl;
             return failed(0.0, "this is not an extended system");

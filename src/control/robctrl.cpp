@@ -28,21 +28,23 @@ void fillLast(IntArray& indices, unsigned count, unsigned total) {
 RobustControl::RobustControl() {}
 
 RobustControl::RobustControl(const ExtendedSystem& system, bool first, double noise)
-    : observerFirst(first), noiseLevel(noise), input(system) {
-    if (noiseLevel > 0.0) {
-        // Each control gets a noise input of the given level in front of it.
-        unsigned m = input.inputNumber(), c = input.controlNumber();
-        Matrix M(m, m + c);
-        for (unsigned i = 0; i < m - c; ++i) M(i, i) = 1.0;
-        for (unsigned i = 0; i < c; ++i) {
-            M(m - c + i, m - c + i) = noiseLevel;
-            M(m - c + i, m + i) = 1.0;
-        }
-        input = input * M;
-    }
+    : observerFirst(first), noiseLevel(noise), input(withNoise(system, noise)) {
     if (observerFirst) input = input.dual();
     fillLast(controlIndices, input.controlNumber(), input.inputNumber());
     fillLast(measureIndices, input.measureNumber(), input.outputNumber());
+}
+
+ExtendedSystem RobustControl::withNoise(const ExtendedSystem& system, double noiseLevel) {
+    if (!(noiseLevel > 0.0)) return system;
+    // Each control gets a noise input of the given level in front of it.
+    unsigned m = system.inputNumber(), c = system.controlNumber();
+    Matrix M(m, m + c);
+    for (unsigned i = 0; i < m - c; ++i) M(i, i) = 1.0;
+    for (unsigned i = 0; i < c; ++i) {
+        M(m - c + i, m - c + i) = noiseLevel;
+        M(m - c + i, m + i) = 1.0;
+    }
+    return system * M;
 }
 
 RobustControl::RobustControl(const RobustControl& r)

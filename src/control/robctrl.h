@@ -31,6 +31,8 @@ class RobustControl : public Algebra {
 public:
     RobustControl();
     RobustControl(const ExtendedSystem& system, bool observerFirst, double noiseLevel);
+    // The system with a noise input of noiseLevel in front of each control (itself at 0).
+    static ExtendedSystem withNoise(const ExtendedSystem& system, double noiseLevel);
     RobustControl(const RobustControl& r);
     // Stream form: input, observerFirst, noiseLevel, the two index arrays, control and observer
     // (nil when absent).

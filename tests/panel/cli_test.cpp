@@ -364,6 +364,15 @@ TEST_F(DesignTest, absentAndUnsolvableModelsAreRefused) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_NE(refused.out.find("(C2, A) is not detectable: the measures do not see the pole 1"),
               std::string::npos);
+    // A double integrator whose disturbance moves only the position: the disturbances-to-measures
+    // system has a zero at 0, which noise in front of the control lifts. The check used to run
+    // before the noise inputs were added.
+    DynOp atRest(Matrix("[0 1; 0 0]"), Matrix("[1 0 0; 0 0 1]"), Matrix("[1 0; 0 0; 1 0]"),
+                 Matrix("[0 0 0; 0 0 1; 0 1 0]"), 1, 1);
+    ASSERT_TRUE(Algebra().storeToFile(atRest, "atrest.dyn"));
+    EXPECT_EQ(runTarn({"-design", "atrest.dyn", "-phase", "Step 1"}).status, 1);
+    RunResult noisy = runTarn({"-design", "atrest.dyn", "-phase", "Step 1", "-noiseL", "0.1"});
+    EXPECT_EQ(noisy.status, 0) << noisy.out;
 }
 
 }  // namespace
