@@ -107,9 +107,10 @@ bool closedLoopHolds(const RobustControlDesign& design, const DesignParameters& 
         std::cerr << "tarn: the closed loop is unstable" << std::endl;
         return false;
     }
+    // Certified: the upper bound of the norm must be within the bound.
     double bound = levelOf(design, p);
-    if (p.useH2 || loop.lower <= bound) return true;
-    std::cerr << "tarn: the closed loop's H-infinite norm " << loop.lower << " is above the bound " << bound
+    if (p.useH2 || loop.upper <= bound) return true;
+    std::cerr << "tarn: the closed loop's H-infinite norm " << loop.norm << " is above the bound " << bound
               << std::endl;
     return false;
 }
