@@ -304,6 +304,13 @@ TEST_F(DesignTest, modeTakesAModelToAStabilisingCompensator) {
         runTarn({"-design", "twomassx.dyn", "-gramian", "Hinf", "-gamma", "1.5", "-gamma2", "50"});
     EXPECT_EQ(missed.status, 1);
     EXPECT_NE(missed.err.find("is above the bound 1.5"), std::string::npos) << missed.err;
+    // The approaching algorithm iterates the H2 Riccati equation whatever gamma: its steps stay
+    // within 1.5, its loop does not, and the status says so.
+    RunResult approaching = runTarn(
+        {"-design", "twomassx.dyn", "-gramian", "Hinf", "-gamma", "1.5", "-algorithm", "approaching"});
+    EXPECT_EQ(approaching.status, 1);
+    EXPECT_NE(approaching.err.find("the closed loop's H-infinite norm"), std::string::npos)
+        << approaching.err;
     RunResult met =
         runTarn({"-design", "twomassx.dyn", "-gramian", "Hinf", "-gamma", "1.5", "-gamma2", "1.5"});
     EXPECT_EQ(met.status, 0) << met.err;
