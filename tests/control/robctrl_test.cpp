@@ -309,16 +309,50 @@ void answerDialogue(Cback& cb) {
     }
 }
 
-TEST_F(DesignTest, FinalResultsTakeTheParameterAndThePerturbationFromTheDialogues) {
-    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
-    RobustControl rc(ExtendedSystem(*plant), false, 0.0);
+// The two H2 steps on plant, kept in "RobustControl.rc" for the final results.
+bool storedTwoSteps(const DynOp& plant) {
+    RobustControl rc{ExtendedSystem(plant), false, 0.0};
     consoleOf([&] {
         rc.firstStepSetup(1e-8, 1, 0);
         rc.firstStep(stepOf(1.0, 30, true));
         rc.secondStepSetup(1e-8, 1, 0);
         rc.secondStep(stepOf(1.0, 30, true));
     });
-    ASSERT_TRUE(Algebra().storeToFile(rc, "RobustControl.rc"));
+    return Algebra().storeToFile(rc, "RobustControl.rc");
+}
+
+// Asks for a compensator of one state in the dialogue of the high-frequency reduction.
+void answerOneState(Cback& cb) {
+    ParamRequest& r = *static_cast<ParamRequest*>(cb.callData->asObject());
+    if (std::string(r.title()) == "Insert tolerance" && r.fieldCount() == 2) {
+        r.setValue(1, "1");
+        r.answer = 1;
+    }
+}
+
+// The slow part of one state would not stabilise the two-mass loop: the compensator is kept
+// whole and says so, rather than saved unstable.
+TEST_F(DesignTest, ACutCompensatorThatWouldNotStabiliseIsKeptWhole) {
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
+    ASSERT_TRUE(storedTwoSteps(*plant));
+    Integer owner;
+    owner.addCback(AskParameters, answerOneState);
+    RobustControlDesign design;
+    design.setOwner(&owner);
+    std::string console = consoleOf([&] { design.finalResults(1e-8, false); });
+    owner.removeCbacks(AskParameters);
+    EXPECT_NE(console.find("does not stabilise the closed loop: its order"), std::string::npos);
+    Object* control = Workspace::readModelFile("Control.dyn");
+    ASSERT_NE(control, nil);
+    const DynOp& k = *static_cast<DynOp*>(control);
+    EXPECT_GT(k.order(), 1u);
+    EXPECT_TRUE(plant->closedLoop(k).isStable());
+    delete control;
+}
+
+TEST_F(DesignTest, FinalResultsTakeTheParameterAndThePerturbationFromTheDialogues) {
+    std::unique_ptr<DynOp> plant = twoMassPlant("twomass.dyn", 0.1);
+    ASSERT_TRUE(storedTwoSteps(*plant));
     Integer owner;
     owner.addCback(AskParameters, answerDialogue);
     RobustControlDesign design;
