@@ -53,6 +53,7 @@ TEST_F(StateGraphEditorTest, nodesAndTransitionsArePlacedSavedAndReadBack) {
     std::string dir = ::testing::TempDir() + "stgedit", file = dir + "/machine.stg";
     mkdir(dir.c_str(), 0777);
     unlink((dir + "/editfile.tarn").c_str());
+    unlink(file.c_str());
     ASSERT_TRUE(editor->gui().fileMenu().saveAs(file.c_str()));
     delete editor;
     editor = new GraphEditor(topLevelWidget, "StateGraphSem", "State Graph Editor - ");
