@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "algebra/ratfun.h"
+#include "control/extsys.h"
 #include "interpreter/floatvar.h"
 #include "interpreter/mtrxvar.h"
 #include "interpreter/ratvar.h"
@@ -47,8 +48,10 @@ DiscDynOp* DiscDynOpVar::toDiscDynOp(const Variable* v) {
     return new DiscDynOp;
 }
 
+// A sampled system, or the composed system of a sampled design problem.
 bool DiscDynOpVar::adopt(const Object& ob) {
-    if (!ob.isMemberOf(class_DiscDynOp)) return false;
+    bool problem = ob.isKindOf(class_ExtendedSystem) && static_cast<const DynOp&>(ob).isDiscreteTime();
+    if (!ob.isMemberOf(class_DiscDynOp) && !problem) return false;
     replace(new DiscDynOp(static_cast<const DiscDynOp&>(ob)));
     return true;
 }

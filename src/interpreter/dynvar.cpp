@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "algebra/ratfun.h"
+#include "control/extsys.h"
 #include "interpreter/mtrxvar.h"
 #include "interpreter/operator.h"
 #include "interpreter/ratvar.h"
@@ -66,8 +67,10 @@ DynOp* DynOpVar::toDynOp(const Variable* v) {
     return new DynOp;
 }
 
+// A system, or the composed system of a continuous design problem (its components left behind).
 bool DynOpVar::adopt(const Object& ob) {
-    if (!ob.isMemberOf(class_DynOp)) return false;
+    bool problem = ob.isKindOf(class_ExtendedSystem) && !static_cast<const DynOp&>(ob).isDiscreteTime();
+    if (!ob.isMemberOf(class_DynOp) && !problem) return false;
     replace(new DynOp(static_cast<const DynOp&>(ob)));
     return true;
 }

@@ -319,6 +319,8 @@ TEST(SystemsTest, theWorkspaceKeepsValuesByNameAndRefusesOtherKinds) {
 TEST(SystemsTest, modelFilesGoAndComeBackUnderTheirClassesExtensions) {
     InTemporaryDirectory here;
     here.copy(std::string(TARN_EXAMPLES) + "/twomass.dyn", "twomass.dyn");
+    here.copy(std::string(TARN_EXAMPLES) + "/twomassx.dyn", "twomassx.dyn");
+    here.copy(std::string(TARN_EXAMPLES) + "/twomassxd.dyn", "twomassxd.dyn");
     ProgramRun run = runMain(
         "Matrix A(2, 1.5);\n"
         "Vector v(3, 2.0);\n"
@@ -337,7 +339,11 @@ TEST(SystemsTest, modelFilesGoAndComeBackUnderTheirClassesExtensions) {
         "int absent = A3.readFrom(), wrong = A3.readFrom(\"sys.dyn\"), named = A3.readFrom(\"none.mat\");\n"
         "cout << absent << wrong << named << endl;\n"
         "DynOp plant;\n"
-        "cout << plant.readFrom(\"twomass.dyn\") << plant << endl;");
+        "cout << plant.readFrom(\"twomass.dyn\") << plant << endl;\n"
+        // A design problem's file gives its composed system, in its own time domain only.
+        "DynOp problem; DiscDynOp sampled;\n"
+        "cout << problem.readFrom(\"twomassx.dyn\") << sampled.readFrom(\"twomassxd.dyn\")\n"
+        "     << sampled.samplingTime() << problem.readFrom(\"twomassxd.dyn\") << endl;");
     Object* twoMass = Workspace::readModelFile("twomass.dyn");
     ASSERT_NE(twoMass, nil);
     EXPECT_EQ(run.message, "");
@@ -346,7 +352,8 @@ TEST(SystemsTest, modelFilesGoAndComeBackUnderTheirClassesExtensions) {
                            "Warning, file name A3.mat has not been found\n"
                            "Warning, file name sys.dyn doesn't contain a proper object\n"
                            "Warning, file name none.mat has not been found\n000\n1" +
-                           shown(*twoMass) + "\n");
+                           shown(*twoMass) +
+                           "\n110.05Warning, file name twomassxd.dyn doesn't contain a proper object\n0\n");
     delete twoMass;
 }
 
