@@ -1,4 +1,5 @@
 // The process entry: help, or the library's start, tarnMain and stop.
+#include <cstdlib>
 #include <cstring>
 #include <iostream>
 
@@ -23,8 +24,16 @@ int main(int argc, char** argv) {
         printUsage(std::cout);
         return 0;
     }
-    // A program run from the command line has small matrices; the BLAS's idle workers
-    // go before the toolkit starts.
-    if (hasWord(argc, argv, "-run")) useOneBlasThread();
+    // A program run from the command line has small matrices and no window: the BLAS's idle
+    // workers go, and the toolkit, whose start costs more than a short program, never starts.
+    // The other modes without windows keep the toolkit for their dialogues but open no display,
+    // so that nothing waits on the screen after them.
+    if (hasWord(argc, argv, "-run")) {
+        useOneBlasThread();
+        toolkitInitHook = toolkitTermHook = 0;
+    } else if (hasWord(argc, argv, "-design") || hasWord(argc, argv, "-model") ||
+               hasWord(argc, argv, "-sweep") || hasWord(argc, argv, "-document")) {
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    }
     return tarnEntry(argc, argv, tarnMain);
 }
