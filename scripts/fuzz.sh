@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the fuzz harnesses of tests/fuzz and runs each for a given time.
-#   scripts/fuzz.sh <objstream|model|parser|executer|all> <seconds> [--keep]
+#   scripts/fuzz.sh <objstream|model|parser|executer|uncert|all> <seconds> [--keep]
 # With clang (Debian clang and libclang-rt-dev) the harnesses run on libFuzzer
 # with AddressSanitizer and UBSan, in build-fuzz/; without it on the plain
 # seeded driver, in build-fuzz-plain/. Each run starts from the kept corpus
@@ -12,14 +12,14 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 usage() {
-  echo "usage: scripts/fuzz.sh <objstream|model|parser|executer|all> <seconds> [--keep]" >&2
+  echo "usage: scripts/fuzz.sh <objstream|model|parser|executer|uncert|all> <seconds> [--keep]" >&2
   exit 2
 }
 [ $# -ge 2 ] || usage
-all=(objstream model parser executer)
+all=(objstream model parser executer uncert)
 case "$1" in
   all) harnesses=("${all[@]}") ;;
-  objstream | model | parser | executer) harnesses=("$1") ;;
+  objstream | model | parser | executer | uncert) harnesses=("$1") ;;
   *) usage ;;
 esac
 seconds=$2
@@ -43,6 +43,7 @@ for h in "${harnesses[@]}"; do
   case $h in
     objstream) "$bin/fuzz_seeds" objstream "$work" ;;
     model) "$bin/fuzz_seeds" model "$work" examples/*.dyn ;;
+    uncert) cp examples/mass.txt "$work" ;;
     *) cp examples/*.cxx tests/interpreter/programs/*.cxx "$work" ;;
   esac
   cp tests/fuzz/corpus/$h/* "$work" 2>/dev/null || true
