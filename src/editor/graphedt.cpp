@@ -110,13 +110,17 @@ GraphEditor::~GraphEditor() noexcept(false) {
     delete board_;
     delete selectionArea;
     delete rubberLine;
-    OrderedCltn pooled;
+    OrderedCltn pooled, keys;
     paramPool_.addValuesTo(pooled);
+    paramPool_.addKeysTo(keys);
     for (unsigned i = 0; i < pooled.size(); ++i) {
         if (pooled.at(i)->isKindOf(class_OrderedCltn)) CAST(OrderedCltn, pooled.at(i))->deleteContents();
         delete pooled.at(i);
     }
     paramPool_.deleteContents();
+    // The pool is keyed by the dialogue's class, or by a text the semantic made for it: the text goes.
+    for (unsigned i = 0; i < keys.size(); ++i)
+        if (keys.at(i)->isKindOf(class_String)) delete keys.at(i);
     delete gui_;
     delete semantic_;
 }

@@ -59,7 +59,7 @@ private:
     void useBrush(CppGC& gc);
 
     QPainter& painter;
-    const TranslCoord& map;
+    TranslCoord map;  // a copy: the caller's may be a temporary
 };
 
 #endif
