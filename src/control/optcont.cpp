@@ -208,6 +208,7 @@ void OptimumGramian::refine(Run& r) {
         settleWithoutDisturbance(r);
     }
     double e0 = 0.0;
+    converged = false;
     for (unsigned k = 0; (r.useH2 && gainAdapt < 1.0) || k < r.maxIterations; ++k)
         if (refineStep(r, k, e0)) break;
     // The last update is not yet checked: the results always hold a stabilising H.
@@ -271,6 +272,7 @@ bool OptimumGramian::refineStep(Run& r, unsigned k, double& e0) {
     }
     if (k != 0 && rel < 1e-5) {
         std::cout << "Convergence reached" << std::endl;
+        converged = !r.withoutDisturbance;
         return true;
     }
     if (checkStop(owner)) return true;

@@ -107,6 +107,8 @@ public:
     Matrix gramian() const { return R.transpose() * R; }  // Q = R'R
     double getGamma() const { return gamma; }
     double getGainAdapt() const { return gainAdapt; }
+    // Whether the last refining iteration ended on its convergence test.
+    bool hasConverged() const { return converged; }
     const DynOp& workingSystem() const { return *system; }
     const DynOp& getFullSystem() const { return *fullSystem; }
     Object* getOwner() const { return owner; }
@@ -192,6 +194,7 @@ private:
     String kindText;  // "Control" or "Observer"
     String nameText;  // prefix of the names stored
     double gainAdapt = 1.0;
+    bool converged = false;  // of the last run, not stored
     DynOp* system = 0;  // owned: the stabilisable subsystem designed on
     Matrix transform;   // T, from the given state coordinates
     Matrix H;           // nc x n

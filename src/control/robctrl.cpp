@@ -164,15 +164,18 @@ double RobustControl::optimize(OptimumGramian& design, StepOptions o) {
     return design.optimize(o);
 }
 
-// Near the optimal level the iteration converges slowly: a step that ends above gamma continues,
-// as the panel's "continue" would, while each round still lowers the norm, up to continueRounds.
+// Near the optimal level the iteration converges slowly, and a step that has not converged may
+// meet gamma while the loop it makes with the other step does not. A step that ends above gamma,
+// or unconverged, continues as the panel's "continue" would, up to continueRounds; one above
+// gamma stops when a round no longer lowers its norm.
 double RobustControl::continuedToGamma(OptimumGramian& design, const StepOptions& o) {
     double norm = design.optimize(o);
-    for (unsigned round = 1; round < continueRounds && norm > o.gamma; ++round) {
-        std::cout << "gamma " << o.gamma << " not reached in " << o.maxIterations
+    for (unsigned round = 1; round < continueRounds && norm > 0.0 && (norm > o.gamma || !design.hasConverged());
+         ++round) {
+        std::cout << (norm > o.gamma ? "gamma not reached" : "no convergence") << " in " << o.maxIterations
                   << " iterations: the design continues" << std::endl;
         double next = design.optimize(o);
-        if (!(next > 0.0 && next < norm)) break;
+        if (!(next > 0.0) || (norm > o.gamma && !(next < norm))) break;
         norm = next;
     }
     return norm;

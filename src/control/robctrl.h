@@ -114,7 +114,7 @@ private:
     double optimize(OptimumGramian& design, StepOptions options);
     // Whether a step goes down levelsAbove first (see robctrl.cpp).
     static bool approachesFromAbove(const StepOptions& options);
-    // The last level, continued while it stays above gamma and each round lowers the norm.
+    // The last level, continued while it stays above gamma and lowers its norm, or has not converged.
     static double continuedToGamma(OptimumGramian& design, const StepOptions& options);
     static const unsigned continueRounds;
     static const double levelsAbove[5];

@@ -162,14 +162,15 @@ TEST_F(ZeroStart, ZeroInitialFeedbackOnAnUnstablePlantMeetsGamma) {
 
 // Larger plants at the command line's 20 iterations. The placed start of the order-10 plant has
 // a gramian so large that the first step diverged at every level, and the LMI finds no least
-// level for it; the second step of the others stopped above gamma near the optimum.
+// level for it; the second step of the others stopped above gamma near the optimum, or, at order
+// 12, within gamma but unconverged, and the loop missed gamma.
 class DefaultIterations : public ZeroStart {};
 
 TEST_F(DefaultIterations, LargerPlantsMeetGammaAndTheLeastLevel) {
     struct Row {
         unsigned n, seed;
     };
-    for (Row row : {Row{10, 2}, Row{8, 2}, Row{6, 1}}) {
+    for (Row row : {Row{10, 2}, Row{8, 2}, Row{6, 1}, Row{12, 1}}) {
         SCOPED_TRACE(::testing::Message() << "order " << row.n << ", seed " << row.seed);
         std::unique_ptr<DynOp> plant = plantOf({row.n, 2, 1, 2, 1, 0.0, -0.3, false, false, false}, row.seed);
         double optimum = HinfRiccati(*plant).optimalGamma(), gamma = 1.1 * optimum, first = 0.0, second = 0.0;
