@@ -125,9 +125,15 @@ const std::vector<EvalStep>& stepsOf(const Expression* expression) {
 
 }  // namespace
 
+// A plan is made with the steps, on the first evaluation; one that did not fit is not tried again.
 void Executer::evalValue(Expression* expression, EvalValue& result) {
-    const std::vector<EvalStep>& steps = stepsOf(expression);
     const ScalarPlan* plan = expression->scalarPlan();
+    if (plan && runPlan(*plan, result)) return;
+    const std::vector<EvalStep>& steps = stepsOf(expression);
+    evalSteps(steps, plan ? 0 : expression->scalarPlan(), result);
+}
+
+void Executer::evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* plan, EvalValue& result) {
     if (plan && runPlan(*plan, result)) return;
     EvalState state(*this, steps.size());
     for (size_t i = 0; i < steps.size(); ++i) {
@@ -148,30 +154,35 @@ void Executer::evalValue(Expression* expression, EvalValue& result) {
 }
 
 // The plan runs when each of its variables is of its declared class, as it
-// always is but for an odd program; then nothing has been done yet.
+// always is but for an odd program; then nothing has been done yet. The
+// variables found stay with the plan until the mark of places moves.
 bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
     if (stopped) return true;
-    Variable* found[ScalarPlan::MAX_VARIABLES];
+    Variable* const* found = plan.placesFor(placeMark);
+    if (!found && !(found = findPlaces(plan))) return false;
+    plan.run(found, result);
+    return true;
+}
+
+Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
+    Variable* variables[ScalarPlan::MAX_VARIABLES];
     for (size_t i = 0; i < plan.variableCount(); ++i) {
         Variable* variable = slotOf(plan.variable(i));
         if (variable->isA() != plan.variableClass(i)) variable = Variable::dereference(variable);
-        if (variable->isA() != plan.variableClass(i)) return false;
-        found[i] = variable;
+        if (variable->isA() != plan.variableClass(i)) return 0;
+        variables[i] = variable;
     }
-    plan.run(found, result);
-    return true;
+    return plan.keepPlaces(placeMark, variables);
 }
 
 // A variable is reached by its place; a member or a method waits for its operator.
 void Executer::evalElement(EvalState& state, const EvalStep& step) {
     EvalValue& value = state.push();
     switch (step.kind) {
-        case EvalStep::VARIABLE: {
-            Variable* found = slotOf(static_cast<VarDeclare*>(step.node));
-            if (found->isA() != step.type) found = Variable::dereference(found);
-            value = found->isA() == step.type ? EvalValue::ofScalar(found, step.level) : EvalValue::of(found);
+        case EvalStep::VARIABLE:
+            if (step.placeMark != placeMark) findPlace(step);
+            value = EvalValue::ofScalar(step.place, step.placeLevel);
             break;
-        }
         case EvalStep::MEMBER:
             state.member = static_cast<VarDeclare*>(step.node);
             break;
@@ -198,6 +209,15 @@ void Executer::evalElement(EvalState& state, const EvalStep& step) {
         default:
             break;
     }
+}
+
+// A variable of its declared scalar class by that class's rank, any other through its own class.
+void Executer::findPlace(const EvalStep& step) {
+    Variable* found = slotOf(static_cast<VarDeclare*>(step.node));
+    if (found->isA() != step.type) found = Variable::dereference(found);
+    step.place = found;
+    step.placeLevel = found->isA() == step.type ? step.level : EvalValue::levelOf(found);
+    step.placeMark = placeMark;
 }
 
 // Scalars are worked out in place; anything else, or an operator that the

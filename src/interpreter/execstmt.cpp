@@ -109,6 +109,7 @@ void Executer::notify(Statement* statement) {
     CallData data(statement, true);
     data.setNotOwn();
     cbackOn(TRACE_EXEC, &data);
+    movePlaces();
 }
 
 Variable* Executer::execList(ListOfElement* list) {
@@ -151,7 +152,10 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
     while (evalBool(loop->getTest(), 1)) {
         if (scoped && !scope) scope = pushScope();
         result = execStatement(body, returnType);
-        if (scope) emptyScope(scope);
+        if (scope && scope->size() > 0) {
+            emptyScope(scope);
+            movePlaces();
+        }
         if (stopped || result == BREAK) {
             result = 0;
             break;
@@ -229,6 +233,7 @@ void Executer::execVarDeclare(VarDeclare* declaration) {
         static_cast<OrderedCltn*>(currentFrame().last())->add(*variable);
     else
         globals.add(*variable);
+    movePlaces();
     if (errorFlag) stopped = 1;
 }
 

@@ -16,8 +16,15 @@ DEFINE_CLASS(Executer, Algebra, 1, 0)
 
 Symbol TRACE_EXEC("TRACE_EXEC");
 
+namespace {
+
+std::uint64_t lastPlaceMark = 0;
+
+}  // namespace
+
 Executer::Executer()
     : stopped(0),
+      placeMark(++lastPlaceMark),
       parser(0),
       errorFlag(0),
       errorLocated(0),
@@ -28,6 +35,7 @@ Executer::Executer()
 
 Executer::Executer(CodeParser* parser)
     : stopped(0),
+      placeMark(++lastPlaceMark),
       parser(parser),
       errorFlag(0),
       errorLocated(0),
@@ -150,6 +158,7 @@ void Executer::keepResidentVariables(OrderedCltn* scope) {
     }
     for (unsigned i = 0; i < scope->size(); ++i) parser->updateGlobal(Variable::argumentAt(*scope, int(i)));
     releaseList(scope);
+    movePlaces();
 }
 
 void Executer::clear() {
@@ -179,6 +188,8 @@ String Executer::printVariable(const String& name) {
 }
 
 // --- Frames and globals ---
+
+void Executer::movePlaces() { placeMark = ++lastPlaceMark; }
 
 // Emptied scopes and frames are kept for reuse: a loop opens a scope on every pass.
 OrderedCltn* Executer::newList() {
@@ -223,9 +234,15 @@ OrderedCltn* Executer::pushScope() {
     return scope;
 }
 
-void Executer::popScope() { destroyScope(static_cast<OrderedCltn*>(currentFrame().removeLast())); }
+// A scope that held nothing leaves every place kept as it was.
+void Executer::popScope() {
+    OrderedCltn* scope = static_cast<OrderedCltn*>(currentFrame().removeLast());
+    if (scope->size() > 0) movePlaces();
+    destroyScope(scope);
+}
 
 void Executer::destroyFrames() {
+    movePlaces();
     lastFrame = 0;
     while (!frames.empty()) {
         OrderedCltn* frame = frames.back();
@@ -239,7 +256,10 @@ FuncDeclare* Executer::frameFunction(int frame) const { return callees.at(size_t
 
 const OrderedCltn& Executer::frameScopes(int frame) const { return *frames.at(size_t(frame)); }
 
-void Executer::destroyGlobals() { deleteValuesFromLast(globals); }
+void Executer::destroyGlobals() {
+    deleteValuesFromLast(globals);
+    movePlaces();
+}
 
 // The predefined variables, then the globals of the source in order; an
 // initialiser may call functions.
@@ -266,6 +286,7 @@ Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* scope, boo
     frames.push_back(frame);
     lastFrame = frame;
     callees.push_back(function);
+    movePlaces();
     Variable* result = 0;
     const OrderedCltn& code = function->getCode();
     for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
@@ -273,6 +294,7 @@ Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* scope, boo
     frames.pop_back();
     lastFrame = frames.empty() ? 0 : frames.back();
     callees.pop_back();
+    movePlaces();
     if (keepScope) frame->removeFirst();
     destroyFrame(frame);
     if (!stopped) return result;

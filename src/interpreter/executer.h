@@ -121,8 +121,14 @@ private:
     Variable* evalExpression(Expression* expression);
     // The same in a register: scalars stay out of the heap. result is empty on entry.
     void evalValue(Expression* expression, EvalValue& result);
+    // The same when the expression has no plan, or one that does not fit its variables.
+    void evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* plan, EvalValue& result);
     bool runPlan(const ScalarPlan& plan, EvalValue& result);
+    // The plan's variables, kept with it under the present mark; null when one is not of its class.
+    Variable* const* findPlaces(const ScalarPlan& plan);
     void evalElement(EvalState& state, const EvalStep& step);
+    // Finds the variable of a VARIABLE step and keeps it in the step under the present mark.
+    void findPlace(const EvalStep& step);
     void evalUnary(EvalState& state, int code);
     void evalBinary(EvalState& state, int code);
     void evalSelect(EvalState& state);
@@ -153,6 +159,9 @@ private:
     void keepResidentVariables(OrderedCltn* scope);
 
     // --- Frames (executer.cpp) ---
+    // The places of variables that plans and steps keep go stale: a frame came
+    // or went, a variable was made or destroyed, or a listener ran.
+    void movePlaces();
     OrderedCltn* newList();
     void releaseList(OrderedCltn* list);
     void emptyScope(OrderedCltn* scope);
@@ -170,7 +179,8 @@ private:
     String caughtMessage(class TarnException* e);
 
     std::int32_t stopped;
-    CodeParser* parser;  // not owned
+    std::uint64_t placeMark;  // the places kept under this mark are good; no two executers share one
+    CodeParser* parser;       // not owned
     std::int32_t errorFlag;
     String sourceText;                     // the source of the resident mode
     OrderedCltn globals;                   // values in the order of their index; owned

@@ -1,91 +1,177 @@
 // ScalarPlan: the checks that settle each operation for the static ranks, and the run on plain numbers.
 #include "interpreter/scalarplan.h"
 
+#include <algorithm>
+
 #include "interpreter/evalval.h"
 #include "interpreter/operator.h"
 #include "interpreter/scalar.h"
 #include "interpreter/vardecl.h"
 
+// Follows the steps on a stack of static entries: the rank of each, whether it
+// is a variable, and how many stores the plan had made when it was read.
+class ScalarPlan::Compiler {
+public:
+    explicit Compiler(ScalarPlan& plan) : plan(plan) {}
+
+    // The operation of a step; false when there is none.
+    bool add(const EvalStep& step);
+    bool finish();
+
+private:
+    struct Entry {
+        int level;
+        bool variable;
+        int stores;
+        const String* name;  // an untouched literal's
+    };
+    bool addUnary(const EvalStep& step);
+    bool addBinary(const EvalStep& step);
+    bool addAssign(const EvalStep& step);
+    int indexOf(const EvalStep& step);
+    void push(Operation operation, Entry entry);
+    // Reads again the variable depth entries below the top when something was stored since it was read.
+    void fresh(int depth);
+
+    ScalarPlan& plan;
+    std::vector<Entry> entries;
+    int stores = 0;
+};
+
 std::unique_ptr<ScalarPlan> ScalarPlan::compile(const std::vector<EvalStep>& steps) {
     std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
-    std::vector<int> levels;
+    Compiler compiler(*plan);
     for (const EvalStep& step : steps)
-        if (!plan->add(step, levels) || levels.size() > MAX_DEPTH || plan->variables.size() > MAX_VARIABLES)
-            return 0;
-    if (levels.empty()) return 0;
+        if (!compiler.add(step)) return 0;
+    if (!compiler.finish()) return 0;
     return plan;
 }
 
-int ScalarPlan::indexOf(const EvalStep& step) {
+Variable* const* ScalarPlan::keepPlaces(std::uint64_t mark, Variable* const* found) const {
+    std::copy(found, found + variables.size(), places);
+    placesMark = mark;
+    return places;
+}
+
+int ScalarPlan::Compiler::indexOf(const EvalStep& step) {
+    std::vector<Used>& variables = plan.variables;
     for (std::size_t i = 0; i < variables.size(); ++i)
         if (variables[i].declaration == step.node) return int(i);
     variables.push_back(Used{static_cast<VarDeclare*>(step.node), step.type});
     return int(variables.size()) - 1;
 }
 
-// The operators are tried on sample values of the ranks: the scalars' own
-// rules tell whether the classes answer and what rank comes out.
-bool ScalarPlan::add(const EvalStep& step, std::vector<int>& levels) {
-    Operation operation{Operation::LOAD, false, step.level, step.code, 0, step.value, 0};
+void ScalarPlan::Compiler::push(Operation operation, Entry entry) {
+    plan.operations.push_back(operation);
+    entries.push_back(entry);
+}
+
+void ScalarPlan::Compiler::fresh(int depth) {
+    Entry& entry = entries[entries.size() - 1 - size_t(depth)];
+    if (!entry.variable || entry.stores == stores) return;
+    plan.operations.push_back(Operation{Operation::RELOAD, false, entry.level, 0, depth, 0.0, 0});
+    entry.stores = stores;
+}
+
+bool ScalarPlan::Compiler::add(const EvalStep& step) {
+    Operation operation{Operation::LOAD, false, step.level, 0, 0, step.value, 0};
     if (step.kind == EvalStep::VARIABLE && step.level != 0) {
         operation.index = indexOf(step);
-        levels.push_back(step.level);
+        push(operation, Entry{step.level, true, stores, 0});
     } else if (step.kind == EvalStep::NUMBER) {
         operation.kind = Operation::NUMBER;
-        operation.name = &static_cast<Variable*>(step.node)->getName();
-        levels.push_back(step.level);
-    } else if (step.kind == EvalStep::UNARY && !levels.empty()) {
-        ScalarValue result;
-        bool stores;
-        double stored;
-        operation.kind = Operation::UNARY;
-        operation.level = levels.back();
-        if (!ScalarVar::unaryOperation(step.code, {operation.level, 1.0}, result, stores, stored))
-            return false;
-        levels.back() = result.level;
-    } else if (step.kind == EvalStep::BINARY && levels.size() >= 2) {
-        int right = levels.back();
-        levels.pop_back();
-        int left = levels.back();
-        if (Operator::isAssign(step.code)) {
-            double stored;
-            operation.kind = Operation::ASSIGN;
-            operation.level = left;
-            operation.integer = left != ScalarVar::FLOAT_LEVEL;
-            if (right > left || !ScalarVar::assigned(step.code, left, 1.0, 1.0, stored)) return false;
-        } else {
-            ScalarValue result;
-            int own = right > left ? right : left;
-            operation.kind = Operation::BINARY;
-            operation.integer = own != ScalarVar::FLOAT_LEVEL;
-            if (!ScalarVar::operate(step.code, own, 1.0, 1.0, result)) return false;
-            operation.level = result.level;
-            levels.back() = result.level;
-        }
+        push(operation, Entry{step.level, false, stores, &static_cast<Variable*>(step.node)->getName()});
+    } else if (step.kind == EvalStep::UNARY && !entries.empty()) {
+        return addUnary(step);
+    } else if (step.kind == EvalStep::BINARY && entries.size() >= 2) {
+        return Operator::isAssign(step.code) ? addAssign(step) : addBinary(step);
     } else {
         return false;
     }
-    operations.push_back(operation);
+    return entries.size() <= MAX_DEPTH && plan.variables.size() <= MAX_VARIABLES;
+}
+
+// The scalars' own rules, tried on a sample value, tell whether the class answers and the rank that
+// comes out; an increment or a decrement is computed by the function of + or -.
+bool ScalarPlan::Compiler::addUnary(const EvalStep& step) {
+    int level = entries.back().level;
+    ScalarValue result;
+    bool storing;
+    double stored;
+    if (!ScalarVar::unaryOperation(step.code, {level, 1.0}, result, storing, stored)) return false;
+    fresh(0);
+    Operation operation{Operation::UNARY, false, level, step.code, 0, 0.0, 0};
+    if (storing) {
+        bool up = step.code == OP_PRE_INC || step.code == OP_POST_INC;
+        operation.kind = Operation::STEP;
+        operation.before = step.code == OP_PRE_INC || step.code == OP_PRE_DEC;
+        operation.apply = scalarops::applyOf(up ? OP_ADD : OP_SUB, level, level != ScalarVar::FLOAT_LEVEL);
+        if (!operation.apply) return false;
+        ++stores;
+    }
+    plan.operations.push_back(operation);
+    entries.back() = Entry{result.level, false, stores, 0};
+    return true;
+}
+
+bool ScalarPlan::Compiler::addBinary(const EvalStep& step) {
+    int right = entries.back().level;
+    int left = entries[entries.size() - 2].level;
+    int own = right > left ? right : left;
+    ScalarValue result;
+    if (!ScalarVar::operate(step.code, own, 1.0, 1.0, result)) return false;
+    scalarops::Apply apply = scalarops::applyOf(step.code, result.level, own != ScalarVar::FLOAT_LEVEL);
+    if (!apply) return false;
+    fresh(1);
+    fresh(0);
+    plan.operations.push_back(Operation{Operation::BINARY, false, result.level, step.code, 0, 0.0, apply});
+    entries.pop_back();
+    entries.back() = Entry{result.level, false, stores, 0};
+    return true;
+}
+
+// The target takes a value of a rank not above its own; a compound assignment reads the target
+// when it stores.
+bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
+    int right = entries.back().level;
+    Entry& target = entries[entries.size() - 2];
+    double stored;
+    if (right > target.level || !ScalarVar::assigned(step.code, target.level, 1.0, 1.0, stored)) return false;
+    Operation operation{Operation::ASSIGN, false, target.level, step.code, 0, 0.0, 0};
+    if (step.code != OP_ASSIGN) {
+        operation.kind = Operation::COMPOUND;
+        operation.apply = scalarops::applyOf(Operator::assignedOperation(step.code), target.level,
+                                             target.level != ScalarVar::FLOAT_LEVEL);
+        if (!operation.apply) return false;
+    }
+    fresh(0);
+    plan.operations.push_back(operation);
+    ++stores;
+    target.stores = stores;
+    target.name = 0;
+    entries.pop_back();
+    return true;
+}
+
+bool ScalarPlan::Compiler::finish() {
+    if (entries.empty()) return false;
+    plan.resultLevel = entries.back().level;
+    plan.resultName = entries.back().name;
     return true;
 }
 
 namespace {
 
-// An entry of the stack: a variable, read when it is used, or a number.
+// An entry of the stack: its value, and the variable it was read from, if any.
 struct Entry {
     double value;
     Variable* variable;
-    int level;
-    const String* name;
-
-    double read() const { return variable ? EvalValue::valueOf(variable, level) : value; }
-    void store(double x) {
-        if (variable)
-            EvalValue::setValueOf(variable, level, x);
-        else
-            value = x;
-    }
 };
+
+void store(Entry& target, int level, double x) {
+    target.value = x;
+    if (target.variable) EvalValue::setValueOf(target.variable, level, x);
+}
 
 }  // namespace
 
@@ -94,44 +180,55 @@ void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
     int top = -1;
     for (const Operation& operation : operations) {
         switch (operation.kind) {
-            case Operation::LOAD:
-                stack[++top] = Entry{0.0, found[operation.index], operation.level, 0};
+            case Operation::LOAD: {
+                Variable* variable = found[operation.index];
+                stack[++top] = Entry{EvalValue::valueOf(variable, operation.level), variable};
                 break;
+            }
             case Operation::NUMBER:
-                stack[++top] = Entry{operation.value, 0, operation.level, operation.name};
+                stack[++top] = Entry{operation.value, 0};
                 break;
+            case Operation::RELOAD: {
+                Entry& entry = stack[top - operation.index];
+                entry.value = EvalValue::valueOf(entry.variable, operation.level);
+                break;
+            }
             case Operation::UNARY: {
-                Entry& operand = stack[top];
                 ScalarValue value;
                 bool stores;
                 double stored;
-                ScalarVar::unaryOperation(operation.code, {operand.level, operand.read()}, value, stores,
+                ScalarVar::unaryOperation(operation.code, {operation.level, stack[top].value}, value, stores,
                                           stored);
-                if (stores) operand.store(stored);
-                operand = Entry{value.value, 0, value.level, 0};
+                stack[top] = Entry{value.value, 0};
                 break;
             }
-            case Operation::BINARY: {
-                Entry& left = stack[top - 1];
-                double x =
-                    ScalarVar::compute(operation.code, left.read(), stack[top].read(), operation.integer);
-                left = Entry{ScalarVar::fitTo(operation.level, x), 0, operation.level, 0};
+            case Operation::STEP: {
+                Entry& operand = stack[top];
+                double before = operand.value;
+                double after = operation.apply(before, 1.0);
+                if (operand.variable) EvalValue::setValueOf(operand.variable, operation.level, after);
+                operand = Entry{operation.before ? after : before, 0};
+                break;
+            }
+            case Operation::BINARY:
+                stack[top - 1] = Entry{operation.apply(stack[top - 1].value, stack[top].value), 0};
                 --top;
                 break;
-            }
-            case Operation::ASSIGN: {
+            case Operation::ASSIGN:
+                store(stack[top - 1], operation.level, ScalarVar::fitTo(operation.level, stack[top].value));
+                --top;
+                break;
+            case Operation::COMPOUND: {
                 Entry& target = stack[top - 1];
-                double r = stack[top].read();
-                if (operation.code != OP_ASSIGN)
-                    r = ScalarVar::compute(Operator::assignedOperation(operation.code), target.read(), r,
-                                           operation.integer);
-                target.store(ScalarVar::fitTo(operation.level, r));
+                double current =
+                    target.variable ? EvalValue::valueOf(target.variable, operation.level) : target.value;
+                store(target, operation.level, operation.apply(current, stack[top].value));
                 --top;
                 break;
             }
         }
     }
     const Entry& last = stack[top];
-    result = last.variable ? EvalValue::ofScalar(last.variable, last.level)
-                           : EvalValue::of(ScalarValue{last.level, last.value}, last.name);
+    result = last.variable ? EvalValue::ofScalar(last.variable, resultLevel)
+                           : EvalValue::of(ScalarValue{resultLevel, last.value}, resultName);
 }

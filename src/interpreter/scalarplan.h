@@ -3,10 +3,12 @@
 #define INTERPRETER_SCALARPLAN_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "interpreter/evalstep.h"
+#include "interpreter/scalarapply.h"
 
 class Class;
 class EvalValue;
@@ -16,10 +18,12 @@ class Variable;
 
 // The plan of an expression whose elements are all variables of the scalar
 // classes, scalar literals, and operators that those classes answer directly
-// for the ranks of the declarations: the rank of each result and the way it
-// is computed are settled when the plan is made. Running it reads and stores
-// the variables in place, in the order of the postfix elements, and makes no
-// value. A variable is read when an operator takes it, as the values do.
+// for the ranks of the declarations: the rank of each result and the function
+// that computes it are settled when the plan is made. Running it reads and
+// stores the variables in place, in the order of the postfix elements, and
+// makes no value. A variable's value is read when it is named, and read again
+// before an operator takes it if something was stored in between, so that an
+// operator sees what the values would.
 class ScalarPlan {
 public:
     enum { MAX_VARIABLES = 16, MAX_DEPTH = 32 };
@@ -31,31 +35,38 @@ public:
     std::size_t variableCount() const { return variables.size(); }
     VarDeclare* variable(std::size_t i) const { return variables[i].declaration; }
     const Class* variableClass(std::size_t i) const { return variables[i].type; }
+    // The variables found for the executer's mark of places, or null when the last ones were found
+    // under another mark.
+    Variable* const* placesFor(std::uint64_t mark) const { return mark == placesMark ? places : 0; }
+    // Keeps found, variableCount() of them, as the variables under mark.
+    Variable* const* keepPlaces(std::uint64_t mark, Variable* const* found) const;
     // Runs on the variables found for variable(i): the result is the last
     // variable assigned or named, or a number.
     void run(Variable* const* found, EvalValue& result) const;
 
 private:
     struct Operation {
-        enum Kind : unsigned char { LOAD, NUMBER, UNARY, BINARY, ASSIGN };
+        enum Kind : unsigned char { LOAD, NUMBER, RELOAD, UNARY, STEP, BINARY, ASSIGN, COMPOUND };
         Kind kind;
-        bool integer;        // BINARY, ASSIGN: computed as integers
-        int level;           // LOAD, NUMBER, UNARY, ASSIGN: the operand's rank; BINARY: the result's
-        int code;            // the operator
-        int index;           // LOAD: the variable
-        double value;        // NUMBER
-        const String* name;  // NUMBER: the literal's name
+        bool before;   // STEP: the variable's new value is the result (++i, --i)
+        int level;     // LOAD, RELOAD, UNARY, STEP, ASSIGN, COMPOUND: the variable's or operand's rank
+        int code;      // UNARY: the operator
+        int index;     // LOAD: the variable; RELOAD: the entry's depth below the top
+        double value;  // NUMBER; STEP: +1 or -1
+        scalarops::Apply apply;  // STEP, BINARY, COMPOUND
     };
     struct Used {
         VarDeclare* declaration;
         const Class* type;
     };
-    // The operation of a step, and the rank it leaves on top of levels; false when there is none.
-    bool add(const EvalStep& step, std::vector<int>& levels);
-    int indexOf(const EvalStep& step);
+    class Compiler;
 
     std::vector<Operation> operations;
     std::vector<Used> variables;
+    int resultLevel = 0;
+    const String* resultName = 0;  // a literal's name, when the result is that literal
+    mutable std::uint64_t placesMark = 0;
+    mutable Variable* places[MAX_VARIABLES];
 };
 
 #endif
