@@ -1,8 +1,8 @@
 // The evaluator's own paths for scalars: wrap-around, conversions at the edges of
 // int, char and float, variables read when an operator takes them, returned
 // scalars named after their type, shadowed names, reference parameters, arguments bound to the values of
-// finished calls, a loop's scope emptied between passes, failures, and a listener that appears while a loop
-// runs.
+// finished calls, a loop's scope emptied between passes, places of variables kept across passes and calls,
+// failures, and a listener that appears while a loop runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -149,6 +149,31 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "1.5 3 5 3 5 3 1.5 4.5 5"},
+    // Places kept by the plans between passes: a name shadowed by a block of one pass, a call
+    // made inside the loop, a reference bound to another variable at each call.
+    {"int g = 1;\n"
+     "void add(int& r, int n) { for (int i = 0; i < n; i++) r = r + 1; }\n"
+     "int sum(int n) {\n"
+     "    int s = 0;\n"
+     "    for (int i = 1; i <= n; i++) { s = s + i; if (i == n && n > 1) s = s + sum(n - 1); }\n"
+     "    return s;\n"
+     "}\n"
+     "int main() {\n"
+     "    int x = 1, s = 0, l = 10;\n"
+     "    for (int i = 0; i < 3; i++) {\n"
+     "        s = s + x;\n"
+     "        if (i == 1) { int x = 100; s = s + x; }\n"
+     "        s = s + x;\n"
+     "        int y = i * 1000;\n"
+     "        s += y;\n"
+     "    }\n"
+     "    add(g, 2);\n"
+     "    add(l, 3);\n"
+     "    add(g, 1);\n"
+     "    cout << s << \" \" << sum(4) << \" \" << g << \" \" << l;\n"
+     "    return 0;\n"
+     "}\n",
+     "3106 20 4 13"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
