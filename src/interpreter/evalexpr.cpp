@@ -1,5 +1,4 @@
-// Executer: postfix evaluation on a stack of registers or by a plan of scalars, truth of conditions, calls
-// and argument binding.
+// Executer: postfix evaluation on a stack of registers or by a plan of scalars, and truth of conditions.
 #include <memory>
 #include <new>
 #include <vector>
@@ -125,6 +124,14 @@ const std::vector<EvalStep>& stepsOf(const Expression* expression) {
 
 }  // namespace
 
+inline Variable* Executer::slotOf(VarDeclare* declaration) {
+    int level = declaration->getLevel();
+    int index = declaration->getIndex();
+    Object* found = level < 0 ? globals.atInline(index)
+                              : static_cast<OrderedCltn*>(currentFrame().atInline(level))->atInline(index);
+    return static_cast<Variable*>(found);
+}
+
 // A plan is made with the steps, on the first evaluation; one that did not fit is not tried again.
 void Executer::evalValue(Expression* expression, EvalValue& result) {
     const ScalarPlan* plan = expression->scalarPlan();
@@ -165,14 +172,15 @@ bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
 }
 
 Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
-    Variable* variables[ScalarPlan::MAX_VARIABLES];
+    Variable** variables = plan.placesToFill();
     for (size_t i = 0; i < plan.variableCount(); ++i) {
         Variable* variable = slotOf(plan.variable(i));
         if (variable->isA() != plan.variableClass(i)) variable = Variable::dereference(variable);
         if (variable->isA() != plan.variableClass(i)) return 0;
         variables[i] = variable;
     }
-    return plan.keepPlaces(placeMark, variables);
+    plan.keptUnder(placeMark);
+    return variables;
 }
 
 // A variable is reached by its place; a member or a method waits for its operator.
@@ -216,7 +224,7 @@ void Executer::findPlace(const EvalStep& step) {
     Variable* found = slotOf(static_cast<VarDeclare*>(step.node));
     if (found->isA() != step.type) found = Variable::dereference(found);
     step.place = found;
-    step.placeLevel = found->isA() == step.type ? step.level : EvalValue::levelOf(found);
+    step.placeLevel = found->isA() == step.type ? step.level : ScalarVar::rankOf(found);
     step.placeMark = placeMark;
 }
 
@@ -351,95 +359,4 @@ int Executer::evalBool(Expression* expression, int emptyAllowed) {
     ValueGuard converted(new CharVar);
     assign(converted.get(), v);
     return static_cast<CharVar*>(converted.get())->getValue() != 0;
-}
-
-Variable* Executer::slotOf(VarDeclare* declaration) {
-    int level = declaration->getLevel();
-    int index = declaration->getIndex();
-    Object* found = level < 0 ? globals.atInline(index)
-                              : static_cast<OrderedCltn*>(currentFrame().atInline(level))->atInline(index);
-    return static_cast<Variable*>(found);
-}
-
-// The arguments are evaluated in the caller's frame, first to last, before the
-// callee's frame is pushed. A scalar returned stays out of the heap.
-void Executer::callFunction(FuncCall* call, EvalValue& result) {
-    if (stopped) return;
-    FuncDeclare* function = call->getFunction();
-    if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) {
-        result = EvalValue::owned(callBuiltin(call));
-        return;
-    }
-    notify(call);
-    if (stackNearlyFull())
-        runtimeError(formatText("Recursion too deep: %s called at depth %u, the stack is exhausted",
-                                function->getName().asCharPointer(), unsigned(frames.size())),
-                     call);
-    OrderedCltn* scope = newList();
-    bool bound;
-    try {
-        bound = bindArguments(function, call, *scope);
-    } catch (...) {
-        destroyScope(scope);
-        throw;
-    }
-    if (!bound) {
-        destroyScope(scope);
-        return;
-    }
-    Variable* returned = runStatements(function, scope, false);
-    if (returned == RETURNED_SCALAR)
-        result = EvalValue::of(ScalarValue{returnedLevel, returnedValue}, returnedName);
-    else
-        result = EvalValue::owned(returned);
-}
-
-Variable* Executer::callBuiltin(FuncCall* call) {
-    FuncDeclare* function = call->getFunction();
-    OrderedCltn arguments;
-    ContentsGuard guard(arguments);
-    if (!bindArguments(function, call, arguments)) return 0;
-    return findBuiltin(function->getName())(*this, function->getName(), arguments);
-}
-
-// A scalar goes to a new value of the parameter's class when that class takes
-// it as it stands; other values are assigned to a copy of the parameter's type.
-bool Executer::bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values) {
-    for (int i = 0; i < function->argumentCount(); ++i) {
-        EvalValue held;
-        EvalValueGuard guard(held);
-        evalValue(call->getExpression(i), held);
-        if (held.empty()) return false;
-        VarDeclare* parameter = function->getArgument(i);
-        if (parameter->isRef()) {
-            Variable* value = held.release();
-            value->setName(parameter->getName());
-            addOwned(values, value);
-            if (!value->isKindOf(class_VarReference))
-                runtimeError("A left-value element must used to assign to a reference", 0);
-            continue;
-        }
-        ScalarValue scalar;
-        if (convertScalar(held, parameter->getType(), scalar)) {
-            addOwned(values, scalars.take(scalar.level, scalar.value, parameter->getName()));
-            continue;
-        }
-        ValueGuard value(held.release());
-        Variable* bound = parameter->getType()->clone();
-        bound->setName(parameter->getName());
-        values.add(*bound);
-        assign(bound, value.get());
-    }
-    return true;
-}
-
-// What a copy of type assigned from the scalar would hold: a scalar class
-// takes a float or any scalar of a rank not above its own. False for any other case.
-bool Executer::convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted) {
-    ScalarValue s;
-    if (type->isA()->base() != &class_ScalarVar || !value.scalar(s)) return false;
-    int level = type->getLevel();
-    if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
-    converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
-    return true;
 }

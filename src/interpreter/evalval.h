@@ -39,11 +39,7 @@ public:
         return v;
     }
     // A variable of a scope, by its place.
-    static EvalValue of(Variable* found) { return ofScalar(found, levelOf(found)); }
-    // The rank of a scalar's class, 0 for a value of any other class.
-    static int levelOf(Variable* found) {
-        return found->isA()->base() == &class_ScalarVar ? found->getLevel() : 0;
-    }
+    static EvalValue of(Variable* found) { return ofScalar(found, ScalarVar::rankOf(found)); }
     // A variable of a scope: a scalar of the class of that rank, anything else with rank 0.
     static EvalValue ofScalar(Variable* found, int level) {
         EvalValue v;

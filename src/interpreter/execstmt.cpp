@@ -191,7 +191,8 @@ bool Executer::needsScope(Statement* statement) {
 // A value of the declared type goes back as it stands, a reference as a copy
 // of what it refers to, which dies with the frame; another type is converted.
 // A scalar is always copied: it may alias an element of a matrix of the frame;
-// it is left in the executer, converted, behind the marker RETURNED_SCALAR.
+// it is left in the executer, converted, behind the marker RETURNED_SCALAR. The return type is that of
+// the function of the innermost frame.
 Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType) {
     notify(statement);
     Variable* voidType = Variable::voidType();
@@ -208,7 +209,7 @@ Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType)
     if (held.empty()) return 0;
     if (returnType == voidType) runtimeError(String("Expected void, was") + held.box()->getType(), statement);
     ScalarValue scalar;
-    if (convertScalar(held, returnType, scalar)) {
+    if (convertScalar(held, callees.back()->returnLevel(), scalar)) {
         returnedLevel = scalar.level;
         returnedValue = scalar.value;
         returnedName = &returnType->getName();

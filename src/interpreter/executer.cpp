@@ -50,6 +50,11 @@ Executer::~Executer() noexcept(false) {
     destroyFrames();
     destroyGlobals();
     for (OrderedCltn* list : spareLists) delete list;
+    forgetParameters();
+    for (SpareFrame& spare : spareFrames) {
+        delete spare.frame->first();
+        delete spare.frame;
+    }
 }
 
 // --- Entries ---
@@ -66,9 +71,7 @@ String Executer::caughtMessage(TarnException* e) {
 }
 
 String Executer::run(String& message, int& stoppedResult) {
-    stopped = 0;
-    errorFlag = 0;
-    errorLocated = 0;
+    startRun();
     destroyGlobals();
     message = "";
     FuncDeclare* main = parser->findMain(1);
@@ -92,9 +95,7 @@ String Executer::run(String& message, int& stoppedResult) {
 
 Variable* Executer::callFunction(FuncDeclare* function, OrderedCltn& arguments, String& message,
                                  int& stoppedResult) {
-    stopped = 0;
-    errorFlag = 0;
-    errorLocated = 0;
+    startRun();
     message = "";
     Variable* result = 0;
     try {
@@ -122,9 +123,7 @@ Variable* Executer::callFunction(FuncDeclare* function, OrderedCltn& arguments, 
 }
 
 String Executer::evaluate(const String& source, const String& text) {
-    stopped = 0;
-    errorFlag = 0;
-    errorLocated = 0;
+    startRun();
     try {
         if (!source.isEqual(sourceText) || (sourceText.size() == 0 && globals.size() == 0)) {
             clear();
@@ -162,6 +161,7 @@ void Executer::keepResidentVariables(OrderedCltn* scope) {
 }
 
 void Executer::clear() {
+    forgetParameters();
     destroyGlobals();
     sourceText = "";
     parser->reset();
@@ -187,9 +187,30 @@ String Executer::printVariable(const String& name) {
     return name + " = \"" + v->getValueString() + "\"";
 }
 
+// The functions called last may have been parsed anew since.
+void Executer::startRun() {
+    stopped = 0;
+    errorFlag = 0;
+    errorLocated = 0;
+    forgetParameters();
+}
+
 // --- Frames and globals ---
 
 void Executer::movePlaces() { placeMark = ++lastPlaceMark; }
+
+namespace {
+
+// Only the used part of a list goes back to nil, which is all a short list needs: the rest already holds nil.
+void clearList(OrderedCltn* list) {
+    enum { SHORT_LIST = 4 };
+    if (list->size() > SHORT_LIST)
+        list->removeAll();
+    else
+        while (list->size() > 0) list->removeLast();
+}
+
+}  // namespace
 
 // Emptied scopes and frames are kept for reuse: a loop opens a scope on every pass.
 OrderedCltn* Executer::newList() {
@@ -200,7 +221,7 @@ OrderedCltn* Executer::newList() {
 }
 
 void Executer::releaseList(OrderedCltn* list) {
-    if (list->size() > 0) list->removeAll();
+    clearList(list);
     if (spareLists.size() < SPARE_LISTS)
         spareLists.push_back(list);
     else
@@ -213,7 +234,7 @@ void Executer::emptyScope(OrderedCltn* scope) {
         Variable* value = static_cast<Variable*>(scope->at(i));
         if (!scalars.keep(value)) ValueGuard::destroy(value);
     }
-    if (scope->size() > 0) scope->removeAll();
+    clearList(scope);
 }
 
 void Executer::destroyScope(OrderedCltn* scope) {
@@ -224,6 +245,49 @@ void Executer::destroyScope(OrderedCltn* scope) {
 void Executer::destroyFrame(OrderedCltn* frame) {
     for (int i = int(frame->size()) - 1; i >= 0; --i) destroyScope(static_cast<OrderedCltn*>(frame->at(i)));
     releaseList(frame);
+}
+
+// A recursion releases its frames in the order it takes them: the last one kept is its own.
+OrderedCltn* Executer::newFrame(FuncDeclare* function) {
+    if (spareFrames.empty()) {
+        OrderedCltn* frame = newList();
+        frame->add(*newList());
+        return frame;
+    }
+    SpareFrame spare = spareFrames.back();
+    spareFrames.pop_back();
+    if (spare.function != function) emptyScope(static_cast<OrderedCltn*>(spare.frame->first()));
+    return spare.frame;
+}
+
+void Executer::releaseFrame(OrderedCltn* frame, FuncDeclare* function) {
+    while (frame->size() > 1) destroyScope(static_cast<OrderedCltn*>(frame->removeLast()));
+    OrderedCltn* scope = static_cast<OrderedCltn*>(frame->first());
+    if (function && !keepsParameters(function, *scope)) function = 0;
+    if (!function) emptyScope(scope);
+    if (spareFrames.size() < SPARE_LISTS)
+        spareFrames.push_back(SpareFrame{frame, function});
+    else
+        destroyFrame(frame);
+}
+
+bool Executer::keepsParameters(FuncDeclare* function, const OrderedCltn& scope) {
+    int count = function->argumentCount();
+    if (count > MAX_KEPT_PARAMETERS || int(scope.size()) != count) return false;
+    for (int i = 0; i < count; ++i) {
+        VarDeclare* parameter = function->getArgument(i);
+        Variable* value = static_cast<Variable*>(scope.atInline(i));
+        int level = parameter->scalarLevel();
+        if (parameter->isRef() || level == 0 || ScalarPool::plainLevel(value) != level) return false;
+    }
+    return true;
+}
+
+void Executer::forgetParameters() {
+    for (SpareFrame& spare : spareFrames) {
+        if (spare.function) emptyScope(static_cast<OrderedCltn*>(spare.frame->first()));
+        spare.function = 0;
+    }
 }
 
 OrderedCltn& Executer::currentFrame() const { return *lastFrame; }
@@ -273,16 +337,18 @@ void Executer::makeGlobals() {
 }
 
 Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
-    Variable* result = runStatements(function, scope, keepScope);
+    OrderedCltn* frame = newList();
+    frame->add(*scope);
+    Variable* result = runStatements(function, frame);
+    if (keepScope) frame->removeFirst();
+    destroyFrame(frame);
     if (result != RETURNED_SCALAR) return result;
     std::unique_ptr<Variable> value(ScalarVar::makeOfLevel(returnedLevel, returnedValue));
     value->setName(*returnedName);
     return value.release();
 }
 
-Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
-    OrderedCltn* frame = newList();
-    frame->add(*scope);
+Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* frame) {
     frames.push_back(frame);
     lastFrame = frame;
     callees.push_back(function);
@@ -295,8 +361,6 @@ Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* scope, boo
     lastFrame = frames.empty() ? 0 : frames.back();
     callees.pop_back();
     movePlaces();
-    if (keepScope) frame->removeFirst();
-    destroyFrame(frame);
     if (!stopped) return result;
     if (result != RETURNED_SCALAR) ValueGuard::destroy(result);
     return 0;

@@ -137,9 +137,10 @@ private:
     void unaryOnValue(EvalValue& value, int code);
     bool binaryOnScalars(EvalState& state, int code);
     void finishOperation(EvalState& state, Variable* result);
-    // What a new value of type assigned from the scalar would hold; false when either
-    // is no scalar or the conversion goes through the values.
-    static bool convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted);
+    // What a new value of the scalar class of rank level assigned from the scalar would hold; false
+    // when either is no scalar (level 0 for a type of another class) or the conversion goes through the
+    // values.
+    static bool convertScalar(const EvalValue& value, int level, ScalarValue& converted);
     // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
     int evalBool(Expression* expression, int emptyAllowed);
     // What the declaration's place holds: a reference parameter's reference as it stands.
@@ -147,15 +148,20 @@ private:
     void callFunction(FuncCall* call, EvalValue& result);
     Variable* callBuiltin(FuncCall* call);
     static BuiltinFunction findBuiltin(const String& name);
-    // Evaluates the call's arguments in the present frame into values: a
+    // Evaluates the call's arguments from the one numbered from in the present frame into values: a
     // reference as it stands, renamed after its parameter; a value assigned to a
     // new variable of the parameter's type. False when a value was missing.
-    bool bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values);
+    bool bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values, int from = 0);
+    void bindArgument(VarDeclare* parameter, EvalValue& held, OrderedCltn& values);
+    // The same into a scope that holds the parameters of the function's last call, which keepsParameters
+    // accepted.
+    bool rebindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& scope);
     // Runs the statements in a new frame whose first scope is scope; the frame goes
     // with its values, except scope itself when keepScope is set. Answers the result.
     Variable* runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
-    // The same, a scalar returned being left behind RETURNED_SCALAR.
-    Variable* runStatements(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
+    // Runs the statements in frame, pushed for the time of the run; a scalar returned is left
+    // behind RETURNED_SCALAR.
+    Variable* runStatements(FuncDeclare* function, OrderedCltn* frame);
     void keepResidentVariables(OrderedCltn* scope);
 
     // --- Frames (executer.cpp) ---
@@ -164,6 +170,19 @@ private:
     void movePlaces();
     OrderedCltn* newList();
     void releaseList(OrderedCltn* list);
+    // A frame for a call of function: its first scope is empty, or holds the parameters of the
+    // function's last call.
+    OrderedCltn* newFrame(FuncDeclare* function);
+    // The frame's values go, but for the parameters of function (null for none) when keepsParameters
+    // accepts them; the frame is kept with its first scope for the next call.
+    void releaseFrame(OrderedCltn* frame, FuncDeclare* function);
+    // Whether scope holds plain scalars for the function's parameters, all of scalar classes, few enough
+    // to be bound again in place.
+    static bool keepsParameters(FuncDeclare* function, const OrderedCltn& scope);
+    // The parameters kept in spare frames go: the functions may be parsed anew.
+    void forgetParameters();
+    // The flags of a run cleared, before a run, a call from outside or a resident line.
+    void startRun();
     void emptyScope(OrderedCltn* scope);
     void destroyScope(OrderedCltn* scope);
     void destroyFrame(OrderedCltn* frame);
@@ -189,15 +208,22 @@ private:
     OrderedCltn builtins;                  // FuncDeclare, owned by the parser
     std::int32_t errorLocated;             // the error on its way out already names its statement
     std::vector<OrderedCltn*> spareLists;  // emptied scopes and frames, for reuse; owned
-    ScalarPool scalars;                    // scalars of emptied scopes, for the next arguments
-    OrderedCltn* lastFrame;                // the last of frames, null without one
+    // Frames of finished calls, each with its first scope, and the function whose parameters that scope
+    // holds, or null; owned.
+    struct SpareFrame {
+        OrderedCltn* frame;
+        FuncDeclare* function;
+    };
+    std::vector<SpareFrame> spareFrames;
+    ScalarPool scalars;      // scalars of emptied scopes, for the next arguments
+    OrderedCltn* lastFrame;  // the last of frames, null without one
     // What the last return statement left behind RETURNED_SCALAR: the scalar, converted, and
     // the name of the function's type, which the value takes should it be made.
     int returnedLevel;
     double returnedValue;
     const String* returnedName;
     static Variable* const RETURNED_SCALAR;
-    enum { SPARE_LISTS = 64 };
+    enum { SPARE_LISTS = 64, MAX_KEPT_PARAMETERS = 8 };
 };
 
 #endif

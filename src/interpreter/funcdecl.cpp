@@ -5,6 +5,7 @@
 
 #include "interpreter/cleanup.h"
 #include "interpreter/expressn.h"
+#include "interpreter/scalar.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
 
@@ -14,10 +15,15 @@ DEFINE_CLASS(MethodCall, FuncCall, 1, 0)
 
 // --- FuncDeclare ---
 
-FuncDeclare::FuncDeclare() : returnType(0), arguments(0) {}
+FuncDeclare::FuncDeclare() : returnType(0), arguments(0), returnTypeLevel(-1) {}
 
 FuncDeclare::FuncDeclare(const String& name, int line, Variable* returnType, OrderedCltn* arguments)
-    : CodeElement(name, line), returnType(returnType), arguments(arguments) {}
+    : CodeElement(name, line), returnType(returnType), arguments(arguments), returnTypeLevel(-1) {}
+
+int FuncDeclare::findReturnLevel() const {
+    returnTypeLevel = ScalarVar::rankOf(returnType);
+    return returnTypeLevel;
+}
 
 FuncDeclare::~FuncDeclare() noexcept(false) {
     ListDeleter()(arguments);

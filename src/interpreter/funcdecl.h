@@ -17,6 +17,8 @@ public:
     ~FuncDeclare() noexcept(false) override;
 
     Variable* getType() const override { return returnType; }
+    // The rank of the return type's class when it is char, int or float, 0 for any other; found once.
+    int returnLevel() const { return returnTypeLevel >= 0 ? returnTypeLevel : findReturnLevel(); }
     bool hasArguments() const { return argumentCount() > 0; }
     int argumentCount() const { return arguments ? int(arguments->size()) : 0; }
     Variable* getArgumentType(int i) const;
@@ -34,9 +36,12 @@ public:
     void printOn(std::ostream& os) const override;
 
 private:
-    Variable* returnType;    // a prototype, not owned
-    OrderedCltn* arguments;  // VarDeclare, owned; may be null
-    OrderedCltn code;        // owned statements
+    int findReturnLevel() const;
+
+    Variable* returnType;                  // a prototype, not owned
+    OrderedCltn* arguments;                // VarDeclare, owned; may be null
+    OrderedCltn code;                      // owned statements
+    mutable std::int32_t returnTypeLevel;  // -1 until found
 };
 
 class FuncCall : public CodeElement {

@@ -1,8 +1,6 @@
 // ScalarPlan: the checks that settle each operation for the static ranks, and the run on plain numbers.
 #include "interpreter/scalarplan.h"
 
-#include <algorithm>
-
 #include "interpreter/evalval.h"
 #include "interpreter/operator.h"
 #include "interpreter/scalar.h"
@@ -45,12 +43,6 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compile(const std::vector<EvalStep>& ste
         if (!compiler.add(step)) return 0;
     if (!compiler.finish()) return 0;
     return plan;
-}
-
-Variable* const* ScalarPlan::keepPlaces(std::uint64_t mark, Variable* const* found) const {
-    std::copy(found, found + variables.size(), places);
-    placesMark = mark;
-    return places;
 }
 
 int ScalarPlan::Compiler::indexOf(const EvalStep& step) {

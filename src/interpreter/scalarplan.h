@@ -38,8 +38,12 @@ public:
     // The variables found for the executer's mark of places, or null when the last ones were found
     // under another mark.
     Variable* const* placesFor(std::uint64_t mark) const { return mark == placesMark ? places : 0; }
-    // Keeps found, variableCount() of them, as the variables under mark.
-    Variable* const* keepPlaces(std::uint64_t mark, Variable* const* found) const;
+    // Where the variables found go; they stand for the mark once keptUnder(mark).
+    Variable** placesToFill() const {
+        placesMark = 0;
+        return places;
+    }
+    void keptUnder(std::uint64_t mark) const { placesMark = mark; }
     // Runs on the variables found for variable(i): the result is the last
     // variable assigned or named, or a number.
     void run(Variable* const* found, EvalValue& result) const;

@@ -174,6 +174,19 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "3106 20 4 13"},
+    // Parameters bound again in the scalars of the function's last call: a call in an argument,
+    // conversions, and an argument that only the values convert.
+    {"int add(int a, int b) { return a + b; }\n"
+     "int code(int n, char c) { return c + n; }\n"
+     "int main() {\n"
+     "    int s = 0;\n"
+     "    for (int i = 0; i < 3; i++) s = s + add(i, add(i, 1));\n"
+     "    int v = 66;\n"
+     "    cout << s << \" \" << add(2.9, -1.5) << \" \" << code(1, 'a') << \" \" << code(2, v) << \" \" << "
+     "code(3, 'b');\n"
+     "    return 0;\n"
+     "}\n",
+     "9 1 98 68 101"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
