@@ -33,6 +33,7 @@ struct Executer::EvalState {
     VarDeclare* member = 0;
     FuncDeclare* method = 0;
     OrderedCltn* methodArguments = 0;  // a spare list of the executer
+    double* element = 0;               // the place of A(i, j), found in place of the method's arguments
 
     EvalState(Executer& executer, size_t depth)
         : executer(executer), slots(reinterpret_cast<EvalValue*>(near)) {
@@ -152,6 +153,8 @@ void Executer::evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* p
             evalBinary(state, step.code);
         else if (step.kind == EvalStep::SELECT)
             evalSelect(state);
+        else if (step.kind == EvalStep::METHOD)
+            evalMethod(state, static_cast<MethodCall*>(step.node));
         else
             evalElement(state, step);
     }
@@ -201,13 +204,6 @@ void Executer::evalElement(EvalState& state, const EvalStep& step) {
         case EvalStep::CONSTANT:
             value = EvalValue::owned(static_cast<ConstDeclare*>(step.node)->getVariable());
             break;
-        case EvalStep::METHOD: {
-            MethodCall* call = static_cast<MethodCall*>(step.node);
-            state.method = call->getFunction();
-            state.dropMethodArguments();
-            bindArguments(state.method, call, state.arguments());
-            break;
-        }
         case EvalStep::CALL:
             callFunction(static_cast<FuncCall*>(step.node), value);
             break;
@@ -256,13 +252,20 @@ void Executer::evalBinary(EvalState& state, int code) {
 // result that is the variable itself comes back as a reference to it.
 void Executer::evalSelect(EvalState& state) {
     if (state.size < 2) return;
+    if (!state.member && state.element) {
+        state.top().drop();
+        state.replaceTwo(EvalValue::at(state.element));
+        state.element = 0;
+        return;
+    }
     Variable* variable = state.below().scopeVariable();
-    if (!state.member && selectElement(state, variable)) return;
     Variable* left = variable ? variable : state.below().box();
     Variable* result;
     if (state.member) {
         result = new VarReference(left->getMemberVar(state.member));
         state.member = 0;
+    } else if (selectScalar(state, left)) {
+        return;
     } else {
         result = left->execMethodCall(state.method, state.arguments(), errorFlag);
         state.dropMethodArguments();
@@ -277,16 +280,47 @@ void Executer::evalSelect(EvalState& state) {
     finishOperation(state, result);
 }
 
-// A(i, j) on a matrix of a scope, the indices in range: the element's place, without the alias
-// that the method would make for it.
-bool Executer::selectElement(EvalState& state, Variable* variable) {
-    if (!variable || variable->isA() != &class_MatrixVar) return false;
-    double* place = static_cast<MatrixVar*>(variable)->elementPlace(state.method, state.arguments());
-    if (!place) return false;
+// A method whose result is a char, int or float answers a number, which takes the place of the two values.
+bool Executer::selectScalar(EvalState& state, Variable* receiver) {
+    ScalarValue result;
+    if (!receiver->execScalarMethod(state.method, state.arguments(), result)) return false;
     state.dropMethodArguments();
     state.top().drop();
-    state.replaceTwo(EvalValue::at(place));
+    state.below().drop();
+    state.replaceTwo(EvalValue::of(result));
     return true;
+}
+
+// The method waits for the call operator with its arguments bound, the receiver below it.
+void Executer::evalMethod(EvalState& state, MethodCall* call) {
+    Variable* receiver = state.size > 0 ? state.top().scopeVariable() : 0;
+    state.push();
+    state.method = call->getFunction();
+    state.dropMethodArguments();
+    state.element = 0;
+    if (receiver && receiver->isA() == &class_MatrixVar && call->argumentCount() == 2)
+        bindIndices(state, static_cast<MatrixVar*>(receiver), call);
+    else
+        bindArguments(state.method, call, state.arguments());
+}
+
+// A(i, j) on a matrix of a scope, the indices scalars in range: the element's place waits instead of
+// the arguments, and no alias is made for it. Otherwise the values are bound as they came.
+void Executer::bindIndices(EvalState& state, MatrixVar* matrix, MethodCall* call) {
+    EvalValue held[2];
+    EvalValueGuard first(held[0]), second(held[1]);
+    ScalarValue index[2];
+    int count = 0;
+    bool scalars = true;
+    for (; count < 2; ++count) {
+        evalValue(call->getExpression(count), held[count]);
+        if (held[count].empty()) break;
+        scalars = scalars && convertScalar(held[count], ScalarVar::INT_LEVEL, index[count]);
+    }
+    if (count == 2 && scalars)
+        state.element = matrix->elementPlace(state.method, int(index[0].value), int(index[1].value));
+    if (state.element) return;
+    for (int k = 0; k < count; ++k) bindArgument(state.method->getArgument(k), held[k], state.arguments());
 }
 
 bool Executer::unaryOnScalar(EvalValue& value, int code) {

@@ -194,9 +194,8 @@ Matrix triangularFactor(const Matrix& m) {
 
 }  // namespace
 
-double* MatrixVar::elementPlace(const FuncDeclare* method, OrderedCltn& arguments) {
+double* MatrixVar::elementPlace(const FuncDeclare* method, int i, int j) {
     if (isTemporary() || methods().codeOf(method) != element) return 0;
-    int i = argument(arguments, 0), j = argument(arguments, 1);
     if (i < 0 || j < 0 || unsigned(i) >= value.rowNumber() || unsigned(j) >= value.columnNumber()) return 0;
     return &value(unsigned(i), unsigned(j));
 }
@@ -215,18 +214,16 @@ const MethodTable& MatrixVar::methods() const {
         Algebra algebra;
         return new MatrixVar(algebra.inv(matrixOf(v).getValue()));
     });
-    table->add("rowNumber", "int", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new IntVar(int(matrixOf(v).getValue().rowNumber()));
+    table->add("rowNumber", "int", {},
+               [](Variable& v, OrderedCltn&) -> double { return int(matrixOf(v).getValue().rowNumber()); });
+    table->add("columnNumber", "int", {}, [](Variable& v, OrderedCltn&) -> double {
+        return int(matrixOf(v).getValue().columnNumber());
     });
-    table->add("columnNumber", "int", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new IntVar(int(matrixOf(v).getValue().columnNumber()));
-    });
-    table->add("norminf", "float", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new FloatVar(Algebra().normInf(matrixOf(v).getValue()));
-    });
-    table->add("norm2", "float", {}, [](Variable& v, OrderedCltn&) -> Variable* {
+    table->add("norminf", "float", {},
+               [](Variable& v, OrderedCltn&) -> double { return Algebra().normInf(matrixOf(v).getValue()); });
+    table->add("norm2", "float", {}, [](Variable& v, OrderedCltn&) -> double {
         Algebra algebra;
-        return new FloatVar(algebra.norm2(matrixOf(v).getValue()));
+        return algebra.norm2(matrixOf(v).getValue());
     });
     table->add("QR", "Matrix", {}, [](Variable& v, OrderedCltn&) -> Variable* {
         return new MatrixVar(triangularFactor(matrixOf(v).getValue()));

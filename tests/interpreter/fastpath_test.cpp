@@ -2,7 +2,8 @@
 // int, char and float, variables read when an operator takes them, returned
 // scalars named after their type, shadowed names, reference parameters, arguments bound to the values of
 // finished calls, a loop's scope emptied between passes, places of variables kept across passes and calls,
-// failures, and a listener that appears while a loop runs.
+// parameters bound again in place, numbers answered by methods, failures, and a listener that appears while
+// a loop runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -187,6 +188,24 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "9 1 98 68 101"},
+    // Numbers of methods of numeric values, and elements whose indices are floats or have effects.
+    {"int rows(Matrix& M) { return M.rowNumber() * 10 + M.columnNumber(); }\n"
+     "float at(Matrix& M, int i) { return M(i, i); }\n"
+     "int main() {\n"
+     "    Matrix A(3, 2);\n"
+     "    A(1.9, 0.2) = 5;\n"
+     "    A(2, 1) = A(1, 0) + 1;\n"
+     "    float f = A(2, 1) * A.norminf();\n"
+     "    int r = A.rowNumber();\n"
+     "    Matrix B = A * 2;\n"
+     "    int k = 0;\n"
+     "    A(k++, k++) = 7;\n"
+     "    cout << A(1, 0) << \" \" << f << \" \" << r << \" \" << rows(A) << \" \" << at(B, 0) << \" \" << k "
+     "<< \" \" "
+     "<< A(0, 1) << \" \" << B.columnNumber() + 0.5;\n"
+     "    return 0;\n"
+     "}\n",
+     "5 36 3 32 0 2 7 2.5"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
