@@ -59,10 +59,13 @@ struct Executer::EvalState {
         --size;
         top() = result;
     }
-    OrderedCltn& arguments() {
+    // The list that the method's arguments are bound to.
+    OrderedCltn& argumentsToBind() {
         if (!methodArguments) methodArguments = executer.newList();
         return *methodArguments;
     }
+    // The arguments bound, none when nothing was.
+    OrderedCltn& arguments() { return methodArguments ? *methodArguments : executer.noArguments; }
     void dropMethodArguments() {
         if (methodArguments) executer.emptyScope(methodArguments);
     }
@@ -84,6 +87,7 @@ EvalStep stepOf(Object* element) {
         step.kind = Operator::isUnary(step.code)                     ? EvalStep::UNARY
                     : step.code == OP_MEMBER || step.code == OP_CALL ? EvalStep::SELECT
                                                                      : EvalStep::BINARY;
+        if (step.kind == EvalStep::BINARY) step.scalars = scalarops::binaryOperations(step.code);
     } else if (kind == &class_VarDeclReference) {
         VarDeclare* declaration = static_cast<VarDeclReference*>(element)->getDeclaration();
         step.node = declaration;
@@ -150,7 +154,7 @@ void Executer::evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* p
         if (step.kind == EvalStep::UNARY)
             evalUnary(state, step.code);
         else if (step.kind == EvalStep::BINARY)
-            evalBinary(state, step.code);
+            evalBinary(state, step);
         else if (step.kind == EvalStep::SELECT)
             evalSelect(state);
         else if (step.kind == EvalStep::METHOD)
@@ -232,13 +236,13 @@ void Executer::evalUnary(EvalState& state, int code) {
         unaryOnValue(state.top(), code);
 }
 
-void Executer::evalBinary(EvalState& state, int code) {
+void Executer::evalBinary(EvalState& state, const EvalStep& step) {
     if (state.size < 2 || state.top().empty()) return;
-    if (binaryOnScalars(state, code)) return;
+    if (binaryOnScalars(state, step)) return;
     Variable* left = state.below().box();
     Variable* right = state.top().box();
     Variable* other = Variable::dereference(right);
-    Variable* result = left->doOperation(other, code, 0);
+    Variable* result = left->doOperation(other, step.code, 0);
     if (result == other && other != right) result = right;
     if (right == result)
         state.top() = EvalValue();
@@ -300,8 +304,8 @@ void Executer::evalMethod(EvalState& state, MethodCall* call) {
     state.element = 0;
     if (receiver && receiver->isA() == &class_MatrixVar && call->argumentCount() == 2)
         bindIndices(state, static_cast<MatrixVar*>(receiver), call);
-    else
-        bindArguments(state.method, call, state.arguments());
+    else if (call->argumentCount() > 0)
+        bindArguments(state.method, call, state.argumentsToBind());
 }
 
 // A(i, j) on a matrix of a scope, the indices scalars in range: the element's place waits instead of
@@ -320,7 +324,8 @@ void Executer::bindIndices(EvalState& state, MatrixVar* matrix, MethodCall* call
     if (count == 2 && scalars)
         state.element = matrix->elementPlace(state.method, int(index[0].value), int(index[1].value));
     if (state.element) return;
-    for (int k = 0; k < count; ++k) bindArgument(state.method->getArgument(k), held[k], state.arguments());
+    for (int k = 0; k < count; ++k)
+        bindArgument(state.method->getArgument(k), held[k], state.argumentsToBind());
 }
 
 bool Executer::unaryOnScalar(EvalValue& value, int code) {
@@ -344,24 +349,25 @@ void Executer::unaryOnValue(EvalValue& value, int code) {
 
 // An assignment leaves its target as the result, still a left value; it takes
 // a value of a rank not above the target's, the others convert through the values.
-bool Executer::binaryOnScalars(EvalState& state, int code) {
+bool Executer::binaryOnScalars(EvalState& state, const EvalStep& step) {
     ScalarValue a, b;
     EvalValue& left = state.below();
     EvalValue& right = state.top();
     if (!left.scalar(a) || !right.scalar(b)) return false;
-    if (Operator::isAssign(code)) {
-        double stored;
-        if (b.level > a.level || !ScalarVar::assigned(code, a.level, a.value, b.value, stored)) return false;
-        left.store(stored);
-        right.drop();
+    bool assignment = Operator::isAssign(step.code);
+    if (assignment && b.level > a.level) return false;
+    int own = assignment || a.level > b.level ? a.level : b.level;
+    scalarops::Apply apply = step.scalars.apply[own - ScalarVar::CHAR_LEVEL];
+    if (!apply) return false;
+    double x = apply(a.value, b.value);
+    right.drop();
+    if (assignment) {
+        left.store(x);
         --state.size;
         return true;
     }
-    ScalarValue result;
-    if (!ScalarVar::operate(code, a, b, result)) return false;
-    right.drop();
     left.drop();
-    state.replaceTwo(EvalValue::of(result));
+    state.replaceTwo(EvalValue::of(ScalarValue{step.scalars.level[own - ScalarVar::CHAR_LEVEL], x}));
     return true;
 }
 

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "interpreter/scalarapply.h"
+
 class Class;
 class Object;
 class Variable;
@@ -32,9 +34,10 @@ struct EvalStep {
     double value;
     Object* node;
     const Class* type;
-    mutable std::uint64_t placeMark = 0;  // VARIABLE: the mark under which place was found
-    mutable Variable* place = 0;          // VARIABLE: the variable found, a reference's target when of type
-    mutable int placeLevel = 0;           // VARIABLE: the rank of place's class, 0 for no scalar
+    mutable std::uint64_t placeMark = 0;    // VARIABLE: the mark under which place was found
+    mutable Variable* place = 0;            // VARIABLE: the variable found, a reference's target when of type
+    mutable int placeLevel = 0;             // VARIABLE: the rank of place's class, 0 for no scalar
+    scalarops::BinaryOperations scalars{};  // BINARY: the operator on scalars of each rank
 };
 
 #endif

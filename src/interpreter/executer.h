@@ -132,14 +132,14 @@ private:
     // Finds the variable of a VARIABLE step and keeps it in the step under the present mark.
     void findPlace(const EvalStep& step);
     void evalUnary(EvalState& state, int code);
-    void evalBinary(EvalState& state, int code);
+    void evalBinary(EvalState& state, const EvalStep& step);
     void evalSelect(EvalState& state);
     bool selectScalar(EvalState& state, Variable* receiver);
     void evalMethod(EvalState& state, MethodCall* call);
     void bindIndices(EvalState& state, MatrixVar* matrix, MethodCall* call);
     bool unaryOnScalar(EvalValue& value, int code);
     void unaryOnValue(EvalValue& value, int code);
-    bool binaryOnScalars(EvalState& state, int code);
+    bool binaryOnScalars(EvalState& state, const EvalStep& step);
     void finishOperation(EvalState& state, Variable* result);
     // What a new value of the scalar class of rank level assigned from the scalar would hold; false
     // when either is no scalar (level 0 for a type of another class) or the conversion goes through the
@@ -219,8 +219,9 @@ private:
         FuncDeclare* function;
     };
     std::vector<SpareFrame> spareFrames;
-    ScalarPool scalars;      // scalars of emptied scopes, for the next arguments
-    OrderedCltn* lastFrame;  // the last of frames, null without one
+    ScalarPool scalars;       // scalars of emptied scopes, for the next arguments
+    OrderedCltn noArguments;  // what a method called without arguments receives; always empty
+    OrderedCltn* lastFrame;   // the last of frames, null without one
     // What the last return statement left behind RETURNED_SCALAR: the scalar, converted, and
     // the name of the function's type, which the value takes should it be made.
     int returnedLevel;

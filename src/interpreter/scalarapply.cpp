@@ -24,6 +24,11 @@ double truthApply(double a, double b) {
     return truthOperation(OP, a, b) ? 1.0 : 0.0;
 }
 
+template <int LEVEL>
+double assignApply(double, double b) {
+    return ScalarVar::fitTo(LEVEL, b);
+}
+
 template <int OP>
 Apply integerOf(int level) {
     return level == ScalarVar::CHAR_LEVEL ? &integerApply<OP, ScalarVar::CHAR_LEVEL>
@@ -104,6 +109,31 @@ Apply integerOf(int op, int level) {
 Apply applyOf(int op, int level, bool integer) {
     if (Operator::isLogical(op)) return truthOf(op);
     return integer ? integerOf(op, level) : floatOf(op);
+}
+
+Apply assignmentOf(int op, int level) {
+    double stored;
+    if (!ScalarVar::assigned(op, level, 1.0, 1.0, stored)) return 0;
+    if (op != OP_ASSIGN)
+        return applyOf(Operator::assignedOperation(op), level, level != ScalarVar::FLOAT_LEVEL);
+    if (level == ScalarVar::CHAR_LEVEL) return &assignApply<ScalarVar::CHAR_LEVEL>;
+    return level == ScalarVar::INT_LEVEL ? &assignApply<ScalarVar::INT_LEVEL>
+                                         : &assignApply<ScalarVar::FLOAT_LEVEL>;
+}
+
+BinaryOperations binaryOperations(int op) {
+    BinaryOperations operations;
+    for (int k = 0; k < 3; ++k) {
+        int own = ScalarVar::CHAR_LEVEL + k;
+        ScalarValue result{own, 0.0};
+        bool known = Operator::isAssign(op) || ScalarVar::operate(op, own, 1.0, 1.0, result);
+        operations.level[k] = result.level;
+        operations.apply[k] = !known ? 0
+                              : Operator::isAssign(op)
+                                  ? assignmentOf(op, own)
+                                  : applyOf(op, result.level, own != ScalarVar::FLOAT_LEVEL);
+    }
+    return operations;
 }
 
 }  // namespace scalarops

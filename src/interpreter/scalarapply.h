@@ -12,6 +12,19 @@ typedef double (*Apply)(double a, double b);
 // rank level; null for an operator that is not among them.
 Apply applyOf(int op, int level, bool integer);
 
+// The value that the assignment op stores in a variable of rank level, from its value a and the
+// right value b, of a rank not above level; null when that class has no such assignment.
+Apply assignmentOf(int op, int level);
+
+// What the scalar classes do with a binary operator, for each rank of the class that works it out
+// (char, int, float): the function, null when that class has no such operator, and the result's
+// rank. An assignment is worked out by the target's class.
+struct BinaryOperations {
+    Apply apply[3];
+    int level[3];
+};
+BinaryOperations binaryOperations(int op);
+
 }  // namespace scalarops
 
 #endif

@@ -109,16 +109,15 @@ bool ScalarPlan::Compiler::addUnary(const EvalStep& step) {
 bool ScalarPlan::Compiler::addBinary(const EvalStep& step) {
     int right = entries.back().level;
     int left = entries[entries.size() - 2].level;
-    int own = right > left ? right : left;
-    ScalarValue result;
-    if (!ScalarVar::operate(step.code, own, 1.0, 1.0, result)) return false;
-    scalarops::Apply apply = scalarops::applyOf(step.code, result.level, own != ScalarVar::FLOAT_LEVEL);
+    int own = (right > left ? right : left) - ScalarVar::CHAR_LEVEL;
+    scalarops::Apply apply = step.scalars.apply[own];
+    int level = step.scalars.level[own];
     if (!apply) return false;
     fresh(1);
     fresh(0);
-    plan.operations.push_back(Operation{Operation::BINARY, false, result.level, step.code, 0, 0.0, apply});
+    plan.operations.push_back(Operation{Operation::BINARY, false, level, step.code, 0, 0.0, apply});
     entries.pop_back();
-    entries.back() = Entry{result.level, false, stores, 0};
+    entries.back() = Entry{level, false, stores, 0};
     return true;
 }
 
@@ -127,14 +126,12 @@ bool ScalarPlan::Compiler::addBinary(const EvalStep& step) {
 bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
     int right = entries.back().level;
     Entry& target = entries[entries.size() - 2];
-    double stored;
-    if (right > target.level || !ScalarVar::assigned(step.code, target.level, 1.0, 1.0, stored)) return false;
+    scalarops::Apply apply = step.scalars.apply[target.level - ScalarVar::CHAR_LEVEL];
+    if (right > target.level || !apply) return false;
     Operation operation{Operation::ASSIGN, false, target.level, step.code, 0, 0.0, 0};
     if (step.code != OP_ASSIGN) {
         operation.kind = Operation::COMPOUND;
-        operation.apply = scalarops::applyOf(Operator::assignedOperation(step.code), target.level,
-                                             target.level != ScalarVar::FLOAT_LEVEL);
-        if (!operation.apply) return false;
+        operation.apply = apply;
     }
     fresh(0);
     plan.operations.push_back(operation);
