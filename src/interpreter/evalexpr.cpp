@@ -182,8 +182,10 @@ Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
     Variable** variables = plan.placesToFill();
     for (size_t i = 0; i < plan.variableCount(); ++i) {
         Variable* variable = slotOf(plan.variable(i));
-        if (variable->isA() != plan.variableClass(i)) variable = Variable::dereference(variable);
-        if (variable->isA() != plan.variableClass(i)) return 0;
+        if (variable->isA() != plan.variableClass(i)) {
+            variable = Variable::dereference(variable);
+            if (variable->isA() != plan.variableClass(i)) return 0;
+        }
         variables[i] = variable;
     }
     plan.keptUnder(placeMark);

@@ -74,14 +74,9 @@ Variable* Executer::execStatement(Statement* statement, Variable* returnType) {
 }
 
 // Returns 0 to go on, or what unwinds: a returned value or a marker.
+// The classes are tried in the order of how often a program runs them.
 Variable* Executer::dispatchStatement(Statement* statement, Variable* returnType) {
     Class* kind = statement->isA();
-    if (kind == &class_VarDeclare) {
-        execVarDeclare(static_cast<VarDeclare*>(statement));
-        return 0;
-    }
-    if (kind == &class_ListOfElement) return execList(static_cast<ListOfElement*>(statement));
-    if (kind == &class_FuncDeclare) return 0;
     if (kind == &class_ExprElement) {
         notify(statement);
         EvalValue value;
@@ -89,11 +84,17 @@ Variable* Executer::dispatchStatement(Statement* statement, Variable* returnType
         evalValue(static_cast<ExprElement*>(statement)->getExpression(), value);
         return 0;
     }
+    if (kind == &class_IfStatement) return execIf(static_cast<IfStatement*>(statement), returnType);
     if (kind == &class_ReturnStatement)
         return execReturn(static_cast<ReturnStatement*>(statement), returnType);
     if (kind == &class_BlockOfCode) return execBlock(static_cast<BlockOfCode*>(statement), returnType);
     if (kind == &class_ForStatement) return execFor(static_cast<ForStatement*>(statement), returnType);
-    if (kind == &class_IfStatement) return execIf(static_cast<IfStatement*>(statement), returnType);
+    if (kind == &class_VarDeclare) {
+        execVarDeclare(static_cast<VarDeclare*>(statement));
+        return 0;
+    }
+    if (kind == &class_ListOfElement) return execList(static_cast<ListOfElement*>(statement));
+    if (kind == &class_FuncDeclare) return 0;
     if (statement->isEmpty()) return 0;
     if (statement->isBreak()) return BREAK;
     if (statement->isContinue()) return CONTINUE;

@@ -230,11 +230,12 @@ void Executer::releaseList(OrderedCltn* list) {
 
 // Values go from the last to the first: a reference is destroyed before what it refers to.
 void Executer::emptyScope(OrderedCltn* scope) {
-    for (int i = int(scope->size()) - 1; i >= 0; --i) {
-        Variable* value = static_cast<Variable*>(scope->at(i));
-        if (!scalars.keep(value)) ValueGuard::destroy(value);
-    }
+    for (int i = int(scope->size()) - 1; i >= 0; --i) dropValue(static_cast<Variable*>(scope->atInline(i)));
     clearList(scope);
+}
+
+void Executer::dropValue(Variable* value) {
+    if (!scalars.keep(value)) ValueGuard::destroy(value);
 }
 
 void Executer::destroyScope(OrderedCltn* scope) {
@@ -263,7 +264,7 @@ OrderedCltn* Executer::newFrame(FuncDeclare* function) {
 void Executer::releaseFrame(OrderedCltn* frame, FuncDeclare* function) {
     while (frame->size() > 1) destroyScope(static_cast<OrderedCltn*>(frame->removeLast()));
     OrderedCltn* scope = static_cast<OrderedCltn*>(frame->first());
-    if (function && !keepsParameters(function, *scope)) function = 0;
+    if (function && !keepParameters(function, *scope)) function = 0;
     if (!function) emptyScope(scope);
     if (spareFrames.size() < SPARE_LISTS)
         spareFrames.push_back(SpareFrame{frame, function});
@@ -271,9 +272,12 @@ void Executer::releaseFrame(OrderedCltn* frame, FuncDeclare* function) {
         destroyFrame(frame);
 }
 
-bool Executer::keepsParameters(FuncDeclare* function, const OrderedCltn& scope) {
+// The variables of the function's outermost block follow its parameters in the scope; they go, the last
+// first, before the parameters are looked at.
+bool Executer::keepParameters(FuncDeclare* function, OrderedCltn& scope) {
     int count = function->argumentCount();
-    if (count > MAX_KEPT_PARAMETERS || int(scope.size()) != count) return false;
+    if (count > MAX_KEPT_PARAMETERS || int(scope.size()) < count) return false;
+    while (int(scope.size()) > count) dropValue(static_cast<Variable*>(scope.removeLast()));
     for (int i = 0; i < count; ++i) {
         VarDeclare* parameter = function->getArgument(i);
         Variable* value = static_cast<Variable*>(scope.atInline(i));
@@ -355,8 +359,9 @@ Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* frame) {
     movePlaces();
     Variable* result = 0;
     const OrderedCltn& code = function->getCode();
+    Variable* returnType = function->getType();
     for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
-        result = execStatement(static_cast<Statement*>(code.at(int(i))), function->getType());
+        result = execStatement(static_cast<Statement*>(code.atInline(int(i))), returnType);
     frames.pop_back();
     lastFrame = frames.empty() ? 0 : frames.back();
     callees.pop_back();

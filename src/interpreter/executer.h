@@ -157,7 +157,7 @@ private:
     // new variable of the parameter's type. False when a value was missing.
     bool bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values, int from = 0);
     void bindArgument(VarDeclare* parameter, EvalValue& held, OrderedCltn& values);
-    // The same into a scope that holds the parameters of the function's last call, which keepsParameters
+    // The same into a scope that holds the parameters of the function's last call, which keepParameters
     // accepted.
     bool rebindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& scope);
     // Runs the statements in a new frame whose first scope is scope; the frame goes
@@ -177,17 +177,19 @@ private:
     // A frame for a call of function: its first scope is empty, or holds the parameters of the
     // function's last call.
     OrderedCltn* newFrame(FuncDeclare* function);
-    // The frame's values go, but for the parameters of function (null for none) when keepsParameters
+    // The frame's values go, but for the parameters of function (null for none) when keepParameters
     // accepts them; the frame is kept with its first scope for the next call.
     void releaseFrame(OrderedCltn* frame, FuncDeclare* function);
     // Whether scope holds plain scalars for the function's parameters, all of scalar classes, few enough
-    // to be bound again in place.
-    static bool keepsParameters(FuncDeclare* function, const OrderedCltn& scope);
+    // to be bound again in place; the scope is left with the parameters only when it does.
+    bool keepParameters(FuncDeclare* function, OrderedCltn& scope);
     // The parameters kept in spare frames go: the functions may be parsed anew.
     void forgetParameters();
     // The flags of a run cleared, before a run, a call from outside or a resident line.
     void startRun();
     void emptyScope(OrderedCltn* scope);
+    // A value of a scope that goes: a plain scalar to the pool, any other destroyed.
+    void dropValue(Variable* value);
     void destroyScope(OrderedCltn* scope);
     void destroyFrame(OrderedCltn* frame);
     OrderedCltn& currentFrame() const;

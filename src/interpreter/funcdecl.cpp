@@ -30,8 +30,6 @@ FuncDeclare::~FuncDeclare() noexcept(false) {
     code.deleteContents();
 }
 
-VarDeclare* FuncDeclare::getArgument(int i) const { return static_cast<VarDeclare*>(arguments->at(i)); }
-
 Variable* FuncDeclare::getArgumentType(int i) const { return getArgument(i)->getType(); }
 
 void FuncDeclare::swapArguments(FuncDeclare* other) {
@@ -74,8 +72,6 @@ FuncCall::FuncCall(FuncDeclare* function, OrderedCltn* arguments, int line)
     : CodeElement(function->getName(), line), function(function), arguments(arguments) {}
 
 FuncCall::~FuncCall() noexcept(false) { ListDeleter()(arguments); }
-
-Expression* FuncCall::getExpression(int i) const { return static_cast<Expression*>(arguments->at(i)); }
 
 void FuncCall::printShort(std::ostream& os) const { os << getName().asCharPointer() << "()"; }
 

@@ -3,6 +3,8 @@
 #define INTERPRETER_FUNCDECL_H
 
 #include "interpreter/codeelem.h"
+#include "interpreter/expressn.h"
+#include "interpreter/vardecl.h"
 
 extern Class class_FuncDeclare;
 extern Class class_FuncCall;
@@ -22,7 +24,7 @@ public:
     bool hasArguments() const { return argumentCount() > 0; }
     int argumentCount() const { return arguments ? int(arguments->size()) : 0; }
     Variable* getArgumentType(int i) const;
-    VarDeclare* getArgument(int i) const;
+    VarDeclare* getArgument(int i) const { return static_cast<VarDeclare*>(arguments->atInline(i)); }
     void addStatement(Statement* statement) { code.add(*statement); }
     const OrderedCltn& getCode() const { return code; }
     // Destroys the statements, for a definition that replaces an earlier one.
@@ -58,7 +60,7 @@ public:
     int argumentCount() const { return function->argumentCount(); }
     Variable* getArgumentType(int i) const { return function->getArgumentType(i); }
     VarDeclare* getArgument(int i) const { return function->getArgument(i); }
-    Expression* getExpression(int i) const;
+    Expression* getExpression(int i) const { return static_cast<Expression*>(arguments->atInline(i)); }
     const OrderedCltn& getCode() const { return function->getCode(); }
     void printShort(std::ostream& os) const override;  // name()
     void printOn(std::ostream& os) const override;
