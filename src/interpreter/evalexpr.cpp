@@ -172,10 +172,15 @@ void Executer::evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* p
 // variables found stay with the plan until the mark of places moves.
 bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
     if (stopped) return true;
-    Variable* const* found = plan.placesFor(placeMark);
-    if (!found && !(found = findPlaces(plan))) return false;
+    Variable* const* found = placesOf(plan);
+    if (!found) return false;
     plan.run(found, result);
     return true;
+}
+
+Variable* const* Executer::placesOf(const ScalarPlan& plan) {
+    Variable* const* found = plan.placesFor(placeMark);
+    return found ? found : findPlaces(plan);
 }
 
 Variable* const* Executer::findPlaces(const ScalarPlan& plan) {

@@ -9,6 +9,7 @@
 #include "interpreter/executer.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/scalar.h"
+#include "interpreter/scalarplan.h"
 #include "interpreter/statemnt.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
@@ -142,7 +143,8 @@ Variable* Executer::execBlock(BlockOfCode* block, Variable* returnType) {
 
 // Each pass runs the body in a scope of its own. break and continue stop here;
 // a returned value goes on up. The scope is emptied after each pass rather
-// than made anew; a body that could put nothing in it has none.
+// than made anew; a body that could put nothing in it has none. After the
+// first pass the loop may go on as plans.
 Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
     notify(loop);
     execStatement(loop->getAssign(), returnType);
@@ -150,6 +152,7 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
     bool scoped = needsScope(body);
     OrderedCltn* scope = 0;
     Variable* result = 0;
+    bool planned = false;
     while (evalBool(loop->getTest(), 1)) {
         if (scoped && !scope) scope = pushScope();
         result = execStatement(body, returnType);
@@ -164,9 +167,43 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
         if (result && result != CONTINUE) break;
         result = 0;
         execStatement(loop->getIncrement(), returnType);
+        if (!planned) {
+            planned = true;
+            if (runPlannedLoop(loop)) break;
+        }
     }
     if (scope) popScope();
     return result;
+}
+
+// After a first pass has made the plans: a loop whose test (of a char result), body and increment are
+// expressions of scalars runs the rest of its passes on their plans while nothing listens to the
+// statements, whose announcements nobody would hear; nothing a plan does can add a listener or move the
+// places of its variables. False, with nothing done, for any other loop.
+bool Executer::runPlannedLoop(ForStatement* loop) {
+    const ScalarPlan* test = loop->getTest() ? loop->getTest()->scalarPlan() : 0;
+    const ScalarPlan* body = statementPlan(loop->getBody());
+    const ScalarPlan* increment = statementPlan(loop->getIncrement());
+    if (cbackData || !test || !body || !increment || test->resultRank() != ScalarVar::CHAR_LEVEL)
+        return false;
+    Variable* const* testPlaces = placesOf(*test);
+    Variable* const* bodyPlaces = testPlaces ? placesOf(*body) : 0;
+    Variable* const* incrementPlaces = bodyPlaces ? placesOf(*increment) : 0;
+    if (!incrementPlaces) return false;
+    EvalValue value;
+    ScalarValue truth;
+    while (!stopped) {
+        test->run(testPlaces, value);
+        if (!value.scalar(truth) || truth.value == 0.0) break;
+        body->run(bodyPlaces, value);
+        increment->run(incrementPlaces, value);
+    }
+    return true;
+}
+
+const ScalarPlan* Executer::statementPlan(Statement* statement) {
+    if (!statement || statement->isA() != &class_ExprElement) return 0;
+    return static_cast<ExprElement*>(statement)->getExpression()->scalarPlan();
 }
 
 // The test is evaluated outside the scope that the chosen branch gets.

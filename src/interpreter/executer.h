@@ -109,6 +109,9 @@ private:
     Variable* execFor(ForStatement* loop, Variable* returnType);
     Variable* execIf(IfStatement* test, Variable* returnType);
     static bool needsScope(Statement* statement);
+    bool runPlannedLoop(ForStatement* loop);
+    // The plan of an expression statement that has one, else null.
+    static const ScalarPlan* statementPlan(Statement* statement);
     Variable* execReturn(ReturnStatement* statement, Variable* returnType);
     void execVarDeclare(VarDeclare* declaration);
     Variable* createVariable(VarDeclare* declaration);
@@ -127,6 +130,7 @@ private:
     void evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* plan, EvalValue& result);
     bool runPlan(const ScalarPlan& plan, EvalValue& result);
     // The plan's variables, kept with it under the present mark; null when one is not of its class.
+    Variable* const* placesOf(const ScalarPlan& plan);
     Variable* const* findPlaces(const ScalarPlan& plan);
     void evalElement(EvalState& state, const EvalStep& step);
     // Finds the variable of a VARIABLE step and keeps it in the step under the present mark.

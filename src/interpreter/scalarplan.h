@@ -31,6 +31,8 @@ public:
     // The plan of the steps, or null when they are not of that kind.
     static std::unique_ptr<ScalarPlan> compile(const std::vector<EvalStep>& steps);
 
+    // The rank of the result's class.
+    int resultRank() const { return resultLevel; }
     // The variables that the plan uses, each of its declared class.
     std::size_t variableCount() const { return variables.size(); }
     VarDeclare* variable(std::size_t i) const { return variables[i].declaration; }

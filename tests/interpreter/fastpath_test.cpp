@@ -206,6 +206,23 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "5 36 3 32 0 2 7 2.5"},
+    // Loops that go on as plans after their first pass, and ones that cannot: an int test, nested loops.
+    {"int g = 0;\n"
+     "int main() {\n"
+     "    int s = 0, k = 0, n, m = 0, z = 0;\n"
+     "    for (int i = 0; i < 10; i++) s = s + i;\n"
+     "    char c;\n"
+     "    for (c = 0; c < 100; c += 30) k++;\n"
+     "    for (n = 5; n; n--) g = g + n;\n"
+     "    float f = 1;\n"
+     "    for (int j = 0; j < 3; j++) f = f * 1.5 + j / 2;\n"
+     "    for (int a = 0; a < 4; a++) for (int b = 0; b < a; b++) m = m + a * b;\n"
+     "    for (int q = 10; q > 0; q = q - 3) z += q;\n"
+     "    cout << s << \" \" << c + 0 << \" \" << k << \" \" << g << \" \" << n << \" \" << f << \" \" << m "
+     "<< \" \" << z;\n"
+     "    return 0;\n"
+     "}\n",
+     "45 120 4 15 0 4.375 11 22"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -236,6 +253,9 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
     ProgramRun division = runMain("int z = 0;\nint q = 5 / z;\ncout << q;");
     EXPECT_TRUE(failsWith(division, "[SYSERR] System Signal")) << division.message;
     EXPECT_EQ(division.out, "");
+    ProgramRun inLoop = runMain("int d = 1;\nfor (int w = 3; w > -1; w--) d = 6 / w;\ncout << d;");
+    EXPECT_TRUE(failsWith(inLoop, "[SYSERR] System Signal")) << inLoop.message;
+    EXPECT_EQ(inLoop.out, "");
 }
 
 // A watcher of the loop's body adds the stopper at its third pass; the stopper
