@@ -28,6 +28,9 @@ private:
     bool addAssign(const EvalStep& step);
     int indexOf(const EvalStep& step);
     void push(Operation operation, Entry entry);
+    // The last operation when it pushed the variable or the literal now on top, which its
+    // operator may take in; null otherwise.
+    const Operation* lastPush() const;
     // Reads again the variable depth entries below the top when something was stored since it was read.
     void fresh(int depth);
 
@@ -56,6 +59,12 @@ int ScalarPlan::Compiler::indexOf(const EvalStep& step) {
 void ScalarPlan::Compiler::push(Operation operation, Entry entry) {
     plan.operations.push_back(operation);
     entries.push_back(entry);
+}
+
+const ScalarPlan::Operation* ScalarPlan::Compiler::lastPush() const {
+    if (plan.operations.empty()) return 0;
+    const Operation& last = plan.operations.back();
+    return last.kind == Operation::LOAD || last.kind == Operation::NUMBER ? &last : 0;
 }
 
 void ScalarPlan::Compiler::fresh(int depth) {
@@ -99,6 +108,12 @@ bool ScalarPlan::Compiler::addUnary(const EvalStep& step) {
         operation.before = step.code == OP_PRE_INC || step.code == OP_PRE_DEC;
         operation.apply = scalarops::applyOf(up ? OP_ADD : OP_SUB, level, level != ScalarVar::FLOAT_LEVEL);
         if (!operation.apply) return false;
+        const Operation* operand = lastPush();
+        if (operand && operand->kind == Operation::LOAD) {
+            operation.kind = Operation::STEP_VARIABLE;
+            operation.index = operand->index;
+            plan.operations.pop_back();
+        }
         ++stores;
     }
     plan.operations.push_back(operation);
@@ -113,10 +128,23 @@ bool ScalarPlan::Compiler::addBinary(const EvalStep& step) {
     scalarops::Apply apply = step.scalars.apply[own];
     int level = step.scalars.level[own];
     if (!apply) return false;
-    fresh(1);
-    fresh(0);
-    plan.operations.push_back(Operation{Operation::BINARY, false, level, step.code, 0, 0.0, apply});
-    entries.pop_back();
+    Operation operation{Operation::BINARY, false, level, step.code, 0, 0.0, apply};
+    const Operation* operand = lastPush();
+    if (operand) {
+        operation.kind =
+            operand->kind == Operation::LOAD ? Operation::BINARY_VARIABLE : Operation::BINARY_NUMBER;
+        operation.level = operand->level;
+        operation.index = operand->index;
+        operation.value = operand->value;
+        plan.operations.pop_back();
+        entries.pop_back();
+        fresh(0);
+    } else {
+        fresh(1);
+        fresh(0);
+        entries.pop_back();
+    }
+    plan.operations.push_back(operation);
     entries.back() = Entry{level, false, stores, 0};
     return true;
 }
@@ -144,6 +172,7 @@ bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
 
 bool ScalarPlan::Compiler::finish() {
     if (entries.empty()) return false;
+    plan.operations.push_back(Operation{Operation::END, false, 0, 0, 0, 0.0, 0});
     plan.resultLevel = entries.back().level;
     plan.resultName = entries.back().name;
     return true;
@@ -167,7 +196,8 @@ void store(Entry& target, int level, double x) {
 void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
     Entry stack[MAX_DEPTH];
     int top = -1;
-    for (const Operation& operation : operations) {
+    for (const Operation* next = operations.data();; ++next) {
+        const Operation& operation = *next;
         switch (operation.kind) {
             case Operation::LOAD: {
                 Variable* variable = found[operation.index];
@@ -199,10 +229,26 @@ void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
                 operand = Entry{operation.before ? after : before, 0};
                 break;
             }
+            case Operation::STEP_VARIABLE: {
+                Variable* variable = found[operation.index];
+                double before = EvalValue::valueOf(variable, operation.level);
+                double after = operation.apply(before, 1.0);
+                EvalValue::setValueOf(variable, operation.level, after);
+                stack[++top] = Entry{operation.before ? after : before, 0};
+                break;
+            }
             case Operation::BINARY:
                 stack[top - 1] = Entry{operation.apply(stack[top - 1].value, stack[top].value), 0};
                 --top;
                 break;
+            case Operation::BINARY_NUMBER:
+                stack[top] = Entry{operation.apply(stack[top].value, operation.value), 0};
+                break;
+            case Operation::BINARY_VARIABLE: {
+                double right = EvalValue::valueOf(found[operation.index], operation.level);
+                stack[top] = Entry{operation.apply(stack[top].value, right), 0};
+                break;
+            }
             case Operation::ASSIGN:
                 store(stack[top - 1], operation.level, ScalarVar::fitTo(operation.level, stack[top].value));
                 --top;
@@ -215,9 +261,12 @@ void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
                 --top;
                 break;
             }
+            case Operation::END: {
+                const Entry& last = stack[top];
+                result = last.variable ? EvalValue::ofScalar(last.variable, resultLevel)
+                                       : EvalValue::of(ScalarValue{resultLevel, last.value}, resultName);
+                return;
+            }
         }
     }
-    const Entry& last = stack[top];
-    result = last.variable ? EvalValue::ofScalar(last.variable, resultLevel)
-                           : EvalValue::of(ScalarValue{resultLevel, last.value}, resultName);
 }

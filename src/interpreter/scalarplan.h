@@ -51,15 +51,29 @@ public:
     void run(Variable* const* found, EvalValue& result) const;
 
 private:
+    // A variable or a literal that a binary operator or an increment takes at once is part of it.
     struct Operation {
-        enum Kind : unsigned char { LOAD, NUMBER, RELOAD, UNARY, STEP, BINARY, ASSIGN, COMPOUND };
+        enum Kind : unsigned char {
+            LOAD,
+            NUMBER,
+            RELOAD,
+            UNARY,
+            STEP,           // an increment or a decrement of the entry on top
+            STEP_VARIABLE,  // the same on a variable, which is not pushed first
+            BINARY,
+            BINARY_NUMBER,    // the right operand a literal
+            BINARY_VARIABLE,  // the right operand a variable
+            ASSIGN,
+            COMPOUND,
+            END
+        };
         Kind kind;
-        bool before;   // STEP: the variable's new value is the result (++i, --i)
-        int level;     // LOAD, RELOAD, UNARY, STEP, ASSIGN, COMPOUND: the variable's or operand's rank
+        bool before;   // STEP, STEP_VARIABLE: the variable's new value is the result (++i, --i)
+        int level;     // the rank of the variable, literal or operand read or stored; BINARY: unused
         int code;      // UNARY: the operator
-        int index;     // LOAD: the variable; RELOAD: the entry's depth below the top
-        double value;  // NUMBER; STEP: +1 or -1
-        scalarops::Apply apply;  // STEP, BINARY, COMPOUND
+        int index;     // LOAD, STEP_VARIABLE, BINARY_VARIABLE: the variable; RELOAD: the entry's depth
+        double value;  // NUMBER, BINARY_NUMBER
+        scalarops::Apply apply;  // STEP, STEP_VARIABLE, BINARY, BINARY_NUMBER, BINARY_VARIABLE, COMPOUND
     };
     struct Used {
         VarDeclare* declaration;
