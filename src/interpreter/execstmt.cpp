@@ -177,27 +177,24 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
 }
 
 // After a first pass has made the plans: a loop whose test (of a char result), body and increment are
-// expressions of scalars runs the rest of its passes on their plans while nothing listens to the
-// statements, whose announcements nobody would hear; nothing a plan does can add a listener or move the
-// places of its variables. False, with nothing done, for any other loop.
+// expressions of scalars runs the rest of its passes as one plan while nothing listens to the statements,
+// whose announcements nobody would hear; nothing a plan does can add a listener or move the places of its
+// variables. False, with nothing done, for any other loop.
 bool Executer::runPlannedLoop(ForStatement* loop) {
-    const ScalarPlan* test = loop->getTest() ? loop->getTest()->scalarPlan() : 0;
-    const ScalarPlan* body = statementPlan(loop->getBody());
-    const ScalarPlan* increment = statementPlan(loop->getIncrement());
-    if (cbackData || !test || !body || !increment || test->resultRank() != ScalarVar::CHAR_LEVEL)
-        return false;
-    Variable* const* testPlaces = placesOf(*test);
-    Variable* const* bodyPlaces = testPlaces ? placesOf(*body) : 0;
-    Variable* const* incrementPlaces = bodyPlaces ? placesOf(*increment) : 0;
-    if (!incrementPlaces) return false;
-    EvalValue value;
-    ScalarValue truth;
-    while (!stopped) {
-        test->run(testPlaces, value);
-        if (!value.scalar(truth) || truth.value == 0.0) break;
-        body->run(bodyPlaces, value);
-        increment->run(incrementPlaces, value);
+    if (cbackData) return false;
+    bool tried;
+    const ScalarPlan* plan = loop->loopPlan(tried);
+    if (!tried) {
+        const ScalarPlan* test = loop->getTest() ? loop->getTest()->scalarPlan() : 0;
+        const ScalarPlan* body = statementPlan(loop->getBody());
+        const ScalarPlan* increment = statementPlan(loop->getIncrement());
+        bool planned = test && body && increment && test->resultRank() == ScalarVar::CHAR_LEVEL;
+        loop->setLoopPlan(planned ? ScalarPlan::compileLoop(*test, *body, *increment) : 0);
+        plan = loop->loopPlan(tried);
     }
+    Variable* const* found = plan ? placesOf(*plan) : 0;
+    if (!found) return false;
+    plan->runLoop(found, stopped);
     return true;
 }
 

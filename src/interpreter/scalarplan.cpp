@@ -49,11 +49,43 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compile(const std::vector<EvalStep>& ste
 }
 
 int ScalarPlan::Compiler::indexOf(const EvalStep& step) {
-    std::vector<Used>& variables = plan.variables;
+    return plan.indexOf(Used{static_cast<VarDeclare*>(step.node), step.type});
+}
+
+int ScalarPlan::indexOf(const Used& used) {
     for (std::size_t i = 0; i < variables.size(); ++i)
-        if (variables[i].declaration == step.node) return int(i);
-    variables.push_back(Used{static_cast<VarDeclare*>(step.node), step.type});
+        if (variables[i].declaration == used.declaration) return int(i);
+    variables.push_back(used);
     return int(variables.size()) - 1;
+}
+
+std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test, const ScalarPlan& body,
+                                                    const ScalarPlan& increment) {
+    std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
+    Operation mark{Operation::STOP, false, 0, 0, 0, 0.0, 0};
+    plan->operations.push_back(mark);
+    if (!plan->append(test)) return 0;
+    mark.kind = Operation::TEST;
+    plan->operations.push_back(mark);
+    if (!plan->append(body)) return 0;
+    mark.kind = Operation::DROP;
+    plan->operations.push_back(mark);
+    if (!plan->append(increment)) return 0;
+    mark.kind = Operation::AGAIN;
+    plan->operations.push_back(mark);
+    return plan;
+}
+
+bool ScalarPlan::append(const ScalarPlan& part) {
+    for (const Operation& operation : part.operations) {
+        if (operation.kind == Operation::END) break;
+        Operation copy = operation;
+        bool numbered = copy.kind == Operation::LOAD || copy.kind == Operation::STEP_VARIABLE ||
+                        copy.kind == Operation::BINARY_VARIABLE;
+        if (numbered) copy.index = indexOf(part.variables[std::size_t(operation.index)]);
+        operations.push_back(copy);
+    }
+    return variables.size() <= MAX_VARIABLES;
 }
 
 void ScalarPlan::Compiler::push(Operation operation, Entry entry) {
@@ -193,11 +225,18 @@ void store(Entry& target, int level, double x) {
 
 }  // namespace
 
-void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
+void ScalarPlan::run(Variable* const* found, EvalValue& result) const { execute(found, 0, &result); }
+
+void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped) const {
+    execute(found, &stopped, 0);
+}
+
+void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, EvalValue* result) const {
     Entry stack[MAX_DEPTH];
     int top = -1;
-    for (const Operation* next = operations.data();; ++next) {
-        const Operation& operation = *next;
+    const Operation* next = operations.data();
+    for (;;) {
+        const Operation& operation = *next++;
         switch (operation.kind) {
             case Operation::LOAD: {
                 Variable* variable = found[operation.index];
@@ -263,10 +302,24 @@ void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
             }
             case Operation::END: {
                 const Entry& last = stack[top];
-                result = last.variable ? EvalValue::ofScalar(last.variable, resultLevel)
-                                       : EvalValue::of(ScalarValue{resultLevel, last.value}, resultName);
+                *result = last.variable ? EvalValue::ofScalar(last.variable, resultLevel)
+                                        : EvalValue::of(ScalarValue{resultLevel, last.value}, resultName);
                 return;
             }
+            case Operation::STOP:
+                if (*stopped) return;
+                break;
+            case Operation::TEST:
+                if (stack[top].value == 0.0) return;
+                top = -1;
+                break;
+            case Operation::DROP:
+                top = -1;
+                break;
+            case Operation::AGAIN:
+                top = -1;
+                next = operations.data();
+                break;
         }
     }
 }

@@ -50,6 +50,12 @@ public:
     // variable assigned or named, or a number.
     void run(Variable* const* found, EvalValue& result) const;
 
+    // The plan of a loop of three plans: while stopped is not set and the test, of a char result, holds,
+    // the body and then the increment. Null when together they use too many variables.
+    static std::unique_ptr<ScalarPlan> compileLoop(const ScalarPlan& test, const ScalarPlan& body,
+                                                   const ScalarPlan& increment);
+    void runLoop(Variable* const* found, const std::int32_t& stopped) const;
+
 private:
     // A variable or a literal that a binary operator or an increment takes at once is part of it.
     struct Operation {
@@ -65,7 +71,13 @@ private:
             BINARY_VARIABLE,  // the right operand a variable
             ASSIGN,
             COMPOUND,
-            END
+            END,
+            // A loop's: the end when the stop flag is set; the end when the truth on top is 0, else the
+            // stack emptied; the stack emptied; the first operation again.
+            STOP,
+            TEST,
+            DROP,
+            AGAIN
         };
         Kind kind;
         bool before;   // STEP, STEP_VARIABLE: the variable's new value is the result (++i, --i)
@@ -80,6 +92,10 @@ private:
         const Class* type;
     };
     class Compiler;
+    // Appends the operations of part but its END, its variables numbered among this plan's.
+    bool append(const ScalarPlan& part);
+    int indexOf(const Used& used);
+    void execute(Variable* const* found, const std::int32_t* stopped, EvalValue* result) const;
 
     std::vector<Operation> operations;
     std::vector<Used> variables;
