@@ -75,7 +75,7 @@ void Executer::bindArgument(VarDeclare* parameter, EvalValue& held, OrderedCltn&
         return;
     }
     ScalarValue scalar;
-    if (convertScalar(held, parameter->scalarLevel(), scalar)) {
+    if (held.convertedTo(parameter->scalarLevel(), scalar)) {
         addOwned(values, scalars.take(scalar.level, scalar.value, parameter->getName()));
         return;
     }
@@ -98,7 +98,7 @@ bool Executer::rebindArguments(FuncDeclare* function, FuncCall* call, OrderedClt
         evalValue(call->getExpression(i), held);
         if (held.empty()) return false;
         VarDeclare* parameter = function->getArgument(i);
-        if (convertScalar(held, parameter->scalarLevel(), converted[i])) continue;
+        if (held.convertedTo(parameter->scalarLevel(), converted[i])) continue;
         emptyScope(&scope);
         for (int j = 0; j < i; ++j)
             addOwned(scope, scalars.take(converted[j].level, converted[j].value,
@@ -109,15 +109,5 @@ bool Executer::rebindArguments(FuncDeclare* function, FuncCall* call, OrderedClt
     for (int i = 0; i < count; ++i)
         EvalValue::setValueOf(static_cast<Variable*>(scope.atInline(i)), converted[i].level,
                               converted[i].value);
-    return true;
-}
-
-// What a value of the scalar class of rank level assigned from the scalar would hold: a scalar
-// class takes a float or any scalar of a rank not above its own. False for any other case.
-bool Executer::convertScalar(const EvalValue& value, int level, ScalarValue& converted) {
-    ScalarValue s;
-    if (level == 0 || !value.scalar(s)) return false;
-    if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
-    converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
     return true;
 }

@@ -186,7 +186,12 @@ Variable* const* Executer::placesOf(const ScalarPlan& plan) {
 Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
     Variable** variables = plan.placesToFill();
     for (size_t i = 0; i < plan.variableCount(); ++i) {
-        Variable* variable = slotOf(plan.variable(i));
+        VarDeclare* declaration = plan.variable(i);
+        Variable* variable = slotOf(declaration);
+        if (holdsDeclaredClass(declaration)) {
+            variables[i] = variable;
+            continue;
+        }
         if (variable->isA() != plan.variableClass(i)) {
             variable = Variable::dereference(variable);
             if (variable->isA() != plan.variableClass(i)) return 0;
@@ -195,6 +200,12 @@ Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
     }
     plan.keptUnder(placeMark);
     return variables;
+}
+
+// A local that is no reference holds what was made for it from its declared type, or a scalar of the
+// parameter's class; a global may have been replaced by a resident line, a reference refers to anything.
+bool Executer::holdsDeclaredClass(VarDeclare* declaration) {
+    return declaration->getLevel() >= 0 && !declaration->isRef();
 }
 
 // A variable is reached by its place; a member or a method waits for its operator.
@@ -326,7 +337,7 @@ void Executer::bindIndices(EvalState& state, MatrixVar* matrix, MethodCall* call
     for (; count < 2; ++count) {
         evalValue(call->getExpression(count), held[count]);
         if (held[count].empty()) break;
-        scalars = scalars && convertScalar(held[count], ScalarVar::INT_LEVEL, index[count]);
+        scalars = scalars && held[count].convertedTo(ScalarVar::INT_LEVEL, index[count]);
     }
     if (count == 2 && scalars)
         state.element = matrix->elementPlace(state.method, int(index[0].value), int(index[1].value));

@@ -84,6 +84,16 @@ public:
         }
         return true;
     }
+    // What a value of the scalar class of rank level assigned from this would hold: a scalar class
+    // takes a float or any scalar of a rank not above its own. False when either is no scalar (level 0
+    // for a class of another kind) or the conversion goes through the values.
+    bool convertedTo(int level, ScalarValue& converted) const {
+        ScalarValue s;
+        if (level == 0 || !scalar(s)) return false;
+        if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
+        converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
+        return true;
+    }
     // Stores x, already in the scalar's form, in what scalar() read.
     void store(double x) {
         if (tag == NUMBER)

@@ -244,7 +244,7 @@ Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType)
     if (held.empty()) return 0;
     if (returnType == voidType) runtimeError(String("Expected void, was") + held.box()->getType(), statement);
     ScalarValue scalar;
-    if (convertScalar(held, callees.back()->returnLevel(), scalar)) {
+    if (held.convertedTo(callees.back()->returnLevel(), scalar)) {
         returnedLevel = scalar.level;
         returnedValue = scalar.value;
         returnedName = &returnType->getName();

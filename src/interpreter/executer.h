@@ -132,6 +132,8 @@ private:
     // The plan's variables, kept with it under the present mark; null when one is not of its class.
     Variable* const* placesOf(const ScalarPlan& plan);
     Variable* const* findPlaces(const ScalarPlan& plan);
+    // Whether the declaration's place always holds a value of the declared type's own class.
+    static bool holdsDeclaredClass(VarDeclare* declaration);
     void evalElement(EvalState& state, const EvalStep& step);
     // Finds the variable of a VARIABLE step and keeps it in the step under the present mark.
     void findPlace(const EvalStep& step);
@@ -145,10 +147,6 @@ private:
     void unaryOnValue(EvalValue& value, int code);
     bool binaryOnScalars(EvalState& state, const EvalStep& step);
     void finishOperation(EvalState& state, Variable* result);
-    // What a new value of the scalar class of rank level assigned from the scalar would hold; false
-    // when either is no scalar (level 0 for a type of another class) or the conversion goes through the
-    // values.
-    static bool convertScalar(const EvalValue& value, int level, ScalarValue& converted);
     // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
     int evalBool(Expression* expression, int emptyAllowed);
     // What the declaration's place holds: a reference parameter's reference as it stands.
