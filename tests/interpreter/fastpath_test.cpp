@@ -258,6 +258,17 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
     EXPECT_EQ(inLoop.out, "");
 }
 
+// A resident line that declares a global anew gives it another class under the plans of the source.
+TEST(FastPathTest, aGlobalOfAnotherClassIsReadThroughItsValue) {
+    CodeParser parser;
+    Executer executer(&parser);
+    CapturedStreams streams;
+    const char* source = "int base = 10;\nint twice() { return base * 2; }\n";
+    for (const char* line : {"cout << twice() << \" \"", "float base = 2.75", "cout << twice()"})
+        EXPECT_STREQ(executer.evaluate(source, line).asCharPointer(), "") << line;
+    EXPECT_EQ(streams.out.str(), "20 5");
+}
+
 // A watcher of the loop's body adds the stopper at its third pass; the stopper
 // stops at the first statement it hears of.
 Executer* running = 0;
