@@ -92,11 +92,8 @@ EvalStep stepOf(Object* element) {
         VarDeclare* declaration = static_cast<VarDeclReference*>(element)->getDeclaration();
         step.node = declaration;
         step.kind = declaration->isA() == &class_FieldDeclare ? EvalStep::MEMBER : EvalStep::VARIABLE;
-        Variable* type = declaration->getType();
-        if (type->isA()->base() == &class_ScalarVar) {
-            step.type = type->isA();
-            step.level = type->getLevel();
-        }
+        step.type = declaration->getType()->isA();
+        step.level = ScalarVar::rankOf(declaration->getType());
     } else if (kind == &class_ConstDeclare) {
         ScalarVar* scalar = ScalarVar::scalarOf(static_cast<ConstDeclare*>(element)->getValue());
         step.kind = scalar ? EvalStep::NUMBER : EvalStep::CONSTANT;
@@ -122,7 +119,7 @@ const std::vector<EvalStep>& stepsOf(const Expression* expression) {
     if (steps.size() != elements.size()) {
         steps.clear();
         for (unsigned i = 0; i < elements.size(); ++i) steps.push_back(stepOf(elements.at(int(i))));
-        expression->setScalarPlan(ScalarPlan::compile(steps));
+        expression->setScalarPlan(ScalarPlan::compile(steps, &stepsOf));
     }
     return steps;
 }
@@ -188,14 +185,12 @@ Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
     for (size_t i = 0; i < plan.variableCount(); ++i) {
         VarDeclare* declaration = plan.variable(i);
         Variable* variable = slotOf(declaration);
-        if (holdsDeclaredClass(declaration)) {
-            variables[i] = variable;
-            continue;
-        }
-        if (variable->isA() != plan.variableClass(i)) {
+        if (!holdsDeclaredClass(declaration) && variable->isA() != plan.variableClass(i)) {
             variable = Variable::dereference(variable);
             if (variable->isA() != plan.variableClass(i)) return 0;
         }
+        if (plan.variableClass(i) == &class_MatrixVar && static_cast<MatrixVar*>(variable)->isTemporary())
+            return 0;
         variables[i] = variable;
     }
     plan.keptUnder(placeMark);

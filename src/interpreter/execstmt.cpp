@@ -63,15 +63,19 @@ Variable* Executer::execStatement(Statement* statement, Variable* returnType) {
     try {
         return dispatchStatement(statement, returnType);
     } catch (TarnException* e) {
-        if (e->code() != GENERICERR || errorLocated) throw;
-        String message = e->message() + formatText(" At line %d", statement->getLine()) + " on statement " +
-                         printed(statement);
-        int severity = e->severity();
-        delete e;
-        errorLocated = 1;
-        errorInProgress = 1;
-        throw new TarnException(GENERICERR, message.asCharPointer(), severity);
+        locate(e, statement);
     }
+}
+
+void Executer::locate(TarnException* e, Statement* statement) {
+    if (e->code() != GENERICERR || errorLocated) throw e;
+    String message = e->message() + formatText(" At line %d", statement->getLine()) + " on statement " +
+                     printed(statement);
+    int severity = e->severity();
+    delete e;
+    errorLocated = 1;
+    errorInProgress = 1;
+    throw new TarnException(GENERICERR, message.asCharPointer(), severity);
 }
 
 // Returns 0 to go on, or what unwinds: a returned value or a marker.
@@ -194,7 +198,14 @@ bool Executer::runPlannedLoop(ForStatement* loop) {
     }
     Variable* const* found = plan ? placesOf(*plan) : 0;
     if (!found) return false;
-    plan->runLoop(found, stopped);
+    int part = 0;
+    try {
+        plan->runLoop(found, stopped, part);
+    } catch (TarnException* e) {
+        // A failure of the test is the loop's own, as it is when the statements run.
+        if (part == 0) throw;
+        locate(e, part == 1 ? loop->getBody() : loop->getIncrement());
+    }
     return true;
 }
 

@@ -117,6 +117,9 @@ private:
     Variable* createVariable(VarDeclare* declaration);
     void assign(Variable* target, Variable* value);
     void notify(Statement* statement);
+    // A failure of a value's operation, raised as a PARSE ERROR without a place, goes on with the statement
+    // that was running; any other goes on as it is.
+    [[noreturn]] void locate(class TarnException* e, Statement* statement);
     [[noreturn]] void runtimeError(const String& message, Statement* where,
                                    const char* word = "RUN-TIME ERROR");
 

@@ -2,15 +2,18 @@
 #include "interpreter/scalarplan.h"
 
 #include "interpreter/evalval.h"
+#include "interpreter/funcdecl.h"
+#include "interpreter/mtrxvar.h"
 #include "interpreter/operator.h"
 #include "interpreter/scalar.h"
 #include "interpreter/vardecl.h"
 
 // Follows the steps on a stack of static entries: the rank of each, whether it
-// is a variable, and how many stores the plan had made when it was read.
+// is a variable or an element, and how many stores the plan had made when it was read.
+// A(i, j) comes as the matrix, its method with the indices' expressions, and the call.
 class ScalarPlan::Compiler {
 public:
-    explicit Compiler(ScalarPlan& plan) : plan(plan) {}
+    Compiler(ScalarPlan& plan, StepsOf stepsOf) : plan(plan), stepsOf(stepsOf) {}
 
     // The operation of a step; false when there is none.
     bool add(const EvalStep& step);
@@ -21,8 +24,12 @@ private:
         int level;
         bool variable;
         int stores;
-        const String* name;  // an untouched literal's
+        const String* name;    // an untouched literal's
+        bool element = false;  // an element of a matrix
     };
+    bool addMatrix(const EvalStep& step);
+    bool addIndices(const EvalStep& step);
+    bool addElement(const EvalStep& step);
     bool addUnary(const EvalStep& step);
     bool addBinary(const EvalStep& step);
     bool addAssign(const EvalStep& step);
@@ -35,13 +42,18 @@ private:
     void fresh(int depth);
 
     ScalarPlan& plan;
+    StepsOf stepsOf;
     std::vector<Entry> entries;
     int stores = 0;
+    // The matrix whose element is under way, waiting for its method or its call; -1 for none.
+    int matrix = -1;
+    const MatrixVar* matrixType = 0;
+    bool indexed = false;  // the indices are on top
 };
 
-std::unique_ptr<ScalarPlan> ScalarPlan::compile(const std::vector<EvalStep>& steps) {
+std::unique_ptr<ScalarPlan> ScalarPlan::compile(const std::vector<EvalStep>& steps, StepsOf stepsOf) {
     std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
-    Compiler compiler(*plan);
+    Compiler compiler(*plan, stepsOf);
     for (const EvalStep& step : steps)
         if (!compiler.add(step)) return 0;
     if (!compiler.finish()) return 0;
@@ -81,7 +93,7 @@ bool ScalarPlan::append(const ScalarPlan& part) {
         if (operation.kind == Operation::END) break;
         Operation copy = operation;
         bool numbered = copy.kind == Operation::LOAD || copy.kind == Operation::STEP_VARIABLE ||
-                        copy.kind == Operation::BINARY_VARIABLE;
+                        copy.kind == Operation::BINARY_VARIABLE || copy.kind == Operation::ELEMENT;
         if (numbered) copy.index = indexOf(part.variables[std::size_t(operation.index)]);
         operations.push_back(copy);
     }
@@ -101,14 +113,18 @@ const ScalarPlan::Operation* ScalarPlan::Compiler::lastPush() const {
 
 void ScalarPlan::Compiler::fresh(int depth) {
     Entry& entry = entries[entries.size() - 1 - size_t(depth)];
-    if (!entry.variable || entry.stores == stores) return;
-    plan.operations.push_back(Operation{Operation::RELOAD, false, entry.level, 0, depth, 0.0, 0});
+    if ((!entry.variable && !entry.element) || entry.stores == stores) return;
+    Operation::Kind kind = entry.element ? Operation::RELOAD_ELEMENT : Operation::RELOAD;
+    plan.operations.push_back(Operation{kind, false, entry.level, 0, depth, 0.0, 0});
     entry.stores = stores;
 }
 
 bool ScalarPlan::Compiler::add(const EvalStep& step) {
+    if (matrix >= 0) return indexed ? addElement(step) : addIndices(step);
     Operation operation{Operation::LOAD, false, step.level, 0, 0, step.value, 0};
-    if (step.kind == EvalStep::VARIABLE && step.level != 0) {
+    if (step.kind == EvalStep::VARIABLE && step.level == 0) {
+        return addMatrix(step);
+    } else if (step.kind == EvalStep::VARIABLE) {
         operation.index = indexOf(step);
         push(operation, Entry{step.level, true, stores, 0});
     } else if (step.kind == EvalStep::NUMBER) {
@@ -124,6 +140,47 @@ bool ScalarPlan::Compiler::add(const EvalStep& step) {
     return entries.size() <= MAX_DEPTH && plan.variables.size() <= MAX_VARIABLES;
 }
 
+bool ScalarPlan::Compiler::addMatrix(const EvalStep& step) {
+    if (step.type != &class_MatrixVar) return false;
+    matrix = indexOf(step);
+    matrixType = static_cast<const MatrixVar*>(static_cast<VarDeclare*>(step.node)->getType());
+    return plan.variables.size() <= MAX_VARIABLES;
+}
+
+// Each index is an expression of scalars, which goes on the stack.
+bool ScalarPlan::Compiler::addIndices(const EvalStep& step) {
+    if (step.kind != EvalStep::METHOD) return false;
+    const MethodCall* call = static_cast<const MethodCall*>(step.node);
+    if (!matrixType->isElementMethod(call->getFunction()) || call->argumentCount() != 2) return false;
+    int receiver = matrix;
+    matrix = -1;
+    for (int k = 0; k < 2; ++k) {
+        std::size_t depth = entries.size();
+        for (const EvalStep& index : stepsOf(call->getExpression(k)))
+            if (!add(index)) return false;
+        if (matrix >= 0 || entries.size() != depth + 1) return false;
+    }
+    matrix = receiver;
+    indexed = true;
+    return true;
+}
+
+// The indices are read as the binding of int parameters reads them.
+bool ScalarPlan::Compiler::addElement(const EvalStep& step) {
+    if (step.kind != EvalStep::SELECT || step.code != OP_CALL) return false;
+    fresh(1);
+    fresh(0);
+    plan.operations.push_back(
+        Operation{Operation::ELEMENT, false, ScalarVar::FLOAT_LEVEL, 0, matrix, 0.0, 0});
+    entries.pop_back();
+    Entry element{ScalarVar::FLOAT_LEVEL, false, stores, 0};
+    element.element = true;
+    entries.back() = element;
+    matrix = -1;
+    indexed = false;
+    return true;
+}
+
 // The scalars' own rules, tried on a sample value, tell whether the class answers and the rank that
 // comes out; an increment or a decrement is computed by the function of + or -.
 bool ScalarPlan::Compiler::addUnary(const EvalStep& step) {
@@ -132,6 +189,7 @@ bool ScalarPlan::Compiler::addUnary(const EvalStep& step) {
     bool storing;
     double stored;
     if (!ScalarVar::unaryOperation(step.code, {level, 1.0}, result, storing, stored)) return false;
+    if (storing && entries.back().element) return false;
     fresh(0);
     Operation operation{Operation::UNARY, false, level, step.code, 0, 0.0, 0};
     if (storing) {
@@ -193,6 +251,8 @@ bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
         operation.kind = Operation::COMPOUND;
         operation.apply = apply;
     }
+    if (target.element)
+        operation.kind = step.code != OP_ASSIGN ? Operation::COMPOUND_ELEMENT : Operation::ASSIGN_ELEMENT;
     fresh(0);
     plan.operations.push_back(operation);
     ++stores;
@@ -203,7 +263,8 @@ bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
 }
 
 bool ScalarPlan::Compiler::finish() {
-    if (entries.empty()) return false;
+    if (entries.empty() || matrix >= 0) return false;
+    plan.resultElement = entries.back().element;
     plan.operations.push_back(Operation{Operation::END, false, 0, 0, 0, 0.0, 0});
     plan.resultLevel = entries.back().level;
     plan.resultName = entries.back().name;
@@ -212,11 +273,16 @@ bool ScalarPlan::Compiler::finish() {
 
 namespace {
 
-// An entry of the stack: its value, and the variable it was read from, if any.
+// An entry of the stack: its value, and the variable or the element it was read from, if any.
 struct Entry {
     double value;
-    Variable* variable;
+    union {
+        Variable* variable;
+        double* place;
+    };
 };
+
+int indexValue(double x) { return int(ScalarVar::fitTo(ScalarVar::INT_LEVEL, x)); }
 
 void store(Entry& target, int level, double x) {
     target.value = x;
@@ -225,13 +291,14 @@ void store(Entry& target, int level, double x) {
 
 }  // namespace
 
-void ScalarPlan::run(Variable* const* found, EvalValue& result) const { execute(found, 0, &result); }
+void ScalarPlan::run(Variable* const* found, EvalValue& result) const { execute(found, 0, 0, &result); }
 
-void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped) const {
-    execute(found, &stopped, 0);
+void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const {
+    execute(found, &stopped, &part, 0);
 }
 
-void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, EvalValue* result) const {
+void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, int* part,
+                         EvalValue* result) const {
     Entry stack[MAX_DEPTH];
     int top = -1;
     const Operation* next = operations.data();
@@ -300,10 +367,40 @@ void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, Ev
                 --top;
                 break;
             }
+            case Operation::ELEMENT: {
+                MatrixVar* matrix = static_cast<MatrixVar*>(found[operation.index]);
+                double* place =
+                    matrix->elementAt(indexValue(stack[top - 1].value), indexValue(stack[top].value));
+                --top;
+                stack[top].value = *place;
+                stack[top].place = place;
+                break;
+            }
+            case Operation::RELOAD_ELEMENT: {
+                Entry& entry = stack[top - operation.index];
+                entry.value = *entry.place;
+                break;
+            }
+            case Operation::ASSIGN_ELEMENT: {
+                Entry& target = stack[top - 1];
+                target.value = *target.place = stack[top].value;
+                --top;
+                break;
+            }
+            case Operation::COMPOUND_ELEMENT: {
+                Entry& target = stack[top - 1];
+                target.value = *target.place = operation.apply(*target.place, stack[top].value);
+                --top;
+                break;
+            }
             case Operation::END: {
                 const Entry& last = stack[top];
-                *result = last.variable ? EvalValue::ofScalar(last.variable, resultLevel)
-                                        : EvalValue::of(ScalarValue{resultLevel, last.value}, resultName);
+                if (resultElement)
+                    *result = EvalValue::at(last.place);
+                else if (last.variable)
+                    *result = EvalValue::ofScalar(last.variable, resultLevel);
+                else
+                    *result = EvalValue::of(ScalarValue{resultLevel, last.value}, resultName);
                 return;
             }
             case Operation::STOP:
@@ -312,12 +409,15 @@ void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, Ev
             case Operation::TEST:
                 if (stack[top].value == 0.0) return;
                 top = -1;
+                *part = 1;
                 break;
             case Operation::DROP:
                 top = -1;
+                *part = 2;
                 break;
             case Operation::AGAIN:
                 top = -1;
+                *part = 0;
                 next = operations.data();
                 break;
         }

@@ -12,12 +12,14 @@
 
 class Class;
 class EvalValue;
+class Expression;
 class String;
 class VarDeclare;
 class Variable;
 
 // The plan of an expression whose elements are all variables of the scalar
-// classes, scalar literals, and operators that those classes answer directly
+// classes, scalar literals, elements A(i, j) of named matrices with indices of
+// such expressions, and operators that those classes answer directly
 // for the ranks of the declarations: the rank of each result and the function
 // that computes it are settled when the plan is made. Running it reads and
 // stores the variables in place, in the order of the postfix elements, and
@@ -28,8 +30,10 @@ class ScalarPlan {
 public:
     enum { MAX_VARIABLES = 16, MAX_DEPTH = 32 };
 
+    // The steps of an expression, made on demand: an element's indices are expressions of their own.
+    typedef const std::vector<EvalStep>& (*StepsOf)(const Expression* expression);
     // The plan of the steps, or null when they are not of that kind.
-    static std::unique_ptr<ScalarPlan> compile(const std::vector<EvalStep>& steps);
+    static std::unique_ptr<ScalarPlan> compile(const std::vector<EvalStep>& steps, StepsOf stepsOf);
 
     // The rank of the result's class.
     int resultRank() const { return resultLevel; }
@@ -54,7 +58,8 @@ public:
     // the body and then the increment. Null when together they use too many variables.
     static std::unique_ptr<ScalarPlan> compileLoop(const ScalarPlan& test, const ScalarPlan& body,
                                                    const ScalarPlan& increment);
-    void runLoop(Variable* const* found, const std::int32_t& stopped) const;
+    // part tells, when an operation fails, what was running: 0 the test, 1 the body, 2 the increment.
+    void runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const;
 
 private:
     // A variable or a literal that a binary operator or an increment takes at once is part of it.
@@ -71,6 +76,10 @@ private:
             BINARY_VARIABLE,  // the right operand a variable
             ASSIGN,
             COMPOUND,
+            ELEMENT,  // the indices on top replaced by the element of the matrix variable
+            RELOAD_ELEMENT,
+            ASSIGN_ELEMENT,
+            COMPOUND_ELEMENT,
             END,
             // A loop's: the end when the stop flag is set; the end when the truth on top is 0, else the
             // stack emptied; the stack emptied; the first operation again.
@@ -83,7 +92,7 @@ private:
         bool before;   // STEP, STEP_VARIABLE: the variable's new value is the result (++i, --i)
         int level;     // the rank of the variable, literal or operand read or stored; BINARY: unused
         int code;      // UNARY: the operator
-        int index;     // LOAD, STEP_VARIABLE, BINARY_VARIABLE: the variable; RELOAD: the entry's depth
+        int index;     // LOAD, STEP_VARIABLE, BINARY_VARIABLE, ELEMENT: the variable; RELOAD: the depth
         double value;  // NUMBER, BINARY_NUMBER
         scalarops::Apply apply;  // STEP, STEP_VARIABLE, BINARY, BINARY_NUMBER, BINARY_VARIABLE, COMPOUND
     };
@@ -95,12 +104,13 @@ private:
     // Appends the operations of part but its END, its variables numbered among this plan's.
     bool append(const ScalarPlan& part);
     int indexOf(const Used& used);
-    void execute(Variable* const* found, const std::int32_t* stopped, EvalValue* result) const;
+    void execute(Variable* const* found, const std::int32_t* stopped, int* part, EvalValue* result) const;
 
     std::vector<Operation> operations;
     std::vector<Used> variables;
     int resultLevel = 0;
     const String* resultName = 0;  // a literal's name, when the result is that literal
+    bool resultElement = false;    // the result is an element
     mutable std::uint64_t placesMark = 0;
     mutable Variable* places[MAX_VARIABLES];
 };
