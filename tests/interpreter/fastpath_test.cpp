@@ -223,6 +223,27 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "45 120 4 15 0 4.375 11 22"},
+    // Elements in plans: a reference and a copy of a matrix, compound assignments, an element read
+    // again after a store, float and element indices, and an increment that the plans leave alone.
+    {"void fill(Matrix& M, int n) { for (int i = 0; i < n; i++) M(i, i) = i * 1.5; }\n"
+     "float total(Matrix M) { float s = 0; for (int i = 0; i < 3; i++) s = s + M(i, i) + M(i, 0); return s; "
+     "}\n"
+     "int main() {\n"
+     "    Matrix A(3, 3), B(2, 2);\n"
+     "    B(0, 0) = 2;\n"
+     "    fill(A, 3);\n"
+     "    for (int i = 0; i < 3; i++) A(i, 0) += 2;\n"
+     "    float x = A(0, 0) + (A(0, 0) = 5);\n"
+     "    A(1.7, 0.2) = A(B(0, 0), 2) + 1;\n"
+     "    int k = 0;\n"
+     "    for (int j = 0; j < 3; j++) A(j, 1) = A(j, 0) * k++;\n"
+     "    A(2, 2)++;\n"
+     "    cout << x << \" \" << A(1, 0) << \" \" << total(A) << \" \" << k << \" \" << A(2, 2) << \" \" << "
+     "-A(1, 1) "
+     "<< \" \" << A(2, 1);\n"
+     "    return 0;\n"
+     "}\n",
+     "10 4 24 3 4 -4 4"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -256,6 +277,26 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
     ProgramRun inLoop = runMain("int d = 1;\nfor (int w = 3; w > -1; w--) d = 6 / w;\ncout << d;");
     EXPECT_TRUE(failsWith(inLoop, "[SYSERR] System Signal")) << inLoop.message;
     EXPECT_EQ(inLoop.out, "");
+    // A loop that goes on as a plan names the statement that failed, or itself for its test.
+    struct Failure {
+        const char* loop;
+        const char* message;
+    };
+    const Failure loops[] = {
+        {"for (int c = 0; c < 5; c++) A(0, c) = c;",
+         "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(3) At line 4 on statement "
+         "ExprElement A"},
+        {"for (int r = 0; r < 5; A(r, 0) = r++) s = s + 1;",
+         "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(3) At line 4 on statement "
+         "ExprElement A 4 [A (() () r p++ =]"},
+        {"for (int r = 0; A(r, 0) < 100; r++) s = s + 1;",
+         "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(3) At line 4 on statement "
+         "ForStatement"},
+    };
+    for (const Failure& failure : loops) {
+        ProgramRun run = runMain(std::string("Matrix A(3, 3);\nint s = 0;\n") + failure.loop);
+        EXPECT_TRUE(failsWith(run, failure.message)) << run.message;
+    }
 }
 
 // A resident line that declares a global anew gives it another class under the plans of the source.
