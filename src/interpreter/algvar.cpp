@@ -224,6 +224,11 @@ Variable* AlgebraVar::execMethodCall(FuncDeclare* method, OrderedCltn& arguments
     }
 }
 
+int AlgebraVar::numberLevel(const FuncDeclare* method) const {
+    const MethodTable::Entry* entry = methods().entryOf(method);
+    return entry && entry->scalar ? entry->level : 0;
+}
+
 bool AlgebraVar::execScalarMethod(FuncDeclare* method, OrderedCltn& arguments, ScalarValue& result) {
     const MethodTable::Entry* entry = methods().entryOf(method);
     if (!entry || !entry->scalar) return false;

@@ -133,6 +133,8 @@ public:
     FuncDeclare* getMethod(const String& methodName, const OrderedCltn& types) const override;
     Variable* execMethodCall(FuncDeclare* method, OrderedCltn& arguments, std::int32_t& errorFlag) override;
     bool execScalarMethod(FuncDeclare* method, OrderedCltn& arguments, ScalarValue& result) override;
+    // The rank of the result of method when it answers a number (a char, int or float), 0 otherwise.
+    int numberLevel(const FuncDeclare* method) const;
     String getValueString() const override;  // the printed form of the numeric object
     // A copy plots in a window of its own.
     void deepenShallowCopy() override;

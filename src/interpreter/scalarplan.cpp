@@ -10,7 +10,8 @@
 
 // Follows the steps on a stack of static entries: the rank of each, whether it
 // is a variable or an element, and how many stores the plan had made when it was read.
-// A(i, j) comes as the matrix, its method with the indices' expressions, and the call.
+// A(i, j) comes as the matrix, its method with the indices' expressions, and the call; a method of a
+// numeric value that answers a number as the value, the method and the call.
 class ScalarPlan::Compiler {
 public:
     Compiler(ScalarPlan& plan, StepsOf stepsOf) : plan(plan), stepsOf(stepsOf) {}
@@ -27,9 +28,9 @@ private:
         const String* name;    // an untouched literal's
         bool element = false;  // an element of a matrix
     };
-    bool addMatrix(const EvalStep& step);
-    bool addIndices(const EvalStep& step);
-    bool addElement(const EvalStep& step);
+    bool addReceiver(const EvalStep& step);
+    bool addMethod(const EvalStep& step);
+    bool addCall(const EvalStep& step);
     bool addUnary(const EvalStep& step);
     bool addBinary(const EvalStep& step);
     bool addAssign(const EvalStep& step);
@@ -45,10 +46,11 @@ private:
     StepsOf stepsOf;
     std::vector<Entry> entries;
     int stores = 0;
-    // The matrix whose element is under way, waiting for its method or its call; -1 for none.
-    int matrix = -1;
-    const MatrixVar* matrixType = 0;
-    bool indexed = false;  // the indices are on top
+    // The numeric value whose method is under way, waiting for its method or its call; -1 for none.
+    int receiver = -1;
+    const AlgebraVar* receiverType = 0;
+    FuncDeclare* method = 0;  // the method waiting for its call
+    bool indexed = false;     // an element's indices are on top
 };
 
 std::unique_ptr<ScalarPlan> ScalarPlan::compile(const std::vector<EvalStep>& steps, StepsOf stepsOf) {
@@ -93,7 +95,8 @@ bool ScalarPlan::append(const ScalarPlan& part) {
         if (operation.kind == Operation::END) break;
         Operation copy = operation;
         bool numbered = copy.kind == Operation::LOAD || copy.kind == Operation::STEP_VARIABLE ||
-                        copy.kind == Operation::BINARY_VARIABLE || copy.kind == Operation::ELEMENT;
+                        copy.kind == Operation::BINARY_VARIABLE || copy.kind == Operation::ELEMENT ||
+                        copy.kind == Operation::METHOD;
         if (numbered) copy.index = indexOf(part.variables[std::size_t(operation.index)]);
         operations.push_back(copy);
     }
@@ -120,10 +123,10 @@ void ScalarPlan::Compiler::fresh(int depth) {
 }
 
 bool ScalarPlan::Compiler::add(const EvalStep& step) {
-    if (matrix >= 0) return indexed ? addElement(step) : addIndices(step);
+    if (receiver >= 0) return method ? addCall(step) : addMethod(step);
     Operation operation{Operation::LOAD, false, step.level, 0, 0, step.value, 0};
     if (step.kind == EvalStep::VARIABLE && step.level == 0) {
-        return addMatrix(step);
+        return addReceiver(step);
     } else if (step.kind == EvalStep::VARIABLE) {
         operation.index = indexOf(step);
         push(operation, Entry{step.level, true, stores, 0});
@@ -140,45 +143,65 @@ bool ScalarPlan::Compiler::add(const EvalStep& step) {
     return entries.size() <= MAX_DEPTH && plan.variables.size() <= MAX_VARIABLES;
 }
 
-bool ScalarPlan::Compiler::addMatrix(const EvalStep& step) {
-    if (step.type != &class_MatrixVar) return false;
-    matrix = indexOf(step);
-    matrixType = static_cast<const MatrixVar*>(static_cast<VarDeclare*>(step.node)->getType());
+bool ScalarPlan::Compiler::addReceiver(const EvalStep& step) {
+    Variable* type = static_cast<VarDeclare*>(step.node)->getType();
+    if (!type->isKindOf(class_AlgebraVar)) return false;
+    receiver = indexOf(step);
+    receiverType = static_cast<const AlgebraVar*>(type);
     return plan.variables.size() <= MAX_VARIABLES;
 }
 
-// Each index is an expression of scalars, which goes on the stack.
-bool ScalarPlan::Compiler::addIndices(const EvalStep& step) {
+// The element method of a matrix, whose indices are expressions of scalars that go on the stack, or a
+// method without arguments that answers a number.
+bool ScalarPlan::Compiler::addMethod(const EvalStep& step) {
     if (step.kind != EvalStep::METHOD) return false;
     const MethodCall* call = static_cast<const MethodCall*>(step.node);
-    if (!matrixType->isElementMethod(call->getFunction()) || call->argumentCount() != 2) return false;
-    int receiver = matrix;
-    matrix = -1;
+    FuncDeclare* called = call->getFunction();
+    bool element = receiverType->isA() == &class_MatrixVar &&
+                   static_cast<const MatrixVar*>(receiverType)->isElementMethod(called);
+    if (!element) {
+        method = called;
+        return call->argumentCount() == 0 && receiverType->numberLevel(called) != 0;
+    }
+    if (call->argumentCount() != 2) return false;
+    int matrix = receiver;
+    const AlgebraVar* matrixType = receiverType;
+    receiver = -1;
     for (int k = 0; k < 2; ++k) {
         std::size_t depth = entries.size();
         for (const EvalStep& index : stepsOf(call->getExpression(k)))
             if (!add(index)) return false;
-        if (matrix >= 0 || entries.size() != depth + 1) return false;
+        if (receiver >= 0 || entries.size() != depth + 1) return false;
     }
-    matrix = receiver;
+    receiver = matrix;
+    receiverType = matrixType;
+    method = called;
     indexed = true;
     return true;
 }
 
-// The indices are read as the binding of int parameters reads them.
-bool ScalarPlan::Compiler::addElement(const EvalStep& step) {
-    if (step.kind != EvalStep::SELECT || step.code != OP_CALL) return false;
-    fresh(1);
-    fresh(0);
-    plan.operations.push_back(
-        Operation{Operation::ELEMENT, false, ScalarVar::FLOAT_LEVEL, 0, matrix, 0.0, 0});
-    entries.pop_back();
-    Entry element{ScalarVar::FLOAT_LEVEL, false, stores, 0};
-    element.element = true;
-    entries.back() = element;
-    matrix = -1;
+// An element's indices are read as the binding of int parameters reads them.
+bool ScalarPlan::Compiler::addCall(const EvalStep& step) {
+    if (step.kind != EvalStep::SELECT) return false;
+    if (indexed) {
+        fresh(1);
+        fresh(0);
+        plan.operations.push_back(
+            Operation{Operation::ELEMENT, false, ScalarVar::FLOAT_LEVEL, 0, receiver, 0.0, 0});
+        entries.pop_back();
+        Entry element{ScalarVar::FLOAT_LEVEL, false, stores, 0};
+        element.element = true;
+        entries.back() = element;
+    } else {
+        int level = receiverType->numberLevel(method);
+        Operation operation{Operation::METHOD, false, level, 0, receiver, 0.0, 0};
+        operation.method = method;
+        push(operation, Entry{level, false, stores, 0});
+    }
+    receiver = -1;
+    method = 0;
     indexed = false;
-    return true;
+    return entries.size() <= MAX_DEPTH;
 }
 
 // The scalars' own rules, tried on a sample value, tell whether the class answers and the rank that
@@ -263,7 +286,7 @@ bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
 }
 
 bool ScalarPlan::Compiler::finish() {
-    if (entries.empty() || matrix >= 0) return false;
+    if (entries.empty() || receiver >= 0) return false;
     plan.resultElement = entries.back().element;
     plan.operations.push_back(Operation{Operation::END, false, 0, 0, 0, 0.0, 0});
     plan.resultLevel = entries.back().level;
@@ -283,6 +306,12 @@ struct Entry {
 };
 
 int indexValue(double x) { return int(ScalarVar::fitTo(ScalarVar::INT_LEVEL, x)); }
+
+// The arguments of a method called without any.
+OrderedCltn& noArguments() {
+    static OrderedCltn none;
+    return none;
+}
 
 void store(Entry& target, int level, double x) {
     target.value = x;
@@ -374,6 +403,12 @@ void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, in
                 --top;
                 stack[top].value = *place;
                 stack[top].place = place;
+                break;
+            }
+            case Operation::METHOD: {
+                ScalarValue value{operation.level, 0.0};
+                found[operation.index]->execScalarMethod(operation.method, noArguments(), value);
+                stack[++top] = Entry{value.value, 0};
                 break;
             }
             case Operation::RELOAD_ELEMENT: {

@@ -12,6 +12,7 @@
 
 class Class;
 class EvalValue;
+class FuncDeclare;
 class Expression;
 class String;
 class VarDeclare;
@@ -19,7 +20,8 @@ class Variable;
 
 // The plan of an expression whose elements are all variables of the scalar
 // classes, scalar literals, elements A(i, j) of named matrices with indices of
-// such expressions, and operators that those classes answer directly
+// such expressions, methods without arguments of numeric variables that answer
+// numbers, and operators that those classes answer directly
 // for the ranks of the declarations: the rank of each result and the function
 // that computes it are settled when the plan is made. Running it reads and
 // stores the variables in place, in the order of the postfix elements, and
@@ -77,6 +79,7 @@ private:
             ASSIGN,
             COMPOUND,
             ELEMENT,  // the indices on top replaced by the element of the matrix variable
+            METHOD,   // the number that a method of the variable answers
             RELOAD_ELEMENT,
             ASSIGN_ELEMENT,
             COMPOUND_ELEMENT,
@@ -89,12 +92,13 @@ private:
             AGAIN
         };
         Kind kind;
-        bool before;   // STEP, STEP_VARIABLE: the variable's new value is the result (++i, --i)
-        int level;     // the rank of the variable, literal or operand read or stored; BINARY: unused
-        int code;      // UNARY: the operator
-        int index;     // LOAD, STEP_VARIABLE, BINARY_VARIABLE, ELEMENT: the variable; RELOAD: the depth
-        double value;  // NUMBER, BINARY_NUMBER
-        scalarops::Apply apply;  // STEP, STEP_VARIABLE, BINARY, BINARY_NUMBER, BINARY_VARIABLE, COMPOUND
+        bool before;  // STEP, STEP_VARIABLE: the variable's new value is the result (++i, --i)
+        int level;    // the rank of the variable, literal or operand read or stored; BINARY: unused
+        int code;     // UNARY: the operator
+        int index;  // LOAD, STEP_VARIABLE, BINARY_VARIABLE, ELEMENT, METHOD: the variable; RELOAD: the depth
+        double value;             // NUMBER, BINARY_NUMBER
+        scalarops::Apply apply;   // STEP, STEP_VARIABLE, BINARY, BINARY_NUMBER, BINARY_VARIABLE, COMPOUND
+        FuncDeclare* method = 0;  // METHOD
     };
     struct Used {
         VarDeclare* declaration;

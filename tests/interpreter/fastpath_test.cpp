@@ -244,6 +244,21 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "10 4 24 3 4 -4 4"},
+    // Numbers answered by methods inside plans, of a matrix and of a reference to one.
+    {"int rows(Matrix& M) {\n"
+     "    int s = 0;\n"
+     "    for (int i = 0; i < 3; i++) s = s + M.rowNumber() * 10 + M.columnNumber();\n"
+     "    return s;\n"
+     "}\n"
+     "int main() {\n"
+     "    Matrix A(3, 2), E(0, 0);\n"
+     "    A(1, 1) = -2.5;\n"
+     "    float r = 0;\n"
+     "    for (int i = 0; i < 4; i++) r = r + A.rowNumber() * A.norminf() - A.norm2();\n"
+     "    cout << r << \" \" << rows(A) << \" \" << E.norminf();\n"
+     "    return 0;\n"
+     "}\n",
+     "20 96 0"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
