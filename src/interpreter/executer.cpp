@@ -294,8 +294,6 @@ void Executer::forgetParameters() {
     }
 }
 
-OrderedCltn& Executer::currentFrame() const { return *lastFrame; }
-
 OrderedCltn* Executer::pushScope() {
     OrderedCltn* scope = newList();
     currentFrame().add(*scope);

@@ -197,7 +197,7 @@ private:
     void dropValue(Variable* value);
     void destroyScope(OrderedCltn* scope);
     void destroyFrame(OrderedCltn* frame);
-    OrderedCltn& currentFrame() const;
+    OrderedCltn& currentFrame() const { return *lastFrame; }
     OrderedCltn* pushScope();
     void popScope();
     void destroyFrames();
