@@ -115,6 +115,7 @@ private:
     int resultLevel = 0;
     const String* resultName = 0;  // a literal's name, when the result is that literal
     bool resultElement = false;    // the result is an element
+    bool named = false;            // the plan names one scalar variable and does nothing else
     mutable std::uint64_t placesMark = 0;
     mutable Variable* places[MAX_VARIABLES];
 };

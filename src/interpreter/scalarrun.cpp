@@ -1,10 +1,9 @@
 // ScalarPlan: the run on plain numbers, in place in the variables and the elements.
-#include "interpreter/scalarplan.h"
-
 #include "interpreter/evalval.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/mtrxvar.h"
 #include "interpreter/scalar.h"
+#include "interpreter/scalarplan.h"
 
 namespace {
 
@@ -32,7 +31,13 @@ void store(Entry& target, int level, double x) {
 
 }  // namespace
 
-void ScalarPlan::run(Variable* const* found, EvalValue& result) const { execute(found, 0, 0, &result); }
+// A plan that only names a variable answers it at once.
+void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
+    if (named)
+        result = EvalValue::ofScalar(found[0], resultLevel);
+    else
+        execute(found, 0, 0, &result);
+}
 
 void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const {
     execute(found, &stopped, &part, 0);
