@@ -68,7 +68,7 @@ Variable* Executer::execStatement(Statement* statement, Variable* returnType) {
 }
 
 void Executer::locate(TarnException* e, Statement* statement) {
-    if (e->code() != GENERICERR || errorLocated) throw e;
+    if (e->code() != GENERICERR || errorLocated) throw;
     String message = e->message() + formatText(" At line %d", statement->getLine()) + " on statement " +
                      printed(statement);
     int severity = e->severity();

@@ -118,7 +118,7 @@ private:
     void assign(Variable* target, Variable* value);
     void notify(Statement* statement);
     // A failure of a value's operation, raised as a PARSE ERROR without a place, goes on with the statement
-    // that was running; any other goes on as it is.
+    // that was running; any other goes on as it is. Called by the handler of e.
     [[noreturn]] void locate(class TarnException* e, Statement* statement);
     [[noreturn]] void runtimeError(const String& message, Statement* where,
                                    const char* word = "RUN-TIME ERROR");
