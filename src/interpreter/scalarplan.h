@@ -1,4 +1,5 @@
-// ScalarPlan, an expression of scalars only, with each operation settled once from the static types.
+// ScalarPlan, an expression of scalars only, or a loop of such expressions, with each operation settled
+// once from the static types.
 #ifndef INTERPRETER_SCALARPLAN_H
 #define INTERPRETER_SCALARPLAN_H
 
@@ -97,7 +98,7 @@ private:
         int code;     // UNARY: the operator
         int index;  // LOAD, STEP_VARIABLE, BINARY_VARIABLE, ELEMENT, METHOD: the variable; RELOAD: the depth
         double value;             // NUMBER, BINARY_NUMBER
-        scalarops::Apply apply;   // STEP, STEP_VARIABLE, BINARY, BINARY_NUMBER, BINARY_VARIABLE, COMPOUND
+        scalarops::Apply apply;   // STEP, STEP_VARIABLE, the BINARY and COMPOUND kinds
         FuncDeclare* method = 0;  // METHOD
     };
     struct Used {
