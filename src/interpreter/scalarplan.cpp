@@ -287,7 +287,11 @@ bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
 bool ScalarPlan::Compiler::finish() {
     if (entries.empty() || receiver >= 0) return false;
     plan.resultElement = entries.back().element;
-    plan.named = plan.operations.size() == 1 && plan.operations[0].kind == Operation::LOAD;
+    const std::vector<Operation>& operations = plan.operations;
+    if (operations.size() <= 2 && operations[0].kind == Operation::LOAD)
+        plan.shape = operations.size() == 1                           ? NAMED
+                     : operations[1].kind == Operation::BINARY_NUMBER ? WITH_LITERAL
+                                                                      : ANY;
     plan.operations.push_back(Operation{Operation::END, false, 0, 0, 0, 0.0, 0});
     plan.resultLevel = entries.back().level;
     plan.resultName = entries.back().name;

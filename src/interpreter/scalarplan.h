@@ -116,7 +116,10 @@ private:
     int resultLevel = 0;
     const String* resultName = 0;  // a literal's name, when the result is that literal
     bool resultElement = false;    // the result is an element
-    bool named = false;            // the plan names one scalar variable and does nothing else
+    // The plan's shape when it is one of the two most frequent: a variable named, or a variable and a
+    // literal under a binary operator (i < n, n - 1); these run without the general loop.
+    enum Shape : unsigned char { ANY, NAMED, WITH_LITERAL };
+    Shape shape = ANY;
     mutable std::uint64_t placesMark = 0;
     mutable Variable* places[MAX_VARIABLES];
 };

@@ -31,12 +31,17 @@ void store(Entry& target, int level, double x) {
 
 }  // namespace
 
-// A plan that only names a variable answers it at once.
 void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
-    if (named)
+    if (shape == NAMED) {
         result = EvalValue::ofScalar(found[0], resultLevel);
-    else
+    } else if (shape == WITH_LITERAL) {
+        const Operation& load = operations[0];
+        const Operation& binary = operations[1];
+        double x = binary.apply(EvalValue::valueOf(found[load.index], load.level), binary.value);
+        result = EvalValue::of(ScalarValue{resultLevel, x});
+    } else {
         execute(found, 0, 0, &result);
+    }
 }
 
 void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const {
