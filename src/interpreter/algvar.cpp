@@ -62,11 +62,23 @@ double scalarValue(const Variable* v) {
 // --- MethodTable ---
 
 void MethodTable::add(const char* name, const char* result, const std::vector<std::string>& parameters,
-                      Code code) {
+                      Entry entry) {
     FuncDeclare* method = Variable::makeMethod(name, result, parameters);
     QASSERT_TEXT(method != 0, "types of a method registered");
     methods.add(*method);
-    codes.push_back(code);
+    entries.push_back(entry);
+}
+
+void MethodTable::add(const char* name, const char* result, const std::vector<std::string>& parameters,
+                      Code code) {
+    add(name, result, parameters, Entry{code, 0, 0});
+}
+
+void MethodTable::add(const char* name, const char* result, const std::vector<std::string>& parameters,
+                      ScalarCode code) {
+    int level = ScalarVar::rankOf(Variable::findType(result));
+    QASSERT_TEXT(level != 0, "the result of a scalar method is a scalar type");
+    add(name, result, parameters, Entry{0, code, level});
 }
 
 FuncDeclare* MethodTable::find(const String& name, const OrderedCltn& types) const {
@@ -74,21 +86,22 @@ FuncDeclare* MethodTable::find(const String& name, const OrderedCltn& types) con
     return method || !base ? method : base->find(name, types);
 }
 
-MethodTable::Code MethodTable::codeOf(const FuncDeclare* method) const {
+const MethodTable::Entry* MethodTable::entryOf(const FuncDeclare* method) const {
     auto known = found.find(method);
     if (known != found.end()) return known->second;
     int i = methods.indexOfSame(*method);
-    Code code = i >= 0 ? codes[unsigned(i)] : base ? base->codeOf(method) : 0;
-    if (code) found.emplace(method, code);
-    return code;
+    const Entry* entry = i >= 0 ? &entries[unsigned(i)] : base ? base->entryOf(method) : 0;
+    if (entry) found.emplace(method, entry);
+    return entry;
 }
 
+// A method of the base answers a value of this class: its code returns a value, never a number.
 void MethodTable::addRetyped(const char* name, const char* result, const std::vector<std::string>& parameters,
                              const MethodTable& from) {
     OrderedCltn types;
     for (const std::string& parameter : parameters) types.add(*Variable::findType(parameter.c_str()));
     FuncDeclare* method = from.find(name, types);
-    QASSERT_TEXT(method != 0, "method retyped from its base");
+    QASSERT_TEXT(method != 0 && from.codeOf(method) != 0, "method retyped from its base");
     add(name, result, parameters, from.codeOf(method));
 }
 
@@ -201,13 +214,30 @@ FuncDeclare* AlgebraVar::getMethod(const String& methodName, const OrderedCltn& 
 }
 
 Variable* AlgebraVar::execMethodCall(FuncDeclare* method, OrderedCltn& arguments, std::int32_t& errorFlag) {
-    MethodTable::Code code = methods().codeOf(method);
-    if (!code) return Variable::execMethodCall(method, arguments, errorFlag);
+    const MethodTable::Entry* entry = methods().entryOf(method);
+    if (!entry) return Variable::execMethodCall(method, arguments, errorFlag);
     try {
-        return code(*this, arguments);
+        if (entry->scalar) return ScalarVar::makeOfLevel(entry->level, entry->scalar(*this, arguments));
+        return entry->code(*this, arguments);
     } catch (TarnException* e) {
         numericFault(e);
     }
+}
+
+int AlgebraVar::numberLevel(const FuncDeclare* method) const {
+    const MethodTable::Entry* entry = methods().entryOf(method);
+    return entry && entry->scalar ? entry->level : 0;
+}
+
+bool AlgebraVar::execScalarMethod(FuncDeclare* method, OrderedCltn& arguments, ScalarValue& result) {
+    const MethodTable::Entry* entry = methods().entryOf(method);
+    if (!entry || !entry->scalar) return false;
+    try {
+        result = ScalarValue{entry->level, ScalarVar::fitTo(entry->level, entry->scalar(*this, arguments))};
+    } catch (TarnException* e) {
+        numericFault(e);
+    }
+    return true;
 }
 
 AlgebraVar::~AlgebraVar() noexcept(false) {

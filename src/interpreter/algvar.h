@@ -40,23 +40,41 @@ double scalarValue(const Variable* v);  // of a KIND_SCALAR value
 class MethodTable {
 public:
     typedef Variable* (*Code)(Variable& receiver, OrderedCltn& arguments);
+    // The code of a method whose result is a char, int or float: the number, which becomes a value of the
+    // result type only when the caller needs one.
+    typedef double (*ScalarCode)(Variable& receiver, OrderedCltn& arguments);
+    // What runs a method: one of the codes, and the rank of the result's class for a scalar code.
+    struct Entry {
+        Code code;
+        ScalarCode scalar;
+        int level;
+    };
     explicit MethodTable(const MethodTable* base = 0) : base(base) {}
     // Parameter and result types by their registered names.
     void add(const char* name, const char* result, const std::vector<std::string>& parameters, Code code);
+    void add(const char* name, const char* result, const std::vector<std::string>& parameters,
+             ScalarCode code);
     // The first method of the name whose parameters accept the types, here or in the base's table.
     FuncDeclare* find(const String& name, const OrderedCltn& types) const;
-    // The code of the method, null when neither this table nor the base's holds it.
-    Code codeOf(const FuncDeclare* method) const;
+    // What runs the method, null when neither this table nor the base's holds it.
+    const Entry* entryOf(const FuncDeclare* method) const;
+    // The code of the method, null when neither table holds it or its code is a scalar one.
+    Code codeOf(const FuncDeclare* method) const {
+        const Entry* entry = entryOf(method);
+        return entry ? entry->code : 0;
+    }
     // The method of from with this name and these parameters, here with another result type.
     void addRetyped(const char* name, const char* result, const std::vector<std::string>& parameters,
                     const MethodTable& from);
 
 private:
+    void add(const char* name, const char* result, const std::vector<std::string>& parameters, Entry entry);
+
     const MethodTable* base;
     OrderedCltn methods;  // FuncDeclare, kept for the whole program
-    std::vector<Code> codes;
-    // The codes found so far by their methods: a call in a loop does not search the tables again.
-    mutable std::unordered_map<const FuncDeclare*, Code> found;
+    std::vector<Entry> entries;
+    // The entries found so far by their methods: a call in a loop does not search the tables again.
+    mutable std::unordered_map<const FuncDeclare*, const Entry*> found;
 };
 
 // The constructors of one class beyond the default (number 0) and the conversion (number 1):
@@ -114,6 +132,9 @@ public:
     void execConstructor(int index, const OrderedCltn& arguments, std::int32_t& errorFlag) override;
     FuncDeclare* getMethod(const String& methodName, const OrderedCltn& types) const override;
     Variable* execMethodCall(FuncDeclare* method, OrderedCltn& arguments, std::int32_t& errorFlag) override;
+    bool execScalarMethod(FuncDeclare* method, OrderedCltn& arguments, ScalarValue& result) override;
+    // The rank of the result of method when it answers a number (a char, int or float), 0 otherwise.
+    int numberLevel(const FuncDeclare* method) const;
     String getValueString() const override;  // the printed form of the numeric object
     // A copy plots in a window of its own.
     void deepenShallowCopy() override;

@@ -141,28 +141,23 @@ const MethodTable& DynOpVar::methods() const {
                [](Variable& v, OrderedCltn&) -> Variable* { return new MatrixVar(sys(v).stateC()); });
     table->add("getD", "Matrix", {},
                [](Variable& v, OrderedCltn&) -> Variable* { return new MatrixVar(sys(v).getD()); });
-    table->add("order", "int", {},
-               [](Variable& v, OrderedCltn&) -> Variable* { return new IntVar(int(sys(v).order())); });
+    table->add("order", "int", {}, [](Variable& v, OrderedCltn&) -> double { return int(sys(v).order()); });
     table->add("inputNumber", "int", {},
-               [](Variable& v, OrderedCltn&) -> Variable* { return new IntVar(int(sys(v).inputNumber())); });
+               [](Variable& v, OrderedCltn&) -> double { return int(sys(v).inputNumber()); });
     table->add("outputNumber", "int", {},
-               [](Variable& v, OrderedCltn&) -> Variable* { return new IntVar(int(sys(v).outputNumber())); });
-    table->add("controlNumber", "int", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new IntVar(int(sys(v).controlNumber()));
-    });
-    table->add("measureNumber", "int", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new IntVar(int(sys(v).measureNumber()));
-    });
-    table->add("feedForwardNumber", "int", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new IntVar(int(sys(v).feedForwardNumber()));
-    });
+               [](Variable& v, OrderedCltn&) -> double { return int(sys(v).outputNumber()); });
+    table->add("controlNumber", "int", {},
+               [](Variable& v, OrderedCltn&) -> double { return int(sys(v).controlNumber()); });
+    table->add("measureNumber", "int", {},
+               [](Variable& v, OrderedCltn&) -> double { return int(sys(v).measureNumber()); });
+    table->add("feedForwardNumber", "int", {},
+               [](Variable& v, OrderedCltn&) -> double { return int(sys(v).feedForwardNumber()); });
     table->add("normHinf", "float", {},
-               [](Variable& v, OrderedCltn&) -> Variable* { return new FloatVar(sys(v).normHinf()); });
+               [](Variable& v, OrderedCltn&) -> double { return sys(v).normHinf(); });
     table->add("certifiedNormHinf", "Vector", {}, certifiedNorm);
     table->add("sweep", "Vector", {"DynOp", "string"}, sweep);
     table->add("sweep", "Vector", {"DynOp", "string", "int", "int"}, sweep);
-    table->add("normH2", "float", {},
-               [](Variable& v, OrderedCltn&) -> Variable* { return new FloatVar(sys(v).normH2()); });
+    table->add("normH2", "float", {}, [](Variable& v, OrderedCltn&) -> double { return sys(v).normH2(); });
     table->add("outputFeedback", "DynOp", {"DynOp"}, outputFeedback);
     table->add("balancedRealization", "int", {"float"}, [](Variable& v, OrderedCltn& a) -> Variable* {
         sys(v).balancedRealization(floatAt(a, 0));

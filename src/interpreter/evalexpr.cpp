@@ -1,5 +1,4 @@
-// Executer: postfix evaluation on a stack of registers or by a plan of scalars, truth of conditions, calls
-// and argument binding.
+// Executer: postfix evaluation on a stack of registers or by a plan of scalars, and truth of conditions.
 #include <memory>
 #include <new>
 #include <vector>
@@ -34,6 +33,7 @@ struct Executer::EvalState {
     VarDeclare* member = 0;
     FuncDeclare* method = 0;
     OrderedCltn* methodArguments = 0;  // a spare list of the executer
+    double* element = 0;               // the place of A(i, j), found in place of the method's arguments
 
     EvalState(Executer& executer, size_t depth)
         : executer(executer), slots(reinterpret_cast<EvalValue*>(near)) {
@@ -59,10 +59,13 @@ struct Executer::EvalState {
         --size;
         top() = result;
     }
-    OrderedCltn& arguments() {
+    // The list that the method's arguments are bound to.
+    OrderedCltn& argumentsToBind() {
         if (!methodArguments) methodArguments = executer.newList();
         return *methodArguments;
     }
+    // The arguments bound, none when nothing was.
+    OrderedCltn& arguments() { return methodArguments ? *methodArguments : executer.noArguments; }
     void dropMethodArguments() {
         if (methodArguments) executer.emptyScope(methodArguments);
     }
@@ -84,15 +87,13 @@ EvalStep stepOf(Object* element) {
         step.kind = Operator::isUnary(step.code)                     ? EvalStep::UNARY
                     : step.code == OP_MEMBER || step.code == OP_CALL ? EvalStep::SELECT
                                                                      : EvalStep::BINARY;
+        if (step.kind == EvalStep::BINARY) step.scalars = scalarops::binaryOperations(step.code);
     } else if (kind == &class_VarDeclReference) {
         VarDeclare* declaration = static_cast<VarDeclReference*>(element)->getDeclaration();
         step.node = declaration;
         step.kind = declaration->isA() == &class_FieldDeclare ? EvalStep::MEMBER : EvalStep::VARIABLE;
-        Variable* type = declaration->getType();
-        if (type->isA()->base() == &class_ScalarVar) {
-            step.type = type->isA();
-            step.level = type->getLevel();
-        }
+        step.type = declaration->getType()->isA();
+        step.level = ScalarVar::rankOf(declaration->getType());
     } else if (kind == &class_ConstDeclare) {
         ScalarVar* scalar = ScalarVar::scalarOf(static_cast<ConstDeclare*>(element)->getValue());
         step.kind = scalar ? EvalStep::NUMBER : EvalStep::CONSTANT;
@@ -118,16 +119,30 @@ const std::vector<EvalStep>& stepsOf(const Expression* expression) {
     if (steps.size() != elements.size()) {
         steps.clear();
         for (unsigned i = 0; i < elements.size(); ++i) steps.push_back(stepOf(elements.at(int(i))));
-        expression->setScalarPlan(ScalarPlan::compile(steps));
+        expression->setScalarPlan(ScalarPlan::compile(steps, &stepsOf));
     }
     return steps;
 }
 
 }  // namespace
 
+inline Variable* Executer::slotOf(VarDeclare* declaration) {
+    int level = declaration->getLevel();
+    int index = declaration->getIndex();
+    Object* found = level < 0 ? globals.atInline(index)
+                              : static_cast<OrderedCltn*>(currentFrame().atInline(level))->atInline(index);
+    return static_cast<Variable*>(found);
+}
+
+// A plan is made with the steps, on the first evaluation; one that did not fit is not tried again.
 void Executer::evalValue(Expression* expression, EvalValue& result) {
-    const std::vector<EvalStep>& steps = stepsOf(expression);
     const ScalarPlan* plan = expression->scalarPlan();
+    if (plan && runPlan(*plan, result)) return;
+    const std::vector<EvalStep>& steps = stepsOf(expression);
+    evalSteps(steps, plan ? 0 : expression->scalarPlan(), result);
+}
+
+void Executer::evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* plan, EvalValue& result) {
     if (plan && runPlan(*plan, result)) return;
     EvalState state(*this, steps.size());
     for (size_t i = 0; i < steps.size(); ++i) {
@@ -136,9 +151,11 @@ void Executer::evalValue(Expression* expression, EvalValue& result) {
         if (step.kind == EvalStep::UNARY)
             evalUnary(state, step.code);
         else if (step.kind == EvalStep::BINARY)
-            evalBinary(state, step.code);
+            evalBinary(state, step);
         else if (step.kind == EvalStep::SELECT)
             evalSelect(state);
+        else if (step.kind == EvalStep::METHOD)
+            evalMethod(state, static_cast<MethodCall*>(step.node));
         else
             evalElement(state, step);
     }
@@ -148,30 +165,52 @@ void Executer::evalValue(Expression* expression, EvalValue& result) {
 }
 
 // The plan runs when each of its variables is of its declared class, as it
-// always is but for an odd program; then nothing has been done yet.
+// always is but for an odd program; then nothing has been done yet. The
+// variables found stay with the plan until the mark of places moves.
 bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
     if (stopped) return true;
-    Variable* found[ScalarPlan::MAX_VARIABLES];
-    for (size_t i = 0; i < plan.variableCount(); ++i) {
-        Variable* variable = slotOf(plan.variable(i));
-        if (variable->isA() != plan.variableClass(i)) variable = Variable::dereference(variable);
-        if (variable->isA() != plan.variableClass(i)) return false;
-        found[i] = variable;
-    }
+    Variable* const* found = placesOf(plan);
+    if (!found) return false;
     plan.run(found, result);
     return true;
+}
+
+Variable* const* Executer::placesOf(const ScalarPlan& plan) {
+    Variable* const* found = plan.placesFor(placeMark);
+    return found ? found : findPlaces(plan);
+}
+
+Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
+    Variable** variables = plan.placesToFill();
+    for (size_t i = 0; i < plan.variableCount(); ++i) {
+        VarDeclare* declaration = plan.variable(i);
+        Variable* variable = slotOf(declaration);
+        if (!holdsDeclaredClass(declaration) && variable->isA() != plan.variableClass(i)) {
+            variable = Variable::dereference(variable);
+            if (variable->isA() != plan.variableClass(i)) return 0;
+        }
+        if (plan.variableClass(i) == &class_MatrixVar && static_cast<MatrixVar*>(variable)->isTemporary())
+            return 0;
+        variables[i] = variable;
+    }
+    plan.keptUnder(placeMark);
+    return variables;
+}
+
+// A local that is no reference holds what was made for it from its declared type, or a scalar of the
+// parameter's class; a global may have been replaced by a resident line, a reference refers to anything.
+bool Executer::holdsDeclaredClass(VarDeclare* declaration) {
+    return declaration->getLevel() >= 0 && !declaration->isRef();
 }
 
 // A variable is reached by its place; a member or a method waits for its operator.
 void Executer::evalElement(EvalState& state, const EvalStep& step) {
     EvalValue& value = state.push();
     switch (step.kind) {
-        case EvalStep::VARIABLE: {
-            Variable* found = slotOf(static_cast<VarDeclare*>(step.node));
-            if (found->isA() != step.type) found = Variable::dereference(found);
-            value = found->isA() == step.type ? EvalValue::ofScalar(found, step.level) : EvalValue::of(found);
+        case EvalStep::VARIABLE:
+            if (step.placeMark != placeMark) findPlace(step);
+            value = EvalValue::ofScalar(step.place, step.placeLevel);
             break;
-        }
         case EvalStep::MEMBER:
             state.member = static_cast<VarDeclare*>(step.node);
             break;
@@ -182,13 +221,6 @@ void Executer::evalElement(EvalState& state, const EvalStep& step) {
         case EvalStep::CONSTANT:
             value = EvalValue::owned(static_cast<ConstDeclare*>(step.node)->getVariable());
             break;
-        case EvalStep::METHOD: {
-            MethodCall* call = static_cast<MethodCall*>(step.node);
-            state.method = call->getFunction();
-            state.dropMethodArguments();
-            bindArguments(state.method, call, state.arguments());
-            break;
-        }
         case EvalStep::CALL:
             callFunction(static_cast<FuncCall*>(step.node), value);
             break;
@@ -200,6 +232,15 @@ void Executer::evalElement(EvalState& state, const EvalStep& step) {
     }
 }
 
+// A variable of its declared scalar class by that class's rank, any other through its own class.
+void Executer::findPlace(const EvalStep& step) {
+    Variable* found = slotOf(static_cast<VarDeclare*>(step.node));
+    if (found->isA() != step.type) found = Variable::dereference(found);
+    step.place = found;
+    step.placeLevel = found->isA() == step.type ? step.level : ScalarVar::rankOf(found);
+    step.placeMark = placeMark;
+}
+
 // Scalars are worked out in place; anything else, or an operator that the
 // scalars' classes do not have, goes to the values' own operations, which
 // answer or report.
@@ -208,13 +249,13 @@ void Executer::evalUnary(EvalState& state, int code) {
         unaryOnValue(state.top(), code);
 }
 
-void Executer::evalBinary(EvalState& state, int code) {
+void Executer::evalBinary(EvalState& state, const EvalStep& step) {
     if (state.size < 2 || state.top().empty()) return;
-    if (binaryOnScalars(state, code)) return;
+    if (binaryOnScalars(state, step)) return;
     Variable* left = state.below().box();
     Variable* right = state.top().box();
     Variable* other = Variable::dereference(right);
-    Variable* result = left->doOperation(other, code, 0);
+    Variable* result = left->doOperation(other, step.code, 0);
     if (result == other && other != right) result = right;
     if (right == result)
         state.top() = EvalValue();
@@ -228,13 +269,20 @@ void Executer::evalBinary(EvalState& state, int code) {
 // result that is the variable itself comes back as a reference to it.
 void Executer::evalSelect(EvalState& state) {
     if (state.size < 2) return;
+    if (!state.member && state.element) {
+        state.top().drop();
+        state.replaceTwo(EvalValue::at(state.element));
+        state.element = 0;
+        return;
+    }
     Variable* variable = state.below().scopeVariable();
-    if (!state.member && selectElement(state, variable)) return;
     Variable* left = variable ? variable : state.below().box();
     Variable* result;
     if (state.member) {
         result = new VarReference(left->getMemberVar(state.member));
         state.member = 0;
+    } else if (selectScalar(state, left)) {
+        return;
     } else {
         result = left->execMethodCall(state.method, state.arguments(), errorFlag);
         state.dropMethodArguments();
@@ -249,16 +297,48 @@ void Executer::evalSelect(EvalState& state) {
     finishOperation(state, result);
 }
 
-// A(i, j) on a matrix of a scope, the indices in range: the element's place, without the alias
-// that the method would make for it.
-bool Executer::selectElement(EvalState& state, Variable* variable) {
-    if (!variable || variable->isA() != &class_MatrixVar) return false;
-    double* place = static_cast<MatrixVar*>(variable)->elementPlace(state.method, state.arguments());
-    if (!place) return false;
+// A method whose result is a char, int or float answers a number, which takes the place of the two values.
+bool Executer::selectScalar(EvalState& state, Variable* receiver) {
+    ScalarValue result;
+    if (!receiver->execScalarMethod(state.method, state.arguments(), result)) return false;
     state.dropMethodArguments();
     state.top().drop();
-    state.replaceTwo(EvalValue::at(place));
+    state.below().drop();
+    state.replaceTwo(EvalValue::of(result));
     return true;
+}
+
+// The method waits for the call operator with its arguments bound, the receiver below it.
+void Executer::evalMethod(EvalState& state, MethodCall* call) {
+    Variable* receiver = state.size > 0 ? state.top().scopeVariable() : 0;
+    state.push();
+    state.method = call->getFunction();
+    state.dropMethodArguments();
+    state.element = 0;
+    if (receiver && receiver->isA() == &class_MatrixVar && call->argumentCount() == 2)
+        bindIndices(state, static_cast<MatrixVar*>(receiver), call);
+    else if (call->argumentCount() > 0)
+        bindArguments(state.method, call, state.argumentsToBind());
+}
+
+// A(i, j) on a matrix of a scope, the indices scalars in range: the element's place waits instead of
+// the arguments, and no alias is made for it. Otherwise the values are bound as they came.
+void Executer::bindIndices(EvalState& state, MatrixVar* matrix, MethodCall* call) {
+    EvalValue held[2];
+    EvalValueGuard first(held[0]), second(held[1]);
+    ScalarValue index[2];
+    int count = 0;
+    bool scalars = true;
+    for (; count < 2; ++count) {
+        evalValue(call->getExpression(count), held[count]);
+        if (held[count].empty()) break;
+        scalars = scalars && held[count].convertedTo(ScalarVar::INT_LEVEL, index[count]);
+    }
+    if (count == 2 && scalars)
+        state.element = matrix->elementPlace(state.method, int(index[0].value), int(index[1].value));
+    if (state.element) return;
+    for (int k = 0; k < count; ++k)
+        bindArgument(state.method->getArgument(k), held[k], state.argumentsToBind());
 }
 
 bool Executer::unaryOnScalar(EvalValue& value, int code) {
@@ -282,24 +362,25 @@ void Executer::unaryOnValue(EvalValue& value, int code) {
 
 // An assignment leaves its target as the result, still a left value; it takes
 // a value of a rank not above the target's, the others convert through the values.
-bool Executer::binaryOnScalars(EvalState& state, int code) {
+bool Executer::binaryOnScalars(EvalState& state, const EvalStep& step) {
     ScalarValue a, b;
     EvalValue& left = state.below();
     EvalValue& right = state.top();
     if (!left.scalar(a) || !right.scalar(b)) return false;
-    if (Operator::isAssign(code)) {
-        double stored;
-        if (b.level > a.level || !ScalarVar::assigned(code, a.level, a.value, b.value, stored)) return false;
-        left.store(stored);
-        right.drop();
+    bool assignment = Operator::isAssign(step.code);
+    if (assignment && b.level > a.level) return false;
+    int own = assignment || a.level > b.level ? a.level : b.level;
+    scalarops::Apply apply = step.scalars.apply[own - ScalarVar::CHAR_LEVEL];
+    if (!apply) return false;
+    double x = apply(a.value, b.value);
+    right.drop();
+    if (assignment) {
+        left.store(x);
         --state.size;
         return true;
     }
-    ScalarValue result;
-    if (!ScalarVar::operate(code, a, b, result)) return false;
-    right.drop();
     left.drop();
-    state.replaceTwo(EvalValue::of(result));
+    state.replaceTwo(EvalValue::of(ScalarValue{step.scalars.level[own - ScalarVar::CHAR_LEVEL], x}));
     return true;
 }
 
@@ -331,95 +412,4 @@ int Executer::evalBool(Expression* expression, int emptyAllowed) {
     ValueGuard converted(new CharVar);
     assign(converted.get(), v);
     return static_cast<CharVar*>(converted.get())->getValue() != 0;
-}
-
-Variable* Executer::slotOf(VarDeclare* declaration) {
-    int level = declaration->getLevel();
-    int index = declaration->getIndex();
-    Object* found = level < 0 ? globals.atInline(index)
-                              : static_cast<OrderedCltn*>(currentFrame().atInline(level))->atInline(index);
-    return static_cast<Variable*>(found);
-}
-
-// The arguments are evaluated in the caller's frame, first to last, before the
-// callee's frame is pushed. A scalar returned stays out of the heap.
-void Executer::callFunction(FuncCall* call, EvalValue& result) {
-    if (stopped) return;
-    FuncDeclare* function = call->getFunction();
-    if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) {
-        result = EvalValue::owned(callBuiltin(call));
-        return;
-    }
-    notify(call);
-    if (stackNearlyFull())
-        runtimeError(formatText("Recursion too deep: %s called at depth %u, the stack is exhausted",
-                                function->getName().asCharPointer(), unsigned(frames.size())),
-                     call);
-    OrderedCltn* scope = newList();
-    bool bound;
-    try {
-        bound = bindArguments(function, call, *scope);
-    } catch (...) {
-        destroyScope(scope);
-        throw;
-    }
-    if (!bound) {
-        destroyScope(scope);
-        return;
-    }
-    Variable* returned = runStatements(function, scope, false);
-    if (returned == RETURNED_SCALAR)
-        result = EvalValue::of(ScalarValue{returnedLevel, returnedValue}, returnedName);
-    else
-        result = EvalValue::owned(returned);
-}
-
-Variable* Executer::callBuiltin(FuncCall* call) {
-    FuncDeclare* function = call->getFunction();
-    OrderedCltn arguments;
-    ContentsGuard guard(arguments);
-    if (!bindArguments(function, call, arguments)) return 0;
-    return findBuiltin(function->getName())(*this, function->getName(), arguments);
-}
-
-// A scalar goes to a new value of the parameter's class when that class takes
-// it as it stands; other values are assigned to a copy of the parameter's type.
-bool Executer::bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values) {
-    for (int i = 0; i < function->argumentCount(); ++i) {
-        EvalValue held;
-        EvalValueGuard guard(held);
-        evalValue(call->getExpression(i), held);
-        if (held.empty()) return false;
-        VarDeclare* parameter = function->getArgument(i);
-        if (parameter->isRef()) {
-            Variable* value = held.release();
-            value->setName(parameter->getName());
-            addOwned(values, value);
-            if (!value->isKindOf(class_VarReference))
-                runtimeError("A left-value element must used to assign to a reference", 0);
-            continue;
-        }
-        ScalarValue scalar;
-        if (convertScalar(held, parameter->getType(), scalar)) {
-            addOwned(values, scalars.take(scalar.level, scalar.value, parameter->getName()));
-            continue;
-        }
-        ValueGuard value(held.release());
-        Variable* bound = parameter->getType()->clone();
-        bound->setName(parameter->getName());
-        values.add(*bound);
-        assign(bound, value.get());
-    }
-    return true;
-}
-
-// What a copy of type assigned from the scalar would hold: a scalar class
-// takes a float or any scalar of a rank not above its own. False for any other case.
-bool Executer::convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted) {
-    ScalarValue s;
-    if (type->isA()->base() != &class_ScalarVar || !value.scalar(s)) return false;
-    int level = type->getLevel();
-    if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
-    converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
-    return true;
 }

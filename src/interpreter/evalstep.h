@@ -2,12 +2,18 @@
 #ifndef INTERPRETER_EVALSTEP_H
 #define INTERPRETER_EVALSTEP_H
 
+#include <cstdint>
+
+#include "interpreter/scalarapply.h"
+
 class Class;
 class Object;
+class Variable;
 
 // The element's class and what the evaluation reads from it, so that an
-// evaluation tests no class and reads no collection. Level and index of a
-// variable are read through its declaration at each use.
+// evaluation tests no class and reads no collection. A variable's place is
+// found through its declaration's level and index, and kept until the
+// executer's mark of places moves.
 struct EvalStep {
     enum Kind : unsigned char {
         UNARY,       // code
@@ -28,6 +34,10 @@ struct EvalStep {
     double value;
     Object* node;
     const Class* type;
+    mutable std::uint64_t placeMark = 0;    // VARIABLE: the mark under which place was found
+    mutable Variable* place = 0;            // VARIABLE: the variable found, a reference's target when of type
+    mutable int placeLevel = 0;             // VARIABLE: the rank of place's class, 0 for no scalar
+    scalarops::BinaryOperations scalars{};  // BINARY: the operator on scalars of each rank
 };
 
 #endif

@@ -39,9 +39,7 @@ public:
         return v;
     }
     // A variable of a scope, by its place.
-    static EvalValue of(Variable* found) {
-        return ofScalar(found, found->isA()->base() == &class_ScalarVar ? found->getLevel() : 0);
-    }
+    static EvalValue of(Variable* found) { return ofScalar(found, ScalarVar::rankOf(found)); }
     // A variable of a scope: a scalar of the class of that rank, anything else with rank 0.
     static EvalValue ofScalar(Variable* found, int level) {
         EvalValue v;
@@ -84,6 +82,16 @@ public:
             s.level = found->getLevel();
             s.value = found->number();
         }
+        return true;
+    }
+    // What a value of the scalar class of rank level assigned from this would hold: a scalar class
+    // takes a float or any scalar of a rank not above its own. False when either is no scalar (level 0
+    // for a class of another kind) or the conversion goes through the values.
+    bool convertedTo(int level, ScalarValue& converted) const {
+        ScalarValue s;
+        if (level == 0 || !scalar(s)) return false;
+        if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
+        converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
         return true;
     }
     // Stores x, already in the scalar's form, in what scalar() read.

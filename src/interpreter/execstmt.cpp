@@ -9,6 +9,7 @@
 #include "interpreter/executer.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/scalar.h"
+#include "interpreter/scalarplan.h"
 #include "interpreter/statemnt.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
@@ -62,26 +63,25 @@ Variable* Executer::execStatement(Statement* statement, Variable* returnType) {
     try {
         return dispatchStatement(statement, returnType);
     } catch (TarnException* e) {
-        if (e->code() != GENERICERR || errorLocated) throw;
-        String message = e->message() + formatText(" At line %d", statement->getLine()) + " on statement " +
-                         printed(statement);
-        int severity = e->severity();
-        delete e;
-        errorLocated = 1;
-        errorInProgress = 1;
-        throw new TarnException(GENERICERR, message.asCharPointer(), severity);
+        locate(e, statement);
     }
 }
 
+void Executer::locate(TarnException* e, Statement* statement) {
+    if (e->code() != GENERICERR || errorLocated) throw;
+    String message = e->message() + formatText(" At line %d", statement->getLine()) + " on statement " +
+                     printed(statement);
+    int severity = e->severity();
+    delete e;
+    errorLocated = 1;
+    errorInProgress = 1;
+    throw new TarnException(GENERICERR, message.asCharPointer(), severity);
+}
+
 // Returns 0 to go on, or what unwinds: a returned value or a marker.
+// The classes are tried in the order of how often a program runs them.
 Variable* Executer::dispatchStatement(Statement* statement, Variable* returnType) {
     Class* kind = statement->isA();
-    if (kind == &class_VarDeclare) {
-        execVarDeclare(static_cast<VarDeclare*>(statement));
-        return 0;
-    }
-    if (kind == &class_ListOfElement) return execList(static_cast<ListOfElement*>(statement));
-    if (kind == &class_FuncDeclare) return 0;
     if (kind == &class_ExprElement) {
         notify(statement);
         EvalValue value;
@@ -89,11 +89,17 @@ Variable* Executer::dispatchStatement(Statement* statement, Variable* returnType
         evalValue(static_cast<ExprElement*>(statement)->getExpression(), value);
         return 0;
     }
+    if (kind == &class_IfStatement) return execIf(static_cast<IfStatement*>(statement), returnType);
     if (kind == &class_ReturnStatement)
         return execReturn(static_cast<ReturnStatement*>(statement), returnType);
     if (kind == &class_BlockOfCode) return execBlock(static_cast<BlockOfCode*>(statement), returnType);
     if (kind == &class_ForStatement) return execFor(static_cast<ForStatement*>(statement), returnType);
-    if (kind == &class_IfStatement) return execIf(static_cast<IfStatement*>(statement), returnType);
+    if (kind == &class_VarDeclare) {
+        execVarDeclare(static_cast<VarDeclare*>(statement));
+        return 0;
+    }
+    if (kind == &class_ListOfElement) return execList(static_cast<ListOfElement*>(statement));
+    if (kind == &class_FuncDeclare) return 0;
     if (statement->isEmpty()) return 0;
     if (statement->isBreak()) return BREAK;
     if (statement->isContinue()) return CONTINUE;
@@ -109,6 +115,7 @@ void Executer::notify(Statement* statement) {
     CallData data(statement, true);
     data.setNotOwn();
     cbackOn(TRACE_EXEC, &data);
+    movePlaces();
 }
 
 Variable* Executer::execList(ListOfElement* list) {
@@ -140,7 +147,8 @@ Variable* Executer::execBlock(BlockOfCode* block, Variable* returnType) {
 
 // Each pass runs the body in a scope of its own. break and continue stop here;
 // a returned value goes on up. The scope is emptied after each pass rather
-// than made anew; a body that could put nothing in it has none.
+// than made anew; a body that could put nothing in it has none. After the
+// first pass the loop may go on as plans.
 Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
     notify(loop);
     execStatement(loop->getAssign(), returnType);
@@ -148,10 +156,14 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
     bool scoped = needsScope(body);
     OrderedCltn* scope = 0;
     Variable* result = 0;
+    bool planned = false;
     while (evalBool(loop->getTest(), 1)) {
         if (scoped && !scope) scope = pushScope();
         result = execStatement(body, returnType);
-        if (scope) emptyScope(scope);
+        if (scope && scope->size() > 0) {
+            emptyScope(scope);
+            movePlaces();
+        }
         if (stopped || result == BREAK) {
             result = 0;
             break;
@@ -159,9 +171,47 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
         if (result && result != CONTINUE) break;
         result = 0;
         execStatement(loop->getIncrement(), returnType);
+        if (!planned) {
+            planned = true;
+            if (runPlannedLoop(loop)) break;
+        }
     }
     if (scope) popScope();
     return result;
+}
+
+// After a first pass has made the plans: a loop whose test (of a char result), body and increment are
+// expressions of scalars runs the rest of its passes as one plan while nothing listens to the statements,
+// whose announcements nobody would hear; nothing a plan does can add a listener or move the places of its
+// variables. False, with nothing done, for any other loop.
+bool Executer::runPlannedLoop(ForStatement* loop) {
+    if (cbackData) return false;
+    bool tried;
+    const ScalarPlan* plan = loop->loopPlan(tried);
+    if (!tried) {
+        const ScalarPlan* test = loop->getTest() ? loop->getTest()->scalarPlan() : 0;
+        const ScalarPlan* body = statementPlan(loop->getBody());
+        const ScalarPlan* increment = statementPlan(loop->getIncrement());
+        bool planned = test && body && increment && test->resultRank() == ScalarVar::CHAR_LEVEL;
+        loop->setLoopPlan(planned ? ScalarPlan::compileLoop(*test, *body, *increment) : 0);
+        plan = loop->loopPlan(tried);
+    }
+    Variable* const* found = plan ? placesOf(*plan) : 0;
+    if (!found) return false;
+    int part = 0;
+    try {
+        plan->runLoop(found, stopped, part);
+    } catch (TarnException* e) {
+        // A failure of the test is the loop's own, as it is when the statements run.
+        if (part == 0) throw;
+        locate(e, part == 1 ? loop->getBody() : loop->getIncrement());
+    }
+    return true;
+}
+
+const ScalarPlan* Executer::statementPlan(Statement* statement) {
+    if (!statement || statement->isA() != &class_ExprElement) return 0;
+    return static_cast<ExprElement*>(statement)->getExpression()->scalarPlan();
 }
 
 // The test is evaluated outside the scope that the chosen branch gets.
@@ -187,7 +237,8 @@ bool Executer::needsScope(Statement* statement) {
 // A value of the declared type goes back as it stands, a reference as a copy
 // of what it refers to, which dies with the frame; another type is converted.
 // A scalar is always copied: it may alias an element of a matrix of the frame;
-// it is left in the executer, converted, behind the marker RETURNED_SCALAR.
+// it is left in the executer, converted, behind the marker RETURNED_SCALAR. The return type is that of
+// the function of the innermost frame.
 Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType) {
     notify(statement);
     Variable* voidType = Variable::voidType();
@@ -204,7 +255,7 @@ Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType)
     if (held.empty()) return 0;
     if (returnType == voidType) runtimeError(String("Expected void, was") + held.box()->getType(), statement);
     ScalarValue scalar;
-    if (convertScalar(held, returnType, scalar)) {
+    if (held.convertedTo(callees.back()->returnLevel(), scalar)) {
         returnedLevel = scalar.level;
         returnedValue = scalar.value;
         returnedName = &returnType->getName();
@@ -229,6 +280,7 @@ void Executer::execVarDeclare(VarDeclare* declaration) {
         static_cast<OrderedCltn*>(currentFrame().last())->add(*variable);
     else
         globals.add(*variable);
+    movePlaces();
     if (errorFlag) stopped = 1;
 }
 

@@ -16,8 +16,15 @@ DEFINE_CLASS(Executer, Algebra, 1, 0)
 
 Symbol TRACE_EXEC("TRACE_EXEC");
 
+namespace {
+
+std::uint64_t lastPlaceMark = 0;
+
+}  // namespace
+
 Executer::Executer()
     : stopped(0),
+      placeMark(++lastPlaceMark),
       parser(0),
       errorFlag(0),
       errorLocated(0),
@@ -28,6 +35,7 @@ Executer::Executer()
 
 Executer::Executer(CodeParser* parser)
     : stopped(0),
+      placeMark(++lastPlaceMark),
       parser(parser),
       errorFlag(0),
       errorLocated(0),
@@ -42,6 +50,11 @@ Executer::~Executer() noexcept(false) {
     destroyFrames();
     destroyGlobals();
     for (OrderedCltn* list : spareLists) delete list;
+    forgetParameters();
+    for (SpareFrame& spare : spareFrames) {
+        delete spare.frame->first();
+        delete spare.frame;
+    }
 }
 
 // --- Entries ---
@@ -58,9 +71,7 @@ String Executer::caughtMessage(TarnException* e) {
 }
 
 String Executer::run(String& message, int& stoppedResult) {
-    stopped = 0;
-    errorFlag = 0;
-    errorLocated = 0;
+    startRun();
     destroyGlobals();
     message = "";
     FuncDeclare* main = parser->findMain(1);
@@ -84,9 +95,7 @@ String Executer::run(String& message, int& stoppedResult) {
 
 Variable* Executer::callFunction(FuncDeclare* function, OrderedCltn& arguments, String& message,
                                  int& stoppedResult) {
-    stopped = 0;
-    errorFlag = 0;
-    errorLocated = 0;
+    startRun();
     message = "";
     Variable* result = 0;
     try {
@@ -114,9 +123,7 @@ Variable* Executer::callFunction(FuncDeclare* function, OrderedCltn& arguments, 
 }
 
 String Executer::evaluate(const String& source, const String& text) {
-    stopped = 0;
-    errorFlag = 0;
-    errorLocated = 0;
+    startRun();
     try {
         if (!source.isEqual(sourceText) || (sourceText.size() == 0 && globals.size() == 0)) {
             clear();
@@ -150,9 +157,11 @@ void Executer::keepResidentVariables(OrderedCltn* scope) {
     }
     for (unsigned i = 0; i < scope->size(); ++i) parser->updateGlobal(Variable::argumentAt(*scope, int(i)));
     releaseList(scope);
+    movePlaces();
 }
 
 void Executer::clear() {
+    forgetParameters();
     destroyGlobals();
     sourceText = "";
     parser->reset();
@@ -178,7 +187,30 @@ String Executer::printVariable(const String& name) {
     return name + " = \"" + v->getValueString() + "\"";
 }
 
+// The functions called last may have been parsed anew since.
+void Executer::startRun() {
+    stopped = 0;
+    errorFlag = 0;
+    errorLocated = 0;
+    forgetParameters();
+}
+
 // --- Frames and globals ---
+
+void Executer::movePlaces() { placeMark = ++lastPlaceMark; }
+
+namespace {
+
+// Only the used part of a list goes back to nil, which is all a short list needs: the rest already holds nil.
+void clearList(OrderedCltn* list) {
+    enum { SHORT_LIST = 4 };
+    if (list->size() > SHORT_LIST)
+        list->removeAll();
+    else
+        while (list->size() > 0) list->removeLast();
+}
+
+}  // namespace
 
 // Emptied scopes and frames are kept for reuse: a loop opens a scope on every pass.
 OrderedCltn* Executer::newList() {
@@ -189,7 +221,7 @@ OrderedCltn* Executer::newList() {
 }
 
 void Executer::releaseList(OrderedCltn* list) {
-    if (list->size() > 0) list->removeAll();
+    clearList(list);
     if (spareLists.size() < SPARE_LISTS)
         spareLists.push_back(list);
     else
@@ -198,11 +230,12 @@ void Executer::releaseList(OrderedCltn* list) {
 
 // Values go from the last to the first: a reference is destroyed before what it refers to.
 void Executer::emptyScope(OrderedCltn* scope) {
-    for (int i = int(scope->size()) - 1; i >= 0; --i) {
-        Variable* value = static_cast<Variable*>(scope->at(i));
-        if (!scalars.keep(value)) ValueGuard::destroy(value);
-    }
-    if (scope->size() > 0) scope->removeAll();
+    for (int i = int(scope->size()) - 1; i >= 0; --i) dropValue(static_cast<Variable*>(scope->atInline(i)));
+    clearList(scope);
+}
+
+void Executer::dropValue(Variable* value) {
+    if (!scalars.keep(value)) ValueGuard::destroy(value);
 }
 
 void Executer::destroyScope(OrderedCltn* scope) {
@@ -215,7 +248,51 @@ void Executer::destroyFrame(OrderedCltn* frame) {
     releaseList(frame);
 }
 
-OrderedCltn& Executer::currentFrame() const { return *lastFrame; }
+// A recursion releases its frames in the order it takes them: the last one kept is its own.
+OrderedCltn* Executer::newFrame(FuncDeclare* function) {
+    if (spareFrames.empty()) {
+        OrderedCltn* frame = newList();
+        frame->add(*newList());
+        return frame;
+    }
+    SpareFrame spare = spareFrames.back();
+    spareFrames.pop_back();
+    if (spare.function != function) emptyScope(static_cast<OrderedCltn*>(spare.frame->first()));
+    return spare.frame;
+}
+
+void Executer::releaseFrame(OrderedCltn* frame, FuncDeclare* function) {
+    while (frame->size() > 1) destroyScope(static_cast<OrderedCltn*>(frame->removeLast()));
+    OrderedCltn* scope = static_cast<OrderedCltn*>(frame->first());
+    if (function && !keepParameters(function, *scope)) function = 0;
+    if (!function) emptyScope(scope);
+    if (spareFrames.size() < SPARE_LISTS)
+        spareFrames.push_back(SpareFrame{frame, function});
+    else
+        destroyFrame(frame);
+}
+
+// The variables of the function's outermost block follow its parameters in the scope; they go, the last
+// first, before the parameters are looked at.
+bool Executer::keepParameters(FuncDeclare* function, OrderedCltn& scope) {
+    int count = function->argumentCount();
+    if (count > MAX_KEPT_PARAMETERS || int(scope.size()) < count) return false;
+    while (int(scope.size()) > count) dropValue(static_cast<Variable*>(scope.removeLast()));
+    for (int i = 0; i < count; ++i) {
+        VarDeclare* parameter = function->getArgument(i);
+        Variable* value = static_cast<Variable*>(scope.atInline(i));
+        int level = parameter->scalarLevel();
+        if (parameter->isRef() || level == 0 || ScalarPool::plainLevel(value) != level) return false;
+    }
+    return true;
+}
+
+void Executer::forgetParameters() {
+    for (SpareFrame& spare : spareFrames) {
+        if (spare.function) emptyScope(static_cast<OrderedCltn*>(spare.frame->first()));
+        spare.function = 0;
+    }
+}
 
 OrderedCltn* Executer::pushScope() {
     OrderedCltn* scope = newList();
@@ -223,9 +300,15 @@ OrderedCltn* Executer::pushScope() {
     return scope;
 }
 
-void Executer::popScope() { destroyScope(static_cast<OrderedCltn*>(currentFrame().removeLast())); }
+// A scope that held nothing leaves every place kept as it was.
+void Executer::popScope() {
+    OrderedCltn* scope = static_cast<OrderedCltn*>(currentFrame().removeLast());
+    if (scope->size() > 0) movePlaces();
+    destroyScope(scope);
+}
 
 void Executer::destroyFrames() {
+    movePlaces();
     lastFrame = 0;
     while (!frames.empty()) {
         OrderedCltn* frame = frames.back();
@@ -239,7 +322,10 @@ FuncDeclare* Executer::frameFunction(int frame) const { return callees.at(size_t
 
 const OrderedCltn& Executer::frameScopes(int frame) const { return *frames.at(size_t(frame)); }
 
-void Executer::destroyGlobals() { deleteValuesFromLast(globals); }
+void Executer::destroyGlobals() {
+    deleteValuesFromLast(globals);
+    movePlaces();
+}
 
 // The predefined variables, then the globals of the source in order; an
 // initialiser may call functions.
@@ -253,28 +339,31 @@ void Executer::makeGlobals() {
 }
 
 Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
-    Variable* result = runStatements(function, scope, keepScope);
+    OrderedCltn* frame = newList();
+    frame->add(*scope);
+    Variable* result = runStatements(function, frame);
+    if (keepScope) frame->removeFirst();
+    destroyFrame(frame);
     if (result != RETURNED_SCALAR) return result;
     std::unique_ptr<Variable> value(ScalarVar::makeOfLevel(returnedLevel, returnedValue));
     value->setName(*returnedName);
     return value.release();
 }
 
-Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
-    OrderedCltn* frame = newList();
-    frame->add(*scope);
+Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* frame) {
     frames.push_back(frame);
     lastFrame = frame;
     callees.push_back(function);
+    movePlaces();
     Variable* result = 0;
     const OrderedCltn& code = function->getCode();
+    Variable* returnType = function->getType();
     for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
-        result = execStatement(static_cast<Statement*>(code.at(int(i))), function->getType());
+        result = execStatement(static_cast<Statement*>(code.atInline(int(i))), returnType);
     frames.pop_back();
     lastFrame = frames.empty() ? 0 : frames.back();
     callees.pop_back();
-    if (keepScope) frame->removeFirst();
-    destroyFrame(frame);
+    movePlaces();
     if (!stopped) return result;
     if (result != RETURNED_SCALAR) ValueGuard::destroy(result);
     return 0;

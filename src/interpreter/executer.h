@@ -20,6 +20,8 @@ class Expression;
 class FuncCall;
 class FuncDeclare;
 class ListOfElement;
+class MatrixVar;
+class MethodCall;
 class ForStatement;
 class IfStatement;
 class BlockOfCode;
@@ -107,11 +109,17 @@ private:
     Variable* execFor(ForStatement* loop, Variable* returnType);
     Variable* execIf(IfStatement* test, Variable* returnType);
     static bool needsScope(Statement* statement);
+    bool runPlannedLoop(ForStatement* loop);
+    // The plan of an expression statement that has one, else null.
+    static const ScalarPlan* statementPlan(Statement* statement);
     Variable* execReturn(ReturnStatement* statement, Variable* returnType);
     void execVarDeclare(VarDeclare* declaration);
     Variable* createVariable(VarDeclare* declaration);
     void assign(Variable* target, Variable* value);
     void notify(Statement* statement);
+    // A failure of a value's operation, raised as a PARSE ERROR without a place, goes on with the statement
+    // that was running; any other goes on as it is. Called by the handler of e.
+    [[noreturn]] void locate(class TarnException* e, Statement* statement);
     [[noreturn]] void runtimeError(const String& message, Statement* where,
                                    const char* word = "RUN-TIME ERROR");
 
@@ -121,19 +129,27 @@ private:
     Variable* evalExpression(Expression* expression);
     // The same in a register: scalars stay out of the heap. result is empty on entry.
     void evalValue(Expression* expression, EvalValue& result);
+    // The same when the expression has no plan, or one that does not fit its variables.
+    void evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* plan, EvalValue& result);
     bool runPlan(const ScalarPlan& plan, EvalValue& result);
+    // The plan's variables, kept with it under the present mark; null when one is not of its class.
+    Variable* const* placesOf(const ScalarPlan& plan);
+    Variable* const* findPlaces(const ScalarPlan& plan);
+    // Whether the declaration's place always holds a value of the declared type's own class.
+    static bool holdsDeclaredClass(VarDeclare* declaration);
     void evalElement(EvalState& state, const EvalStep& step);
+    // Finds the variable of a VARIABLE step and keeps it in the step under the present mark.
+    void findPlace(const EvalStep& step);
     void evalUnary(EvalState& state, int code);
-    void evalBinary(EvalState& state, int code);
+    void evalBinary(EvalState& state, const EvalStep& step);
     void evalSelect(EvalState& state);
-    bool selectElement(EvalState& state, Variable* variable);
+    bool selectScalar(EvalState& state, Variable* receiver);
+    void evalMethod(EvalState& state, MethodCall* call);
+    void bindIndices(EvalState& state, MatrixVar* matrix, MethodCall* call);
     bool unaryOnScalar(EvalValue& value, int code);
     void unaryOnValue(EvalValue& value, int code);
-    bool binaryOnScalars(EvalState& state, int code);
+    bool binaryOnScalars(EvalState& state, const EvalStep& step);
     void finishOperation(EvalState& state, Variable* result);
-    // What a new value of type assigned from the scalar would hold; false when either
-    // is no scalar or the conversion goes through the values.
-    static bool convertScalar(const EvalValue& value, Variable* type, ScalarValue& converted);
     // The truth of the value through a char; without a value, 1 when stopped or emptyAllowed, else 0.
     int evalBool(Expression* expression, int emptyAllowed);
     // What the declaration's place holds: a reference parameter's reference as it stands.
@@ -141,24 +157,47 @@ private:
     void callFunction(FuncCall* call, EvalValue& result);
     Variable* callBuiltin(FuncCall* call);
     static BuiltinFunction findBuiltin(const String& name);
-    // Evaluates the call's arguments in the present frame into values: a
+    // Evaluates the call's arguments from the one numbered from in the present frame into values: a
     // reference as it stands, renamed after its parameter; a value assigned to a
     // new variable of the parameter's type. False when a value was missing.
-    bool bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values);
+    bool bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values, int from = 0);
+    void bindArgument(VarDeclare* parameter, EvalValue& held, OrderedCltn& values);
+    // The same into a scope that holds the parameters of the function's last call, which keepParameters
+    // accepted.
+    bool rebindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& scope);
     // Runs the statements in a new frame whose first scope is scope; the frame goes
     // with its values, except scope itself when keepScope is set. Answers the result.
     Variable* runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
-    // The same, a scalar returned being left behind RETURNED_SCALAR.
-    Variable* runStatements(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
+    // Runs the statements in frame, pushed for the time of the run; a scalar returned is left
+    // behind RETURNED_SCALAR.
+    Variable* runStatements(FuncDeclare* function, OrderedCltn* frame);
     void keepResidentVariables(OrderedCltn* scope);
 
     // --- Frames (executer.cpp) ---
+    // The places of variables that plans and steps keep go stale: a frame came
+    // or went, a variable was made or destroyed, or a listener ran.
+    void movePlaces();
     OrderedCltn* newList();
     void releaseList(OrderedCltn* list);
+    // A frame for a call of function: its first scope is empty, or holds the parameters of the
+    // function's last call.
+    OrderedCltn* newFrame(FuncDeclare* function);
+    // The frame's values go, but for the parameters of function (null for none) when keepParameters
+    // accepts them; the frame is kept with its first scope for the next call.
+    void releaseFrame(OrderedCltn* frame, FuncDeclare* function);
+    // Whether scope holds plain scalars for the function's parameters, all of scalar classes, few enough
+    // to be bound again in place; the scope is left with the parameters only when it does.
+    bool keepParameters(FuncDeclare* function, OrderedCltn& scope);
+    // The parameters kept in spare frames go: the functions may be parsed anew.
+    void forgetParameters();
+    // The flags of a run cleared, before a run, a call from outside or a resident line.
+    void startRun();
     void emptyScope(OrderedCltn* scope);
+    // A value of a scope that goes: a plain scalar to the pool, any other destroyed.
+    void dropValue(Variable* value);
     void destroyScope(OrderedCltn* scope);
     void destroyFrame(OrderedCltn* frame);
-    OrderedCltn& currentFrame() const;
+    OrderedCltn& currentFrame() const { return *lastFrame; }
     OrderedCltn* pushScope();
     void popScope();
     void destroyFrames();
@@ -170,7 +209,8 @@ private:
     String caughtMessage(class TarnException* e);
 
     std::int32_t stopped;
-    CodeParser* parser;  // not owned
+    std::uint64_t placeMark;  // the places kept under this mark are good; no two executers share one
+    CodeParser* parser;       // not owned
     std::int32_t errorFlag;
     String sourceText;                     // the source of the resident mode
     OrderedCltn globals;                   // values in the order of their index; owned
@@ -179,15 +219,23 @@ private:
     OrderedCltn builtins;                  // FuncDeclare, owned by the parser
     std::int32_t errorLocated;             // the error on its way out already names its statement
     std::vector<OrderedCltn*> spareLists;  // emptied scopes and frames, for reuse; owned
-    ScalarPool scalars;                    // scalars of emptied scopes, for the next arguments
-    OrderedCltn* lastFrame;                // the last of frames, null without one
+    // Frames of finished calls, each with its first scope, and the function whose parameters that scope
+    // holds, or null; owned.
+    struct SpareFrame {
+        OrderedCltn* frame;
+        FuncDeclare* function;
+    };
+    std::vector<SpareFrame> spareFrames;
+    ScalarPool scalars;       // scalars of emptied scopes, for the next arguments
+    OrderedCltn noArguments;  // what a method called without arguments receives; always empty
+    OrderedCltn* lastFrame;   // the last of frames, null without one
     // What the last return statement left behind RETURNED_SCALAR: the scalar, converted, and
     // the name of the function's type, which the value takes should it be made.
     int returnedLevel;
     double returnedValue;
     const String* returnedName;
     static Variable* const RETURNED_SCALAR;
-    enum { SPARE_LISTS = 64 };
+    enum { SPARE_LISTS = 64, MAX_KEPT_PARAMETERS = 8 };
 };
 
 #endif

@@ -5,6 +5,7 @@
 
 #include "interpreter/cleanup.h"
 #include "interpreter/expressn.h"
+#include "interpreter/scalar.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
 
@@ -14,17 +15,20 @@ DEFINE_CLASS(MethodCall, FuncCall, 1, 0)
 
 // --- FuncDeclare ---
 
-FuncDeclare::FuncDeclare() : returnType(0), arguments(0) {}
+FuncDeclare::FuncDeclare() : returnType(0), arguments(0), returnTypeLevel(-1) {}
 
 FuncDeclare::FuncDeclare(const String& name, int line, Variable* returnType, OrderedCltn* arguments)
-    : CodeElement(name, line), returnType(returnType), arguments(arguments) {}
+    : CodeElement(name, line), returnType(returnType), arguments(arguments), returnTypeLevel(-1) {}
+
+int FuncDeclare::findReturnLevel() const {
+    returnTypeLevel = ScalarVar::rankOf(returnType);
+    return returnTypeLevel;
+}
 
 FuncDeclare::~FuncDeclare() noexcept(false) {
     ListDeleter()(arguments);
     code.deleteContents();
 }
-
-VarDeclare* FuncDeclare::getArgument(int i) const { return static_cast<VarDeclare*>(arguments->at(i)); }
 
 Variable* FuncDeclare::getArgumentType(int i) const { return getArgument(i)->getType(); }
 
@@ -68,8 +72,6 @@ FuncCall::FuncCall(FuncDeclare* function, OrderedCltn* arguments, int line)
     : CodeElement(function->getName(), line), function(function), arguments(arguments) {}
 
 FuncCall::~FuncCall() noexcept(false) { ListDeleter()(arguments); }
-
-Expression* FuncCall::getExpression(int i) const { return static_cast<Expression*>(arguments->at(i)); }
 
 void FuncCall::printShort(std::ostream& os) const { os << getName().asCharPointer() << "()"; }
 

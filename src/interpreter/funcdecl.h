@@ -3,6 +3,8 @@
 #define INTERPRETER_FUNCDECL_H
 
 #include "interpreter/codeelem.h"
+#include "interpreter/expressn.h"
+#include "interpreter/vardecl.h"
 
 extern Class class_FuncDeclare;
 extern Class class_FuncCall;
@@ -17,10 +19,12 @@ public:
     ~FuncDeclare() noexcept(false) override;
 
     Variable* getType() const override { return returnType; }
+    // The rank of the return type's class when it is char, int or float, 0 for any other; found once.
+    int returnLevel() const { return returnTypeLevel >= 0 ? returnTypeLevel : findReturnLevel(); }
     bool hasArguments() const { return argumentCount() > 0; }
     int argumentCount() const { return arguments ? int(arguments->size()) : 0; }
     Variable* getArgumentType(int i) const;
-    VarDeclare* getArgument(int i) const;
+    VarDeclare* getArgument(int i) const { return static_cast<VarDeclare*>(arguments->atInline(i)); }
     void addStatement(Statement* statement) { code.add(*statement); }
     const OrderedCltn& getCode() const { return code; }
     // Destroys the statements, for a definition that replaces an earlier one.
@@ -34,9 +38,12 @@ public:
     void printOn(std::ostream& os) const override;
 
 private:
-    Variable* returnType;    // a prototype, not owned
-    OrderedCltn* arguments;  // VarDeclare, owned; may be null
-    OrderedCltn code;        // owned statements
+    int findReturnLevel() const;
+
+    Variable* returnType;                  // a prototype, not owned
+    OrderedCltn* arguments;                // VarDeclare, owned; may be null
+    OrderedCltn code;                      // owned statements
+    mutable std::int32_t returnTypeLevel;  // -1 until found
 };
 
 class FuncCall : public CodeElement {
@@ -53,7 +60,7 @@ public:
     int argumentCount() const { return function->argumentCount(); }
     Variable* getArgumentType(int i) const { return function->getArgumentType(i); }
     VarDeclare* getArgument(int i) const { return function->getArgument(i); }
-    Expression* getExpression(int i) const;
+    Expression* getExpression(int i) const { return static_cast<Expression*>(arguments->atInline(i)); }
     const OrderedCltn& getCode() const { return function->getCode(); }
     void printShort(std::ostream& os) const override;  // name()
     void printOn(std::ostream& os) const override;

@@ -11,6 +11,7 @@
 #include "interpreter/operator.h"
 #include "interpreter/submvar.h"
 #include "interpreter/vectvar.h"
+#include "quill/quillerr.h"
 
 namespace {
 
@@ -155,13 +156,17 @@ MatrixVar& matrixOf(Variable& v) { return static_cast<MatrixVar&>(v); }
 
 int argument(OrderedCltn& arguments, int i) { return Variable::intValue(Variable::argumentAt(arguments, i)); }
 
+// The element, its indices checked.
+double& elementOf(MatrixVar& m, int i, int j) {
+    MatrixVar::checkIndex(i, "row index");
+    MatrixVar::checkIndex(j, "column index");
+    return m.getValue()(unsigned(i), unsigned(j));
+}
+
 // A float left value on the element; a copy when the matrix is a temporary, which goes first.
 Variable* element(Variable& v, OrderedCltn& a) {
     MatrixVar& m = matrixOf(v);
-    int i = argument(a, 0), j = argument(a, 1);
-    MatrixVar::checkIndex(i, "row index");
-    MatrixVar::checkIndex(j, "column index");
-    double& x = m.getValue()(unsigned(i), unsigned(j));
+    double& x = elementOf(m, argument(a, 0), argument(a, 1));
     return m.isTemporary() ? new FloatVar(x) : new FloatVar(&x);
 }
 
@@ -194,9 +199,20 @@ Matrix triangularFactor(const Matrix& m) {
 
 }  // namespace
 
-double* MatrixVar::elementPlace(const FuncDeclare* method, OrderedCltn& arguments) {
-    if (isTemporary() || methods().codeOf(method) != element) return 0;
-    int i = argument(arguments, 0), j = argument(arguments, 1);
+bool MatrixVar::isElementMethod(const FuncDeclare* method) const {
+    return methods().codeOf(method) == element;
+}
+
+double* MatrixVar::elementAt(int i, int j) {
+    try {
+        return &elementOf(*this, i, j);
+    } catch (TarnException* e) {
+        numericFault(e);
+    }
+}
+
+double* MatrixVar::elementPlace(const FuncDeclare* method, int i, int j) {
+    if (isTemporary() || !isElementMethod(method)) return 0;
     if (i < 0 || j < 0 || unsigned(i) >= value.rowNumber() || unsigned(j) >= value.columnNumber()) return 0;
     return &value(unsigned(i), unsigned(j));
 }
@@ -215,18 +231,16 @@ const MethodTable& MatrixVar::methods() const {
         Algebra algebra;
         return new MatrixVar(algebra.inv(matrixOf(v).getValue()));
     });
-    table->add("rowNumber", "int", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new IntVar(int(matrixOf(v).getValue().rowNumber()));
+    table->add("rowNumber", "int", {},
+               [](Variable& v, OrderedCltn&) -> double { return int(matrixOf(v).getValue().rowNumber()); });
+    table->add("columnNumber", "int", {}, [](Variable& v, OrderedCltn&) -> double {
+        return int(matrixOf(v).getValue().columnNumber());
     });
-    table->add("columnNumber", "int", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new IntVar(int(matrixOf(v).getValue().columnNumber()));
-    });
-    table->add("norminf", "float", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new FloatVar(Algebra().normInf(matrixOf(v).getValue()));
-    });
-    table->add("norm2", "float", {}, [](Variable& v, OrderedCltn&) -> Variable* {
+    table->add("norminf", "float", {},
+               [](Variable& v, OrderedCltn&) -> double { return Algebra().normInf(matrixOf(v).getValue()); });
+    table->add("norm2", "float", {}, [](Variable& v, OrderedCltn&) -> double {
         Algebra algebra;
-        return new FloatVar(algebra.norm2(matrixOf(v).getValue()));
+        return algebra.norm2(matrixOf(v).getValue());
     });
     table->add("QR", "Matrix", {}, [](Variable& v, OrderedCltn&) -> Variable* {
         return new MatrixVar(triangularFactor(matrixOf(v).getValue()));

@@ -28,7 +28,12 @@ public:
     static void checkIndex(int value, const char* what);
     // The place of the element that the call method(i, j) reaches when method is the element
     // method, the matrix is named and the indices are in range; null for any other call.
-    double* elementPlace(const FuncDeclare* method, OrderedCltn& arguments);
+    double* elementPlace(const FuncDeclare* method, int i, int j);
+    // Whether method is the element method A(i, j).
+    bool isElementMethod(const FuncDeclare* method) const;
+    // The place of element (i, j) of a named matrix; an index out of range is reported as the element
+    // method reports it.
+    double* elementAt(int i, int j);
 
 protected:
     const Object& numericObject() const override { return value; }

@@ -178,7 +178,7 @@ const MethodTable& PolynomialVar::methods() const {
         return new IntVar(1);
     });
     table->add("order", "int", {},
-               [](Variable& v, OrderedCltn&) -> Variable* { return new IntVar(polynomialOf(v).order()); });
+               [](Variable& v, OrderedCltn&) -> double { return polynomialOf(v).order(); });
     return *table;
 }
 

@@ -128,7 +128,7 @@ const MethodTable& RationalFunctionVar::methods() const {
         return new IntVar(1);
     });
     table->add("order", "int", {},
-               [](Variable& v, OrderedCltn&) -> Variable* { return new IntVar(int(rationalOf(v).order())); });
+               [](Variable& v, OrderedCltn&) -> double { return int(rationalOf(v).order()); });
     return *table;
 }
 

@@ -43,6 +43,8 @@ public:
     enum { CHAR_LEVEL = 21, INT_LEVEL = 22, FLOAT_LEVEL = 23 };
     // The scalar that v is or refers to, or null.
     static ScalarVar* scalarOf(Variable* v);
+    // The rank of v's own class when it is a scalar class, 0 for any other class (a reference included).
+    static int rankOf(const Variable* v) { return v->isA()->base() == &class_ScalarVar ? v->getLevel() : 0; }
     // x as the class of that rank stores it: char and int truncate toward zero and wrap.
     static double fitTo(int level, double x) {
         if (level == FLOAT_LEVEL) return x;

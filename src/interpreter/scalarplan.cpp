@@ -1,137 +1,299 @@
-// ScalarPlan: the checks that settle each operation for the static ranks, and the run on plain numbers.
+// ScalarPlan: the checks that settle each operation for the static ranks, and the plan of a loop.
 #include "interpreter/scalarplan.h"
 
-#include "interpreter/evalval.h"
+#include "interpreter/funcdecl.h"
+#include "interpreter/mtrxvar.h"
 #include "interpreter/operator.h"
 #include "interpreter/scalar.h"
 #include "interpreter/vardecl.h"
 
-std::unique_ptr<ScalarPlan> ScalarPlan::compile(const std::vector<EvalStep>& steps) {
+// Follows the steps on a stack of static entries: the rank of each, whether it
+// is a variable or an element, and how many stores the plan had made when it was read.
+// A(i, j) comes as the matrix, its method with the indices' expressions, and the call; a method of a
+// numeric value that answers a number as the value, the method and the call.
+class ScalarPlan::Compiler {
+public:
+    Compiler(ScalarPlan& plan, StepsOf stepsOf) : plan(plan), stepsOf(stepsOf) {}
+
+    // The operation of a step; false when there is none.
+    bool add(const EvalStep& step);
+    bool finish();
+
+private:
+    struct Entry {
+        int level;
+        bool variable;
+        int stores;
+        const String* name;    // an untouched literal's
+        bool element = false;  // an element of a matrix
+    };
+    bool addReceiver(const EvalStep& step);
+    bool addMethod(const EvalStep& step);
+    bool addCall(const EvalStep& step);
+    bool addUnary(const EvalStep& step);
+    bool addBinary(const EvalStep& step);
+    bool addAssign(const EvalStep& step);
+    int indexOf(const EvalStep& step);
+    void push(Operation operation, Entry entry);
+    // The last operation when it pushed the variable or the literal now on top, which its
+    // operator may take in; null otherwise.
+    const Operation* lastPush() const;
+    // Reads again the variable depth entries below the top when something was stored since it was read.
+    void fresh(int depth);
+
+    ScalarPlan& plan;
+    StepsOf stepsOf;
+    std::vector<Entry> entries;
+    int stores = 0;
+    // The numeric value whose method is under way, waiting for its method or its call; -1 for none.
+    int receiver = -1;
+    const AlgebraVar* receiverType = 0;
+    FuncDeclare* method = 0;  // the method waiting for its call
+    bool indexed = false;     // an element's indices are on top
+};
+
+std::unique_ptr<ScalarPlan> ScalarPlan::compile(const std::vector<EvalStep>& steps, StepsOf stepsOf) {
     std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
-    std::vector<int> levels;
+    Compiler compiler(*plan, stepsOf);
     for (const EvalStep& step : steps)
-        if (!plan->add(step, levels) || levels.size() > MAX_DEPTH || plan->variables.size() > MAX_VARIABLES)
-            return 0;
-    if (levels.empty()) return 0;
+        if (!compiler.add(step)) return 0;
+    if (!compiler.finish()) return 0;
     return plan;
 }
 
-int ScalarPlan::indexOf(const EvalStep& step) {
+int ScalarPlan::Compiler::indexOf(const EvalStep& step) {
+    return plan.indexOf(Used{static_cast<VarDeclare*>(step.node), step.type});
+}
+
+int ScalarPlan::indexOf(const Used& used) {
     for (std::size_t i = 0; i < variables.size(); ++i)
-        if (variables[i].declaration == step.node) return int(i);
-    variables.push_back(Used{static_cast<VarDeclare*>(step.node), step.type});
+        if (variables[i].declaration == used.declaration) return int(i);
+    variables.push_back(used);
     return int(variables.size()) - 1;
 }
 
-// The operators are tried on sample values of the ranks: the scalars' own
-// rules tell whether the classes answer and what rank comes out.
-bool ScalarPlan::add(const EvalStep& step, std::vector<int>& levels) {
-    Operation operation{Operation::LOAD, false, step.level, step.code, 0, step.value, 0};
-    if (step.kind == EvalStep::VARIABLE && step.level != 0) {
+std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test, const ScalarPlan& body,
+                                                    const ScalarPlan& increment) {
+    std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
+    Operation mark{Operation::STOP, false, 0, 0, 0, 0.0, 0};
+    plan->operations.push_back(mark);
+    if (!plan->append(test)) return 0;
+    mark.kind = Operation::TEST;
+    plan->operations.push_back(mark);
+    if (!plan->append(body)) return 0;
+    mark.kind = Operation::DROP;
+    plan->operations.push_back(mark);
+    if (!plan->append(increment)) return 0;
+    mark.kind = Operation::AGAIN;
+    plan->operations.push_back(mark);
+    return plan;
+}
+
+bool ScalarPlan::append(const ScalarPlan& part) {
+    for (const Operation& operation : part.operations) {
+        if (operation.kind == Operation::END) break;
+        Operation copy = operation;
+        bool numbered = copy.kind == Operation::LOAD || copy.kind == Operation::STEP_VARIABLE ||
+                        copy.kind == Operation::BINARY_VARIABLE || copy.kind == Operation::ELEMENT ||
+                        copy.kind == Operation::METHOD;
+        if (numbered) copy.index = indexOf(part.variables[std::size_t(operation.index)]);
+        operations.push_back(copy);
+    }
+    return variables.size() <= MAX_VARIABLES;
+}
+
+void ScalarPlan::Compiler::push(Operation operation, Entry entry) {
+    plan.operations.push_back(operation);
+    entries.push_back(entry);
+}
+
+const ScalarPlan::Operation* ScalarPlan::Compiler::lastPush() const {
+    if (plan.operations.empty()) return 0;
+    const Operation& last = plan.operations.back();
+    return last.kind == Operation::LOAD || last.kind == Operation::NUMBER ? &last : 0;
+}
+
+void ScalarPlan::Compiler::fresh(int depth) {
+    Entry& entry = entries[entries.size() - 1 - size_t(depth)];
+    if ((!entry.variable && !entry.element) || entry.stores == stores) return;
+    Operation::Kind kind = entry.element ? Operation::RELOAD_ELEMENT : Operation::RELOAD;
+    plan.operations.push_back(Operation{kind, false, entry.level, 0, depth, 0.0, 0});
+    entry.stores = stores;
+}
+
+bool ScalarPlan::Compiler::add(const EvalStep& step) {
+    if (receiver >= 0) return method ? addCall(step) : addMethod(step);
+    Operation operation{Operation::LOAD, false, step.level, 0, 0, step.value, 0};
+    if (step.kind == EvalStep::VARIABLE && step.level == 0) {
+        return addReceiver(step);
+    } else if (step.kind == EvalStep::VARIABLE) {
         operation.index = indexOf(step);
-        levels.push_back(step.level);
+        push(operation, Entry{step.level, true, stores, 0});
     } else if (step.kind == EvalStep::NUMBER) {
         operation.kind = Operation::NUMBER;
-        operation.name = &static_cast<Variable*>(step.node)->getName();
-        levels.push_back(step.level);
-    } else if (step.kind == EvalStep::UNARY && !levels.empty()) {
-        ScalarValue result;
-        bool stores;
-        double stored;
-        operation.kind = Operation::UNARY;
-        operation.level = levels.back();
-        if (!ScalarVar::unaryOperation(step.code, {operation.level, 1.0}, result, stores, stored))
-            return false;
-        levels.back() = result.level;
-    } else if (step.kind == EvalStep::BINARY && levels.size() >= 2) {
-        int right = levels.back();
-        levels.pop_back();
-        int left = levels.back();
-        if (Operator::isAssign(step.code)) {
-            double stored;
-            operation.kind = Operation::ASSIGN;
-            operation.level = left;
-            operation.integer = left != ScalarVar::FLOAT_LEVEL;
-            if (right > left || !ScalarVar::assigned(step.code, left, 1.0, 1.0, stored)) return false;
-        } else {
-            ScalarValue result;
-            int own = right > left ? right : left;
-            operation.kind = Operation::BINARY;
-            operation.integer = own != ScalarVar::FLOAT_LEVEL;
-            if (!ScalarVar::operate(step.code, own, 1.0, 1.0, result)) return false;
-            operation.level = result.level;
-            levels.back() = result.level;
-        }
+        push(operation, Entry{step.level, false, stores, &static_cast<Variable*>(step.node)->getName()});
+    } else if (step.kind == EvalStep::UNARY && !entries.empty()) {
+        return addUnary(step);
+    } else if (step.kind == EvalStep::BINARY && entries.size() >= 2) {
+        return Operator::isAssign(step.code) ? addAssign(step) : addBinary(step);
     } else {
         return false;
     }
-    operations.push_back(operation);
+    return entries.size() <= MAX_DEPTH && plan.variables.size() <= MAX_VARIABLES;
+}
+
+bool ScalarPlan::Compiler::addReceiver(const EvalStep& step) {
+    Variable* type = static_cast<VarDeclare*>(step.node)->getType();
+    if (!type->isKindOf(class_AlgebraVar)) return false;
+    receiver = indexOf(step);
+    receiverType = static_cast<const AlgebraVar*>(type);
+    return plan.variables.size() <= MAX_VARIABLES;
+}
+
+// The element method of a matrix, whose indices are expressions of scalars that go on the stack, or a
+// method without arguments that answers a number.
+bool ScalarPlan::Compiler::addMethod(const EvalStep& step) {
+    if (step.kind != EvalStep::METHOD) return false;
+    const MethodCall* call = static_cast<const MethodCall*>(step.node);
+    FuncDeclare* called = call->getFunction();
+    bool element = receiverType->isA() == &class_MatrixVar &&
+                   static_cast<const MatrixVar*>(receiverType)->isElementMethod(called);
+    if (!element) {
+        method = called;
+        return call->argumentCount() == 0 && receiverType->numberLevel(called) != 0;
+    }
+    if (call->argumentCount() != 2) return false;
+    int matrix = receiver;
+    const AlgebraVar* matrixType = receiverType;
+    receiver = -1;
+    for (int k = 0; k < 2; ++k) {
+        std::size_t depth = entries.size();
+        for (const EvalStep& index : stepsOf(call->getExpression(k)))
+            if (!add(index)) return false;
+        if (receiver >= 0 || entries.size() != depth + 1) return false;
+    }
+    receiver = matrix;
+    receiverType = matrixType;
+    method = called;
+    indexed = true;
     return true;
 }
 
-namespace {
-
-// An entry of the stack: a variable, read when it is used, or a number.
-struct Entry {
-    double value;
-    Variable* variable;
-    int level;
-    const String* name;
-
-    double read() const { return variable ? EvalValue::valueOf(variable, level) : value; }
-    void store(double x) {
-        if (variable)
-            EvalValue::setValueOf(variable, level, x);
-        else
-            value = x;
+// An element's indices are read as the binding of int parameters reads them.
+bool ScalarPlan::Compiler::addCall(const EvalStep& step) {
+    if (step.kind != EvalStep::SELECT) return false;
+    if (indexed) {
+        fresh(1);
+        fresh(0);
+        plan.operations.push_back(
+            Operation{Operation::ELEMENT, false, ScalarVar::FLOAT_LEVEL, 0, receiver, 0.0, 0});
+        entries.pop_back();
+        Entry element{ScalarVar::FLOAT_LEVEL, false, stores, 0};
+        element.element = true;
+        entries.back() = element;
+    } else {
+        int level = receiverType->numberLevel(method);
+        Operation operation{Operation::METHOD, false, level, 0, receiver, 0.0, 0};
+        operation.method = method;
+        push(operation, Entry{level, false, stores, 0});
     }
-};
+    receiver = -1;
+    method = 0;
+    indexed = false;
+    return entries.size() <= MAX_DEPTH;
+}
 
-}  // namespace
-
-void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
-    Entry stack[MAX_DEPTH];
-    int top = -1;
-    for (const Operation& operation : operations) {
-        switch (operation.kind) {
-            case Operation::LOAD:
-                stack[++top] = Entry{0.0, found[operation.index], operation.level, 0};
-                break;
-            case Operation::NUMBER:
-                stack[++top] = Entry{operation.value, 0, operation.level, operation.name};
-                break;
-            case Operation::UNARY: {
-                Entry& operand = stack[top];
-                ScalarValue value;
-                bool stores;
-                double stored;
-                ScalarVar::unaryOperation(operation.code, {operand.level, operand.read()}, value, stores,
-                                          stored);
-                if (stores) operand.store(stored);
-                operand = Entry{value.value, 0, value.level, 0};
-                break;
-            }
-            case Operation::BINARY: {
-                Entry& left = stack[top - 1];
-                double x =
-                    ScalarVar::compute(operation.code, left.read(), stack[top].read(), operation.integer);
-                left = Entry{ScalarVar::fitTo(operation.level, x), 0, operation.level, 0};
-                --top;
-                break;
-            }
-            case Operation::ASSIGN: {
-                Entry& target = stack[top - 1];
-                double r = stack[top].read();
-                if (operation.code != OP_ASSIGN)
-                    r = ScalarVar::compute(Operator::assignedOperation(operation.code), target.read(), r,
-                                           operation.integer);
-                target.store(ScalarVar::fitTo(operation.level, r));
-                --top;
-                break;
-            }
+// The scalars' own rules, tried on a sample value, tell whether the class answers and the rank that
+// comes out; an increment or a decrement is computed by the function of + or -.
+bool ScalarPlan::Compiler::addUnary(const EvalStep& step) {
+    int level = entries.back().level;
+    ScalarValue result;
+    bool storing;
+    double stored;
+    if (!ScalarVar::unaryOperation(step.code, {level, 1.0}, result, storing, stored)) return false;
+    if (storing && entries.back().element) return false;
+    fresh(0);
+    Operation operation{Operation::UNARY, false, level, step.code, 0, 0.0, 0};
+    if (storing) {
+        bool up = step.code == OP_PRE_INC || step.code == OP_POST_INC;
+        operation.kind = Operation::STEP;
+        operation.before = step.code == OP_PRE_INC || step.code == OP_PRE_DEC;
+        operation.apply = scalarops::applyOf(up ? OP_ADD : OP_SUB, level, level != ScalarVar::FLOAT_LEVEL);
+        if (!operation.apply) return false;
+        const Operation* operand = lastPush();
+        if (operand && operand->kind == Operation::LOAD) {
+            operation.kind = Operation::STEP_VARIABLE;
+            operation.index = operand->index;
+            plan.operations.pop_back();
         }
+        ++stores;
     }
-    const Entry& last = stack[top];
-    result = last.variable ? EvalValue::ofScalar(last.variable, last.level)
-                           : EvalValue::of(ScalarValue{last.level, last.value}, last.name);
+    plan.operations.push_back(operation);
+    entries.back() = Entry{result.level, false, stores, 0};
+    return true;
+}
+
+bool ScalarPlan::Compiler::addBinary(const EvalStep& step) {
+    int right = entries.back().level;
+    int left = entries[entries.size() - 2].level;
+    int own = (right > left ? right : left) - ScalarVar::CHAR_LEVEL;
+    scalarops::Apply apply = step.scalars.apply[own];
+    int level = step.scalars.level[own];
+    if (!apply) return false;
+    Operation operation{Operation::BINARY, false, level, step.code, 0, 0.0, apply};
+    const Operation* operand = lastPush();
+    if (operand) {
+        operation.kind =
+            operand->kind == Operation::LOAD ? Operation::BINARY_VARIABLE : Operation::BINARY_NUMBER;
+        operation.level = operand->level;
+        operation.index = operand->index;
+        operation.value = operand->value;
+        plan.operations.pop_back();
+        entries.pop_back();
+        fresh(0);
+    } else {
+        fresh(1);
+        fresh(0);
+        entries.pop_back();
+    }
+    plan.operations.push_back(operation);
+    entries.back() = Entry{level, false, stores, 0};
+    return true;
+}
+
+// The target takes a value of a rank not above its own; a compound assignment reads the target
+// when it stores.
+bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
+    int right = entries.back().level;
+    Entry& target = entries[entries.size() - 2];
+    scalarops::Apply apply = step.scalars.apply[target.level - ScalarVar::CHAR_LEVEL];
+    if (right > target.level || !apply) return false;
+    Operation operation{Operation::ASSIGN, false, target.level, step.code, 0, 0.0, 0};
+    if (step.code != OP_ASSIGN) {
+        operation.kind = Operation::COMPOUND;
+        operation.apply = apply;
+    }
+    if (target.element)
+        operation.kind = step.code != OP_ASSIGN ? Operation::COMPOUND_ELEMENT : Operation::ASSIGN_ELEMENT;
+    fresh(0);
+    plan.operations.push_back(operation);
+    ++stores;
+    target.stores = stores;
+    target.name = 0;
+    entries.pop_back();
+    return true;
+}
+
+bool ScalarPlan::Compiler::finish() {
+    if (entries.empty() || receiver >= 0) return false;
+    plan.resultElement = entries.back().element;
+    const std::vector<Operation>& operations = plan.operations;
+    if (operations.size() <= 2 && operations[0].kind == Operation::LOAD)
+        plan.shape = operations.size() == 1                           ? NAMED
+                     : operations[1].kind == Operation::BINARY_NUMBER ? WITH_LITERAL
+                                                                      : ANY;
+    plan.operations.push_back(Operation{Operation::END, false, 0, 0, 0, 0.0, 0});
+    plan.resultLevel = entries.back().level;
+    plan.resultName = entries.back().name;
+    return true;
 }

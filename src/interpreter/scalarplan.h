@@ -1,61 +1,127 @@
-// ScalarPlan, an expression of scalars only, with each operation settled once from the static types.
+// ScalarPlan, an expression of scalars only, or a loop of such expressions, with each operation settled
+// once from the static types.
 #ifndef INTERPRETER_SCALARPLAN_H
 #define INTERPRETER_SCALARPLAN_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "interpreter/evalstep.h"
+#include "interpreter/scalarapply.h"
 
 class Class;
 class EvalValue;
+class FuncDeclare;
+class Expression;
 class String;
 class VarDeclare;
 class Variable;
 
 // The plan of an expression whose elements are all variables of the scalar
-// classes, scalar literals, and operators that those classes answer directly
-// for the ranks of the declarations: the rank of each result and the way it
-// is computed are settled when the plan is made. Running it reads and stores
-// the variables in place, in the order of the postfix elements, and makes no
-// value. A variable is read when an operator takes it, as the values do.
+// classes, scalar literals, elements A(i, j) of named matrices with indices of
+// such expressions, methods without arguments of numeric variables that answer
+// numbers, and operators that those classes answer directly
+// for the ranks of the declarations: the rank of each result and the function
+// that computes it are settled when the plan is made. Running it reads and
+// stores the variables in place, in the order of the postfix elements, and
+// makes no value. A variable's value is read when it is named, and read again
+// before an operator takes it if something was stored in between, so that an
+// operator sees what the values would.
 class ScalarPlan {
 public:
     enum { MAX_VARIABLES = 16, MAX_DEPTH = 32 };
 
+    // The steps of an expression, made on demand: an element's indices are expressions of their own.
+    typedef const std::vector<EvalStep>& (*StepsOf)(const Expression* expression);
     // The plan of the steps, or null when they are not of that kind.
-    static std::unique_ptr<ScalarPlan> compile(const std::vector<EvalStep>& steps);
+    static std::unique_ptr<ScalarPlan> compile(const std::vector<EvalStep>& steps, StepsOf stepsOf);
 
+    // The rank of the result's class.
+    int resultRank() const { return resultLevel; }
     // The variables that the plan uses, each of its declared class.
     std::size_t variableCount() const { return variables.size(); }
     VarDeclare* variable(std::size_t i) const { return variables[i].declaration; }
     const Class* variableClass(std::size_t i) const { return variables[i].type; }
+    // The variables found for the executer's mark of places, or null when the last ones were found
+    // under another mark.
+    Variable* const* placesFor(std::uint64_t mark) const { return mark == placesMark ? places : 0; }
+    // Where the variables found go; they stand for the mark once keptUnder(mark).
+    Variable** placesToFill() const {
+        placesMark = 0;
+        return places;
+    }
+    void keptUnder(std::uint64_t mark) const { placesMark = mark; }
     // Runs on the variables found for variable(i): the result is the last
     // variable assigned or named, or a number.
     void run(Variable* const* found, EvalValue& result) const;
 
+    // The plan of a loop of three plans: while stopped is not set and the test, of a char result, holds,
+    // the body and then the increment. Null when together they use too many variables.
+    static std::unique_ptr<ScalarPlan> compileLoop(const ScalarPlan& test, const ScalarPlan& body,
+                                                   const ScalarPlan& increment);
+    // part tells, when an operation fails, what was running: 0 the test, 1 the body, 2 the increment.
+    void runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const;
+
 private:
+    // A variable or a literal that a binary operator or an increment takes at once is part of it.
     struct Operation {
-        enum Kind : unsigned char { LOAD, NUMBER, UNARY, BINARY, ASSIGN };
+        enum Kind : unsigned char {
+            LOAD,
+            NUMBER,
+            RELOAD,
+            UNARY,
+            STEP,           // an increment or a decrement of the entry on top
+            STEP_VARIABLE,  // the same on a variable, which is not pushed first
+            BINARY,
+            BINARY_NUMBER,    // the right operand a literal
+            BINARY_VARIABLE,  // the right operand a variable
+            ASSIGN,
+            COMPOUND,
+            ELEMENT,  // the indices on top replaced by the element of the matrix variable
+            METHOD,   // the number that a method of the variable answers
+            RELOAD_ELEMENT,
+            ASSIGN_ELEMENT,
+            COMPOUND_ELEMENT,
+            END,
+            // A loop's: the end when the stop flag is set; the end when the truth on top is 0, else the
+            // stack emptied; the stack emptied; the first operation again.
+            STOP,
+            TEST,
+            DROP,
+            AGAIN
+        };
         Kind kind;
-        bool integer;        // BINARY, ASSIGN: computed as integers
-        int level;           // LOAD, NUMBER, UNARY, ASSIGN: the operand's rank; BINARY: the result's
-        int code;            // the operator
-        int index;           // LOAD: the variable
-        double value;        // NUMBER
-        const String* name;  // NUMBER: the literal's name
+        bool before;  // STEP, STEP_VARIABLE: the variable's new value is the result (++i, --i)
+        int level;    // the rank of the variable, literal or operand read or stored; BINARY: unused
+        int code;     // UNARY: the operator
+        int index;  // LOAD, STEP_VARIABLE, BINARY_VARIABLE, ELEMENT, METHOD: the variable; RELOAD: the depth
+        double value;             // NUMBER, BINARY_NUMBER
+        scalarops::Apply apply;   // STEP, STEP_VARIABLE, the BINARY and COMPOUND kinds
+        FuncDeclare* method = 0;  // METHOD
     };
     struct Used {
         VarDeclare* declaration;
         const Class* type;
     };
-    // The operation of a step, and the rank it leaves on top of levels; false when there is none.
-    bool add(const EvalStep& step, std::vector<int>& levels);
-    int indexOf(const EvalStep& step);
+    class Compiler;
+    // Appends the operations of part but its END, its variables numbered among this plan's.
+    bool append(const ScalarPlan& part);
+    int indexOf(const Used& used);
+    void execute(Variable* const* found, const std::int32_t* stopped, int* part, EvalValue* result) const;
 
     std::vector<Operation> operations;
     std::vector<Used> variables;
+    int resultLevel = 0;
+    const String* resultName = 0;  // a literal's name, when the result is that literal
+    bool resultElement = false;    // the result is an element
+    // The plan's shape when it is one of the two most frequent: a variable named, or a variable and a
+    // literal under a binary operator (i < n, n - 1); these run without the general loop.
+    enum Shape : unsigned char { ANY, NAMED, WITH_LITERAL };
+    Shape shape = ANY;
+    mutable std::uint64_t placesMark = 0;
+    mutable Variable* places[MAX_VARIABLES];
 };
 
 #endif

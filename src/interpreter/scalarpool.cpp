@@ -33,10 +33,16 @@ int ScalarPool::slot(Class* kind) {
     return -1;
 }
 
-bool ScalarPool::keep(Variable* v) {
+int ScalarPool::plainLevel(Variable* v) {
     int index = v ? slot(v->isA()) : -1;
-    if (index < 0 || v->references() != 0 || spare[index].size() >= SPARE_VALUES) return false;
-    if (index == 2 && !static_cast<FloatVar*>(v)->ownsItsValue()) return false;
+    if (index < 0 || v->references() != 0) return 0;
+    if (index == 2 && !static_cast<FloatVar*>(v)->ownsItsValue()) return 0;
+    return ScalarVar::CHAR_LEVEL + index;
+}
+
+bool ScalarPool::keep(Variable* v) {
+    int index = plainLevel(v) - ScalarVar::CHAR_LEVEL;
+    if (index < 0 || spare[index].size() >= SPARE_VALUES) return false;
     spare[index].push_back(static_cast<ScalarVar*>(v));
     return true;
 }

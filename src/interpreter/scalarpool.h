@@ -17,9 +17,10 @@ public:
 
     // A value of the class of rank level holding x in that class's form, named name.
     ScalarVar* take(int level, double x, const String& name);
-    // Keeps v when it is a plain char, int or owning float that nothing refers to and there is
-    // room; false leaves v to its owner.
+    // Keeps v when it is plain and there is room; false leaves v to its owner.
     bool keep(Variable* v);
+    // The rank of v's class when v is a char, int or owning float that nothing refers to, 0 otherwise.
+    static int plainLevel(Variable* v);
 
 private:
     enum { SPARE_VALUES = 64 };

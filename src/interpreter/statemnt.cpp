@@ -3,8 +3,10 @@
 
 #include <cstring>
 #include <ostream>
+#include <utility>
 
 #include "interpreter/expressn.h"
+#include "interpreter/scalarplan.h"
 #include "quill/indent.h"
 
 DEFINE_CLASS(Statement, LookupKey, 1, 0)
@@ -71,6 +73,11 @@ ForStatement::~ForStatement() noexcept(false) {
     delete test;
     delete assign;
     delete increment;
+}
+
+void ForStatement::setLoopPlan(std::unique_ptr<ScalarPlan> made) const {
+    plan = std::move(made);
+    planTried = true;
 }
 
 namespace {

@@ -4,12 +4,14 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 
 #include "quill/lookupky.h"
 #include "quill/orderedc.h"
 #include "quill/quillstr.h"
 
 class Expression;
+class ScalarPlan;
 
 extern Class class_Statement;
 extern Class class_BaseStatement;
@@ -92,12 +94,21 @@ public:
     Statement* getAssign() const { return assign; }
     Statement* getIncrement() const { return increment; }
     void printOn(std::ostream& os) const override;
+    // The executer's plan of the whole loop, made once when the loop is of that kind; tried tells whether
+    // it was looked for.
+    const ScalarPlan* loopPlan(bool& tried) const {
+        tried = planTried;
+        return plan.get();
+    }
+    void setLoopPlan(std::unique_ptr<ScalarPlan> made) const;
 
 private:
     Statement* body;  // all four owned
     Expression* test;
     Statement* assign;
     Statement* increment;
+    mutable std::unique_ptr<ScalarPlan> plan;
+    mutable bool planTried = false;
 };
 
 class IfStatement : public BaseStatement {

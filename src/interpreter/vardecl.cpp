@@ -4,16 +4,23 @@
 #include <memory>
 #include <ostream>
 
+#include "interpreter/scalar.h"
 #include "interpreter/variable.h"
 #include "interpreter/varref.h"
 
 DEFINE_CLASS(VarDeclare, CodeElement, 1, 0)
 DEFINE_CLASS(FieldDeclare, VarDeclare, 1, 0)
 
-VarDeclare::VarDeclare() : type(0), constructorCall(0), level(-2), index(0), isReference(0) {}
+VarDeclare::VarDeclare() : type(0), constructorCall(0), level(-2), index(0), isReference(0), typeLevel(-1) {}
 
 VarDeclare::VarDeclare(const String& name, int line, Variable* type, ConstructorCall* call)
-    : CodeElement(name, line), type(type), constructorCall(call), level(-2), index(0), isReference(0) {}
+    : CodeElement(name, line),
+      type(type),
+      constructorCall(call),
+      level(-2),
+      index(0),
+      isReference(0),
+      typeLevel(-1) {}
 
 VarDeclare::VarDeclare(const String& name, int line, Variable* type, int isReference)
     : CodeElement(name, line),
@@ -21,9 +28,15 @@ VarDeclare::VarDeclare(const String& name, int line, Variable* type, int isRefer
       constructorCall(0),
       level(-2),
       index(0),
-      isReference(isReference) {}
+      isReference(isReference),
+      typeLevel(-1) {}
 
 VarDeclare::~VarDeclare() noexcept(false) { delete constructorCall; }
+
+int VarDeclare::findScalarLevel() const {
+    typeLevel = ScalarVar::rankOf(type);
+    return typeLevel;
+}
 
 void VarDeclare::setPosition(int newLevel, int newIndex) {
     level = newLevel;

@@ -23,7 +23,12 @@ public:
     ~VarDeclare() noexcept(false) override;
 
     Variable* getType() const override { return type; }
-    void setType(Variable* newType) { type = newType; }
+    void setType(Variable* newType) {
+        type = newType;
+        typeLevel = -1;
+    }
+    // The rank of the type's class when it is char, int or float, 0 for any other; found once.
+    int scalarLevel() const { return typeLevel >= 0 ? typeLevel : findScalarLevel(); }
     ConstructorCall* getConstructorCall() const { return constructorCall; }
     int getLevel() const { return level; }
     int getIndex() const { return index; }
@@ -40,11 +45,14 @@ public:
     ConstructorCall* takeConstructorCall();
 
 private:
+    int findScalarLevel() const;
+
     Variable* type;  // a prototype, not owned
     ConstructorCall* constructorCall;
     std::int32_t level;
     std::int32_t index;
     std::int32_t isReference;
+    mutable std::int32_t typeLevel;  // -1 until found
 };
 
 class FieldDeclare : public VarDeclare {

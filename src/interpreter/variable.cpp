@@ -168,6 +168,8 @@ FuncDeclare* Variable::getMethod(const String& methodName, const OrderedCltn& ty
     unknownMethod(methodName, types);
 }
 
+bool Variable::execScalarMethod(FuncDeclare*, OrderedCltn&, ScalarValue&) { return false; }
+
 Variable* Variable::execMethodCall(FuncDeclare*, OrderedCltn&, std::int32_t&) {
     derivedClassResponsibility("execMethodCall");
     return 0;

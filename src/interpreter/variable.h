@@ -13,6 +13,7 @@
 class Dictionary;
 class FuncDeclare;
 class VarDeclare;
+struct ScalarValue;
 
 extern Class class_Variable;
 
@@ -66,6 +67,9 @@ public:
     virtual Variable* getMemberVar(const VarDeclare* member);
     virtual FuncDeclare* getMethod(const String& methodName, const OrderedCltn& types) const;
     virtual Variable* execMethodCall(FuncDeclare* method, OrderedCltn& arguments, std::int32_t& errorFlag);
+    // The result of a method whose result is a char, int or float, as a number without a value made for
+    // it; false, with nothing done, when the class answers the method only through execMethodCall.
+    virtual bool execScalarMethod(FuncDeclare* method, OrderedCltn& arguments, ScalarValue& result);
     virtual String getTemplateName(const OrderedCltn& values) const;
     virtual Variable* makeTemplate(const OrderedCltn& values) const;
     virtual String getValueString() const;  // the value for display

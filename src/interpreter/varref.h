@@ -35,6 +35,9 @@ public:
     Variable* getMemberVar(const VarDeclare* member) override;
     FuncDeclare* getMethod(const String& methodName, const OrderedCltn& types) const override;
     Variable* execMethodCall(FuncDeclare* method, OrderedCltn& arguments, std::int32_t& errorFlag) override;
+    bool execScalarMethod(FuncDeclare* method, OrderedCltn& arguments, ScalarValue& result) override {
+        return referred->execScalarMethod(method, arguments, result);
+    }
     String getTemplateName(const OrderedCltn& values) const override {
         return referred->getTemplateName(values);
     }

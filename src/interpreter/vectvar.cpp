@@ -191,9 +191,8 @@ const MethodTable& VectorVar::methods() const {
         return new VectorVar(vectorOf(v).getValue().transpose());
     });
     table->add("reSize", "int", {"int"}, reSize);
-    table->add("size", "int", {}, [](Variable& v, OrderedCltn&) -> Variable* {
-        return new IntVar(int(vectorOf(v).getValue().size()));
-    });
+    table->add("size", "int", {},
+               [](Variable& v, OrderedCltn&) -> double { return int(vectorOf(v).getValue().size()); });
     return *table;
 }
 

@@ -1,8 +1,9 @@
 // The evaluator's own paths for scalars: wrap-around, conversions at the edges of
 // int, char and float, variables read when an operator takes them, returned
 // scalars named after their type, shadowed names, reference parameters, arguments bound to the values of
-// finished calls, a loop's scope emptied between passes, failures, and a listener that appears while a loop
-// runs.
+// finished calls, a loop's scope emptied between passes, places of variables kept across passes and calls,
+// parameters bound again in place, numbers answered by methods, failures, and a listener that appears while
+// a loop runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -149,6 +150,115 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "1.5 3 5 3 5 3 1.5 4.5 5"},
+    // Places kept by the plans between passes: a name shadowed by a block of one pass, a call
+    // made inside the loop, a reference bound to another variable at each call.
+    {"int g = 1;\n"
+     "void add(int& r, int n) { for (int i = 0; i < n; i++) r = r + 1; }\n"
+     "int sum(int n) {\n"
+     "    int s = 0;\n"
+     "    for (int i = 1; i <= n; i++) { s = s + i; if (i == n && n > 1) s = s + sum(n - 1); }\n"
+     "    return s;\n"
+     "}\n"
+     "int main() {\n"
+     "    int x = 1, s = 0, l = 10;\n"
+     "    for (int i = 0; i < 3; i++) {\n"
+     "        s = s + x;\n"
+     "        if (i == 1) { int x = 100; s = s + x; }\n"
+     "        s = s + x;\n"
+     "        int y = i * 1000;\n"
+     "        s += y;\n"
+     "    }\n"
+     "    add(g, 2);\n"
+     "    add(l, 3);\n"
+     "    add(g, 1);\n"
+     "    cout << s << \" \" << sum(4) << \" \" << g << \" \" << l;\n"
+     "    return 0;\n"
+     "}\n",
+     "3106 20 4 13"},
+    // Parameters bound again in the scalars of the function's last call: a call in an argument,
+    // conversions, and an argument that only the values convert.
+    {"int add(int a, int b) { return a + b; }\n"
+     "int code(int n, char c) { return c + n; }\n"
+     "int main() {\n"
+     "    int s = 0;\n"
+     "    for (int i = 0; i < 3; i++) s = s + add(i, add(i, 1));\n"
+     "    int v = 66;\n"
+     "    cout << s << \" \" << add(2.9, -1.5) << \" \" << code(1, 'a') << \" \" << code(2, v) << \" \" << "
+     "code(3, 'b');\n"
+     "    return 0;\n"
+     "}\n",
+     "9 1 98 68 101"},
+    // Numbers of methods of numeric values, and elements whose indices are floats or have effects.
+    {"int rows(Matrix& M) { return M.rowNumber() * 10 + M.columnNumber(); }\n"
+     "float at(Matrix& M, int i) { return M(i, i); }\n"
+     "int main() {\n"
+     "    Matrix A(3, 2);\n"
+     "    A(1.9, 0.2) = 5;\n"
+     "    A(2, 1) = A(1, 0) + 1;\n"
+     "    float f = A(2, 1) * A.norminf();\n"
+     "    int r = A.rowNumber();\n"
+     "    Matrix B = A * 2;\n"
+     "    int k = 0;\n"
+     "    A(k++, k++) = 7;\n"
+     "    cout << A(1, 0) << \" \" << f << \" \" << r << \" \" << rows(A) << \" \" << at(B, 0) << \" \" << k "
+     "<< \" \" "
+     "<< A(0, 1) << \" \" << B.columnNumber() + 0.5;\n"
+     "    return 0;\n"
+     "}\n",
+     "5 36 3 32 0 2 7 2.5"},
+    // Loops that go on as plans after their first pass, and ones that cannot: an int test, nested loops.
+    {"int g = 0;\n"
+     "int main() {\n"
+     "    int s = 0, k = 0, n, m = 0, z = 0;\n"
+     "    for (int i = 0; i < 10; i++) s = s + i;\n"
+     "    char c;\n"
+     "    for (c = 0; c < 100; c += 30) k++;\n"
+     "    for (n = 5; n; n--) g = g + n;\n"
+     "    float f = 1;\n"
+     "    for (int j = 0; j < 3; j++) f = f * 1.5 + j / 2;\n"
+     "    for (int a = 0; a < 4; a++) for (int b = 0; b < a; b++) m = m + a * b;\n"
+     "    for (int q = 10; q > 0; q = q - 3) z += q;\n"
+     "    cout << s << \" \" << c + 0 << \" \" << k << \" \" << g << \" \" << n << \" \" << f << \" \" << m "
+     "<< \" \" << z;\n"
+     "    return 0;\n"
+     "}\n",
+     "45 120 4 15 0 4.375 11 22"},
+    // Elements in plans: a reference and a copy of a matrix, compound assignments, an element read
+    // again after a store, float and element indices, and an increment that the plans leave alone.
+    {"void fill(Matrix& M, int n) { for (int i = 0; i < n; i++) M(i, i) = i * 1.5; }\n"
+     "float total(Matrix M) { float s = 0; for (int i = 0; i < 3; i++) s = s + M(i, i) + M(i, 0); return s; "
+     "}\n"
+     "int main() {\n"
+     "    Matrix A(3, 3), B(2, 2);\n"
+     "    B(0, 0) = 2;\n"
+     "    fill(A, 3);\n"
+     "    for (int i = 0; i < 3; i++) A(i, 0) += 2;\n"
+     "    float x = A(0, 0) + (A(0, 0) = 5);\n"
+     "    A(1.7, 0.2) = A(B(0, 0), 2) + 1;\n"
+     "    int k = 0;\n"
+     "    for (int j = 0; j < 3; j++) A(j, 1) = A(j, 0) * k++;\n"
+     "    A(2, 2)++;\n"
+     "    cout << x << \" \" << A(1, 0) << \" \" << total(A) << \" \" << k << \" \" << A(2, 2) << \" \" << "
+     "-A(1, 1) "
+     "<< \" \" << A(2, 1);\n"
+     "    return 0;\n"
+     "}\n",
+     "10 4 24 3 4 -4 4"},
+    // Numbers answered by methods inside plans, of a matrix and of a reference to one.
+    {"int rows(Matrix& M) {\n"
+     "    int s = 0;\n"
+     "    for (int i = 0; i < 3; i++) s = s + M.rowNumber() * 10 + M.columnNumber();\n"
+     "    return s;\n"
+     "}\n"
+     "int main() {\n"
+     "    Matrix A(3, 2), E(0, 0);\n"
+     "    A(1, 1) = -2.5;\n"
+     "    float r = 0;\n"
+     "    for (int i = 0; i < 4; i++) r = r + A.rowNumber() * A.norminf() - A.norm2();\n"
+     "    cout << r << \" \" << rows(A) << \" \" << E.norminf();\n"
+     "    return 0;\n"
+     "}\n",
+     "20 96 0"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -179,6 +289,40 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
     ProgramRun division = runMain("int z = 0;\nint q = 5 / z;\ncout << q;");
     EXPECT_TRUE(failsWith(division, "[SYSERR] System Signal")) << division.message;
     EXPECT_EQ(division.out, "");
+    ProgramRun inLoop = runMain("int d = 1;\nfor (int w = 3; w > -1; w--) d = 6 / w;\ncout << d;");
+    EXPECT_TRUE(failsWith(inLoop, "[SYSERR] System Signal")) << inLoop.message;
+    EXPECT_EQ(inLoop.out, "");
+    // A loop that goes on as a plan names the statement that failed, or itself for its test.
+    struct Failure {
+        const char* loop;
+        const char* message;
+    };
+    const Failure loops[] = {
+        {"for (int c = 0; c < 5; c++) A(0, c) = c;",
+         "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(3) At line 4 on statement "
+         "ExprElement A"},
+        {"for (int r = 0; r < 5; A(r, 0) = r++) s = s + 1;",
+         "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(3) At line 4 on statement "
+         "ExprElement A 4 [A (() () r p++ =]"},
+        {"for (int r = 0; A(r, 0) < 100; r++) s = s + 1;",
+         "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(3) At line 4 on statement "
+         "ForStatement"},
+    };
+    for (const Failure& failure : loops) {
+        ProgramRun run = runMain(std::string("Matrix A(3, 3);\nint s = 0;\n") + failure.loop);
+        EXPECT_TRUE(failsWith(run, failure.message)) << run.message;
+    }
+}
+
+// A resident line that declares a global anew gives it another class under the plans of the source.
+TEST(FastPathTest, aGlobalOfAnotherClassIsReadThroughItsValue) {
+    CodeParser parser;
+    Executer executer(&parser);
+    CapturedStreams streams;
+    const char* source = "int base = 10;\nint twice() { return base * 2; }\n";
+    for (const char* line : {"cout << twice() << \" \"", "float base = 2.75", "cout << twice()"})
+        EXPECT_STREQ(executer.evaluate(source, line).asCharPointer(), "") << line;
+    EXPECT_EQ(streams.out.str(), "20 5");
 }
 
 // A watcher of the loop's body adds the stopper at its third pass; the stopper

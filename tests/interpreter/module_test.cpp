@@ -19,13 +19,17 @@ class ModuleTest : public ScratchTest {
 protected:
     void SetUp() override {
         ScratchTest::SetUp();
-        const char* files[][2] = {{"counter",
-                                   "int count = 0;\nint add(int by) { count += by; return count; }\n"
-                                   "int at(int i) { int a[2]; return a[i]; }\n"
-                                   "int main() { cout << \"start \"; count = 10; return 0; }\n"},
-                                  {"nomain", "int f() { return 1; }\n"},
-                                  {"failing", "int main() { int a[1]; a[3] = 1; return 0; }\n"},
-                                  {"self", "Module<\"self\"> again;\nint main() { return 0; }\n"}};
+        const char* files[][2] = {
+            {"counter",
+             "int count = 0;\nint add(int by) { count += by; return count; }\n"
+             "int at(int i) { int a[2]; return a[i]; }\n"
+             "int main() { cout << \"start \"; count = 10; return 0; }\n"},
+            {"looper",
+             "int count = 0;\nint add(int n) { for (int i = 0; i < n; i++) count = count + 1; "
+             "return count; }\nint main() { return 0; }\n"},
+            {"nomain", "int f() { return 1; }\n"},
+            {"failing", "int main() { int a[1]; a[3] = 1; return 0; }\n"},
+            {"self", "Module<\"self\"> again;\nint main() { return 0; }\n"}};
         for (auto& file : files) std::ofstream(std::string(file[0]) + ".cxx") << file[1];
         ASSERT_EQ(mkdir("folder.cxx", 0755), 0);
     }
@@ -37,6 +41,16 @@ TEST_F(ModuleTest, twoValuesKeepGlobalsOfTheirOwn) {
                     "int main() { a.add(1); a.add(2); cout << a.add(3) << \" \" << b.add(5); return 0; }\n"));
     EXPECT_EQ(run.message, "");
     EXPECT_EQ(run.out, "start start 16 15");
+}
+
+// The plans of the compiled file are shared by the values, the variables they find are each value's own.
+TEST_F(ModuleTest, valuesRunTheSameLoopsOnTheirOwnGlobals) {
+    ProgramRun run = runText(std::string(
+        "Module<\"looper\"> a, b;\n"
+        "int main() { cout << a.add(3) << \" \" << b.add(5) << \" \" << a.add(2) << \" \" << b.add(1); "
+        "return 0; }\n"));
+    EXPECT_EQ(run.message, "");
+    EXPECT_EQ(run.out, "3 5 5 6");
 }
 
 TEST_F(ModuleTest, eachReportNamesItsCause) {

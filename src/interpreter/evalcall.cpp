@@ -1,0 +1,113 @@
+// Executer: calls of the program's functions and of the built-ins, and the binding of their arguments.
+#include "interpreter/cleanup.h"
+#include "interpreter/codeelem.h"
+#include "interpreter/evalval.h"
+#include "interpreter/executer.h"
+#include "interpreter/funcdecl.h"
+#include "interpreter/vardecl.h"
+#include "interpreter/varref.h"
+#include "quill/stackgrd.h"
+
+// The arguments are evaluated in the caller's frame, first to last, before the
+// callee's frame is pushed. A scalar returned stays out of the heap.
+void Executer::callFunction(FuncCall* call, EvalValue& result) {
+    if (stopped) return;
+    FuncDeclare* function = call->getFunction();
+    if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) {
+        result = EvalValue::owned(callBuiltin(call));
+        return;
+    }
+    notify(call);
+    if (stackNearlyFull())
+        runtimeError(formatText("Recursion too deep: %s called at depth %u, the stack is exhausted",
+                                function->getName().asCharPointer(), unsigned(frames.size())),
+                     call);
+    OrderedCltn* frame = newFrame(function);
+    OrderedCltn& scope = *static_cast<OrderedCltn*>(frame->first());
+    bool bound;
+    try {
+        bound =
+            scope.size() > 0 ? rebindArguments(function, call, scope) : bindArguments(function, call, scope);
+    } catch (...) {
+        releaseFrame(frame, 0);
+        throw;
+    }
+    if (!bound) {
+        releaseFrame(frame, 0);
+        return;
+    }
+    Variable* returned = runStatements(function, frame);
+    releaseFrame(frame, function);
+    if (returned == RETURNED_SCALAR)
+        result = EvalValue::of(ScalarValue{returnedLevel, returnedValue}, returnedName);
+    else
+        result = EvalValue::owned(returned);
+}
+
+Variable* Executer::callBuiltin(FuncCall* call) {
+    FuncDeclare* function = call->getFunction();
+    OrderedCltn arguments;
+    ContentsGuard guard(arguments);
+    if (!bindArguments(function, call, arguments)) return 0;
+    return findBuiltin(function->getName())(*this, function->getName(), arguments);
+}
+
+bool Executer::bindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& values, int from) {
+    for (int i = from; i < function->argumentCount(); ++i) {
+        EvalValue held;
+        EvalValueGuard guard(held);
+        evalValue(call->getExpression(i), held);
+        if (held.empty()) return false;
+        bindArgument(function->getArgument(i), held, values);
+    }
+    return true;
+}
+
+// A scalar goes to a new value of the parameter's class when that class takes
+// it as it stands; other values are assigned to a copy of the parameter's type.
+void Executer::bindArgument(VarDeclare* parameter, EvalValue& held, OrderedCltn& values) {
+    if (parameter->isRef()) {
+        Variable* value = held.release();
+        value->setName(parameter->getName());
+        addOwned(values, value);
+        if (!value->isKindOf(class_VarReference))
+            runtimeError("A left-value element must used to assign to a reference", 0);
+        return;
+    }
+    ScalarValue scalar;
+    if (held.convertedTo(parameter->scalarLevel(), scalar)) {
+        addOwned(values, scalars.take(scalar.level, scalar.value, parameter->getName()));
+        return;
+    }
+    ValueGuard value(held.release());
+    Variable* bound = parameter->getType()->clone();
+    bound->setName(parameter->getName());
+    values.add(*bound);
+    assign(bound, value.get());
+}
+
+// The scalars of the last call take the new values in place once every argument is evaluated; an
+// argument that a scalar does not take as it stands sends them back, and the binding goes on as for a
+// new scope from that argument.
+bool Executer::rebindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& scope) {
+    ScalarValue converted[MAX_KEPT_PARAMETERS];
+    int count = function->argumentCount();
+    for (int i = 0; i < count; ++i) {
+        EvalValue held;
+        EvalValueGuard guard(held);
+        evalValue(call->getExpression(i), held);
+        if (held.empty()) return false;
+        VarDeclare* parameter = function->getArgument(i);
+        if (held.convertedTo(parameter->scalarLevel(), converted[i])) continue;
+        emptyScope(&scope);
+        for (int j = 0; j < i; ++j)
+            addOwned(scope, scalars.take(converted[j].level, converted[j].value,
+                                         function->getArgument(j)->getName()));
+        bindArgument(parameter, held, scope);
+        return bindArguments(function, call, scope, i + 1);
+    }
+    for (int i = 0; i < count; ++i)
+        EvalValue::setValueOf(static_cast<Variable*>(scope.atInline(i)), converted[i].level,
+                              converted[i].value);
+    return true;
+}

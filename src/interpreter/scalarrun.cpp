@@ -1,0 +1,182 @@
+// ScalarPlan: the run on plain numbers, in place in the variables and the elements.
+#include "interpreter/evalval.h"
+#include "interpreter/funcdecl.h"
+#include "interpreter/mtrxvar.h"
+#include "interpreter/scalar.h"
+#include "interpreter/scalarplan.h"
+
+namespace {
+
+// An entry of the stack: its value, and the variable or the element it was read from, if any.
+struct Entry {
+    double value;
+    union {
+        Variable* variable;
+        double* place;
+    };
+};
+
+int indexValue(double x) { return int(ScalarVar::fitTo(ScalarVar::INT_LEVEL, x)); }
+
+// The arguments of a method called without any.
+OrderedCltn& noArguments() {
+    static OrderedCltn none;
+    return none;
+}
+
+void store(Entry& target, int level, double x) {
+    target.value = x;
+    if (target.variable) EvalValue::setValueOf(target.variable, level, x);
+}
+
+}  // namespace
+
+void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
+    if (shape == NAMED) {
+        result = EvalValue::ofScalar(found[0], resultLevel);
+    } else if (shape == WITH_LITERAL) {
+        const Operation& load = operations[0];
+        const Operation& binary = operations[1];
+        double x = binary.apply(EvalValue::valueOf(found[load.index], load.level), binary.value);
+        result = EvalValue::of(ScalarValue{resultLevel, x});
+    } else {
+        execute(found, 0, 0, &result);
+    }
+}
+
+void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const {
+    execute(found, &stopped, &part, 0);
+}
+
+void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, int* part,
+                         EvalValue* result) const {
+    Entry stack[MAX_DEPTH];
+    int top = -1;
+    const Operation* next = operations.data();
+    for (;;) {
+        const Operation& operation = *next++;
+        switch (operation.kind) {
+            case Operation::LOAD: {
+                Variable* variable = found[operation.index];
+                stack[++top] = Entry{EvalValue::valueOf(variable, operation.level), variable};
+                break;
+            }
+            case Operation::NUMBER:
+                stack[++top] = Entry{operation.value, 0};
+                break;
+            case Operation::RELOAD: {
+                Entry& entry = stack[top - operation.index];
+                entry.value = EvalValue::valueOf(entry.variable, operation.level);
+                break;
+            }
+            case Operation::UNARY: {
+                ScalarValue value;
+                bool stores;
+                double stored;
+                ScalarVar::unaryOperation(operation.code, {operation.level, stack[top].value}, value, stores,
+                                          stored);
+                stack[top] = Entry{value.value, 0};
+                break;
+            }
+            case Operation::STEP: {
+                Entry& operand = stack[top];
+                double before = operand.value;
+                double after = operation.apply(before, 1.0);
+                if (operand.variable) EvalValue::setValueOf(operand.variable, operation.level, after);
+                operand = Entry{operation.before ? after : before, 0};
+                break;
+            }
+            case Operation::STEP_VARIABLE: {
+                Variable* variable = found[operation.index];
+                double before = EvalValue::valueOf(variable, operation.level);
+                double after = operation.apply(before, 1.0);
+                EvalValue::setValueOf(variable, operation.level, after);
+                stack[++top] = Entry{operation.before ? after : before, 0};
+                break;
+            }
+            case Operation::BINARY:
+                stack[top - 1] = Entry{operation.apply(stack[top - 1].value, stack[top].value), 0};
+                --top;
+                break;
+            case Operation::BINARY_NUMBER:
+                stack[top] = Entry{operation.apply(stack[top].value, operation.value), 0};
+                break;
+            case Operation::BINARY_VARIABLE: {
+                double right = EvalValue::valueOf(found[operation.index], operation.level);
+                stack[top] = Entry{operation.apply(stack[top].value, right), 0};
+                break;
+            }
+            case Operation::ASSIGN:
+                store(stack[top - 1], operation.level, ScalarVar::fitTo(operation.level, stack[top].value));
+                --top;
+                break;
+            case Operation::COMPOUND: {
+                Entry& target = stack[top - 1];
+                double current =
+                    target.variable ? EvalValue::valueOf(target.variable, operation.level) : target.value;
+                store(target, operation.level, operation.apply(current, stack[top].value));
+                --top;
+                break;
+            }
+            case Operation::ELEMENT: {
+                MatrixVar* matrix = static_cast<MatrixVar*>(found[operation.index]);
+                double* place =
+                    matrix->elementAt(indexValue(stack[top - 1].value), indexValue(stack[top].value));
+                --top;
+                stack[top].value = *place;
+                stack[top].place = place;
+                break;
+            }
+            case Operation::METHOD: {
+                ScalarValue value{operation.level, 0.0};
+                found[operation.index]->execScalarMethod(operation.method, noArguments(), value);
+                stack[++top] = Entry{value.value, 0};
+                break;
+            }
+            case Operation::RELOAD_ELEMENT: {
+                Entry& entry = stack[top - operation.index];
+                entry.value = *entry.place;
+                break;
+            }
+            case Operation::ASSIGN_ELEMENT: {
+                Entry& target = stack[top - 1];
+                target.value = *target.place = stack[top].value;
+                --top;
+                break;
+            }
+            case Operation::COMPOUND_ELEMENT: {
+                Entry& target = stack[top - 1];
+                target.value = *target.place = operation.apply(*target.place, stack[top].value);
+                --top;
+                break;
+            }
+            case Operation::END: {
+                const Entry& last = stack[top];
+                if (resultElement)
+                    *result = EvalValue::at(last.place);
+                else if (last.variable)
+                    *result = EvalValue::ofScalar(last.variable, resultLevel);
+                else
+                    *result = EvalValue::of(ScalarValue{resultLevel, last.value}, resultName);
+                return;
+            }
+            case Operation::STOP:
+                if (*stopped) return;
+                break;
+            case Operation::TEST:
+                if (stack[top].value == 0.0) return;
+                top = -1;
+                *part = 1;
+                break;
+            case Operation::DROP:
+                top = -1;
+                *part = 2;
+                break;
+            case Operation::AGAIN:
+                top = -1;
+                *part = 0;
+                next = operations.data();
+                break;
+        }
+    }
+}
