@@ -10,10 +10,11 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 # The suites that need no window system, with the replayed fuzz corpus, and the
-# editors (offscreen), whose drawings own and share many objects: the sanitizer
-# pass repeats them.
+# toolkit and the editors (offscreen), whose drawings own and share many objects:
+# the sanitizer pass repeats them. Only the command panel's suite, which runs the
+# whole program, is left to the plain pass.
 core_suites=(quill_tests algebra_tests control_tests reverse_tests interpreter_tests fuzz_replay_tests
-  editor_tests model_tests gui_tests docgen_tests debugger_tests)
+  trellis_tests editor_tests model_tests gui_tests docgen_tests debugger_tests)
 
 mode=all
 for arg in "$@"; do
