@@ -2,8 +2,11 @@
 #ifndef ALGEBRA_BLASTHREADS_H
 #define ALGEBRA_BLASTHREADS_H
 
-// One thread for the BLAS calls when the loaded BLAS is a threaded OpenBLAS; nothing otherwise.
-// Its idle workers would spin beside the only thread that has work.
+// One thread for the BLAS calls when the BLAS is a threaded OpenBLAS; nothing otherwise. Its idle
+// workers would spin beside the only thread that has work. Holds for a BLAS opened later too.
 void useOneBlasThread();
+
+// Called with each library as it is opened: the choice above reaches the BLAS it brings.
+void blasOpened(void* handle);
 
 #endif

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "algebra/lazylib.h"
+
 // Declared here only: other libraries' headers declare some of these without prototypes.
 extern "C" {
 void dtrsyl_(const char* trana, const char* tranb, const int* isgn, const int* m, const int* n,
@@ -80,13 +82,15 @@ int lapackSchur(int n, double* a, double* q, double* values, bool wantVectors, S
 
     std::vector<double> query(100);
     int lwork = -1;
-    dgees_(&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs, query.data(), &lwork,
-           bwork.data(), &info, 1, 1);
+    LAPACK(dgees_)
+    (&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs, query.data(), &lwork,
+     bwork.data(), &info, 1, 1);
     if (info < 0) return info;
     lwork = reportedSize(query[0]);
     std::vector<double> work(lwork);
-    dgees_(&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs, work.data(), &lwork,
-           bwork.data(), &info, 1, 1);
+    LAPACK(dgees_)
+    (&jobvs, &sort, callback, &n, a, &lda, &sdim, values, values + n, vs, &ldvs, work.data(), &lwork,
+     bwork.data(), &info, 1, 1);
     if (selected) *selected = sdim;
     return info;
 }
@@ -108,12 +112,13 @@ int lapackSvd(int m, int n, double* a, double* s, double* u, double* vt, bool wa
     }
     double query[1];
     int lwork = -1;
-    dgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, iwork.data(), &info, 1);
+    LAPACK(dgesdd_)
+    (&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, iwork.data(), &info, 1);
     if (info < 0) return info;
     lwork = reportedSize(query[0]);
     std::vector<double> work(lwork);
-    dgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork, iwork.data(), &info,
-            1);
+    LAPACK(dgesdd_)
+    (&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork, iwork.data(), &info, 1);
     return info;
 }
 
@@ -150,13 +155,15 @@ int lapackSvd(int m, int n, std::complex<double>* a, double* s, std::complex<dou
     }
     std::complex<double> query[1];
     int lwork = -1;
-    zgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, rwork.data(), iwork.data(),
-            &info, 1);
+    LAPACK(zgesdd_)
+    (&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, query, &lwork, rwork.data(), iwork.data(), &info,
+     1);
     if (info < 0) return info;
     lwork = reportedSize(query[0].real());
     std::vector<std::complex<double>> work(lwork);
-    zgesdd_(&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork, rwork.data(),
-            iwork.data(), &info, 1);
+    LAPACK(zgesdd_)
+    (&jobz, &m, &n, a, &lda, s, uData, &ldu, vtData, &ldvt, work.data(), &lwork, rwork.data(), iwork.data(),
+     &info, 1);
     return info;
 }
 
@@ -166,7 +173,7 @@ int lapackSolve(int n, int nrhs, const double* a, const double* b, double* x) {
     std::vector<int> pivots(atLeastOne(n));
     const int lda = atLeastOne(n);
     int info = 0;
-    dgesv_(&n, &nrhs, lu.data(), &lda, pivots.data(), x, &lda, &info);
+    LAPACK(dgesv_)(&n, &nrhs, lu.data(), &lda, pivots.data(), x, &lda, &info);
     return info;
 }
 
@@ -179,13 +186,15 @@ int lapackGeneralizedEigenvalues(int n, double* a, double* b, double* alphaR, do
 
     double query[1];
     int lwork = -1;
-    dggev_(&jobv, &jobv, &n, a, &lda, b, &lda, alphaR, alphaI, beta, noVectors, &ldv, noVectors, &ldv, query,
-           &lwork, &info, 1, 1);
+    LAPACK(dggev_)
+    (&jobv, &jobv, &n, a, &lda, b, &lda, alphaR, alphaI, beta, noVectors, &ldv, noVectors, &ldv, query,
+     &lwork, &info, 1, 1);
     if (info < 0) return info;
     lwork = reportedSize(query[0]);
     std::vector<double> work(lwork);
-    dggev_(&jobv, &jobv, &n, a, &lda, b, &lda, alphaR, alphaI, beta, noVectors, &ldv, noVectors, &ldv,
-           work.data(), &lwork, &info, 1, 1);
+    LAPACK(dggev_)
+    (&jobv, &jobv, &n, a, &lda, b, &lda, alphaR, alphaI, beta, noVectors, &ldv, noVectors, &ldv, work.data(),
+     &lwork, &info, 1, 1);
     return info;
 }
 
@@ -199,7 +208,7 @@ void blasProduct(int m, int n, int k, const double* a, bool transposeA, const do
     const char ta = transposeA ? 'T' : 'N', tb = transposeB ? 'T' : 'N';
     const double one = 1.0, zero = 0.0;
     const int lda = transposeA ? k : m, ldb = transposeB ? n : k;
-    dgemm_(&ta, &tb, &m, &n, &k, &one, a, &lda, b, &ldb, &zero, c, &m, 1, 1);
+    LAPACK(dgemm_)(&ta, &tb, &m, &n, &k, &one, a, &lda, b, &ldb, &zero, c, &m, 1, 1);
 }
 
 int lapackTriangularSylvester(bool transposeT, bool transposeU, int sign, int m, int n, const double* t,
@@ -208,7 +217,7 @@ int lapackTriangularSylvester(bool transposeT, bool transposeU, int sign, int m,
     const char ta = transposeT ? 'T' : 'N', tb = transposeU ? 'T' : 'N';
     double scale = 1.0;
     int info = 0;
-    dtrsyl_(&ta, &tb, &sign, &m, &n, t, &m, u, &n, c, &m, &scale, &info, 1, 1);
+    LAPACK(dtrsyl_)(&ta, &tb, &sign, &m, &n, t, &m, u, &n, c, &m, &scale, &info, 1, 1);
     if (scale != 1.0)
         for (std::size_t k = 0, size = static_cast<std::size_t>(m) * n; k < size; ++k) c[k] /= scale;
     return info;
@@ -221,7 +230,7 @@ int lapackSemidefiniteFactor(int n, double* a) {
     std::vector<int> pivots(n);
     std::vector<double> work(2 * static_cast<std::size_t>(n));
     int rank = 0, info = 0;
-    dpstrf_(&uplo, &n, a, &n, pivots.data(), &rank, &tolerance, work.data(), &info, 1);
+    LAPACK(dpstrf_)(&uplo, &n, a, &n, pivots.data(), &rank, &tolerance, work.data(), &info, 1);
     // U with U'U = P' A P, rows beyond the rank zero, then F = U P' column by column.
     std::vector<double> f(static_cast<std::size_t>(n) * n, 0.0);
     for (int j = 0; j < n; ++j)
@@ -229,10 +238,10 @@ int lapackSemidefiniteFactor(int n, double* a) {
             f[static_cast<std::size_t>(pivots[j] - 1) * n + i] = a[static_cast<std::size_t>(j) * n + i];
     std::vector<double> tau(n), query(1);
     int lwork = -1;
-    dgeqrf_(&n, &n, f.data(), &n, tau.data(), query.data(), &lwork, &info);
+    LAPACK(dgeqrf_)(&n, &n, f.data(), &n, tau.data(), query.data(), &lwork, &info);
     lwork = reportedSize(query[0]);
     work.assign(lwork, 0.0);
-    dgeqrf_(&n, &n, f.data(), &n, tau.data(), work.data(), &lwork, &info);
+    LAPACK(dgeqrf_)(&n, &n, f.data(), &n, tau.data(), work.data(), &lwork, &info);
     // R with a non-negative diagonal: a row's sign does not change R'R.
     for (int i = 0; i < n; ++i) {
         double sign = f[static_cast<std::size_t>(i) * n + i] < 0.0 ? -1.0 : 1.0;
@@ -249,8 +258,8 @@ void blasReflect(int rows, int cols, const double* v, double factor, double* a, 
     const double one = 1.0, zero = 0.0, minusFactor = -factor;
     const int step = 1;
     std::vector<double> w(cols);
-    dgemv_(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
-    dger_(&rows, &cols, &minusFactor, v, &step, w.data(), &step, a, &lda);
+    LAPACK(dgemv_)(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
+    LAPACK(dger_)(&rows, &cols, &minusFactor, v, &step, w.data(), &step, a, &lda);
 }
 
 void blasReflectRight(int rows, int cols, const double* v, double factor, double* a, int lda) {
@@ -259,8 +268,8 @@ void blasReflectRight(int rows, int cols, const double* v, double factor, double
     const double one = 1.0, zero = 0.0, minusFactor = -factor;
     const int step = 1;
     std::vector<double> w(rows);
-    dgemv_(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
-    dger_(&rows, &cols, &minusFactor, w.data(), &step, v, &step, a, &lda);
+    LAPACK(dgemv_)(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
+    LAPACK(dger_)(&rows, &cols, &minusFactor, w.data(), &step, v, &step, a, &lda);
 }
 
 int lapackHessenbergEigenvalues(int n, double* h, double* re, double* im) {
@@ -269,9 +278,9 @@ int lapackHessenbergEigenvalues(int n, double* h, double* re, double* im) {
     const int one = 1, ldz = 1;
     double z = 0.0, query = 0.0;
     int lwork = -1, info = 0;
-    dhseqr_(&job, &compz, &n, &one, &n, h, &n, re, im, &z, &ldz, &query, &lwork, &info, 1, 1);
+    LAPACK(dhseqr_)(&job, &compz, &n, &one, &n, h, &n, re, im, &z, &ldz, &query, &lwork, &info, 1, 1);
     lwork = std::max(reportedSize(query), n);
     std::vector<double> work(lwork);
-    dhseqr_(&job, &compz, &n, &one, &n, h, &n, re, im, &z, &ldz, work.data(), &lwork, &info, 1, 1);
+    LAPACK(dhseqr_)(&job, &compz, &n, &one, &n, h, &n, re, im, &z, &ldz, work.data(), &lwork, &info, 1, 1);
     return info;
 }

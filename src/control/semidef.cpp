@@ -7,8 +7,12 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "algebra/lazylib.h"
 #include "control/dynop.h"
 #include "quill/safefile.h"
+
+// CSDP, opened at the first program solved.
+#define CSDP(name) LAZY_ENTRY("libsdp.so.0", name)
 
 namespace {
 
@@ -64,14 +68,14 @@ int solverMain(int argc, char** argv, std::vector<double>& y, double& gap) {
     blockmatrix C, X, Z;
     double *a = 0, *ys = 0, pobj = 0.0, dobj = 0.0;
     constraintmatrix* constraints = 0;
-    int code = read_prob(argv[1], &n, &k, &C, &a, &constraints, 1);
+    int code = CSDP(read_prob)(argv[1], &n, &k, &C, &a, &constraints, 1);
     if (code) return code;
-    initsoln(n, k, C, a, constraints, &X, &ys, &Z);
-    code = easy_sdp(n, k, C, a, constraints, 0.0, &X, &ys, &Z, &pobj, &dobj);
+    CSDP(initsoln)(n, k, C, a, constraints, &X, &ys, &Z);
+    code = CSDP(easy_sdp)(n, k, C, a, constraints, 0.0, &X, &ys, &Z, &pobj, &dobj);
     std::fflush(stdout);
     y.assign(ys + 1, ys + k + 1);
     gap = dobj - pobj;
-    free_prob(n, k, C, a, constraints, X, ys, Z);
+    CSDP(free_prob)(n, k, C, a, constraints, X, ys, Z);
     return code;
 }
 

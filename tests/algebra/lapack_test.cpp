@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "algebra/cmatrix.h"
+#include "algebra/lazylib.h"
 #include "algebra/matrix.h"
 
 namespace {
@@ -323,8 +324,9 @@ TEST(LapackXerbla, IllegalArgumentPrintsTheMessageAndReturns) {
          [] {
              int n = 1, lda = 1, sdim = 0, ldvs = 1, lwork = 10, info = 0, bwork[1];
              double a[1] = {1.0}, wr[1], wi[1], vs[1], work[10];
-             dgees_("X", "N", selectStable, &n, a, &lda, &sdim, wr, wi, vs, &ldvs, work, &lwork, bwork, &info,
-                    1, 1);
+             LAPACK(dgees_)
+             ("X", "N", selectStable, &n, a, &lda, &sdim, wr, wi, vs, &ldvs, work, &lwork, bwork, &info, 1,
+              1);
              return info;
          },
          -1, "** On entry to  DGEES, parameter number  1 had an illegal value\n"},
@@ -332,7 +334,7 @@ TEST(LapackXerbla, IllegalArgumentPrintsTheMessageAndReturns) {
          [] {
              int n = 2, nrhs = 1, lda = 1, ldb = 2, info = 0, pivots[2];
              double a[4] = {1, 0, 0, 1}, b[2] = {1, 1};
-             dgesv_(&n, &nrhs, a, &lda, pivots, b, &ldb, &info);
+             LAPACK(dgesv_)(&n, &nrhs, a, &lda, pivots, b, &ldb, &info);
              return info;
          },
          -4, "** On entry to  DGESV, parameter number  4 had an illegal value\n"},
