@@ -348,4 +348,15 @@ TEST(LapackXerbla, IllegalArgumentPrintsTheMessageAndReturns) {
     }
 }
 
+// LAPACK is opened at its first call; a library or an entry that is not there ends the program
+// with a report that names it, rather than a null call.
+TEST(LazyLibrary, AMissingLibraryOrEntryEndsWithItsName) {
+    EXPECT_NE(lazylib::entry(LAPACK_LIBRARY, "dgemm_"), nullptr);
+    EXPECT_NE(lazylib::openedHandle(LAPACK_LIBRARY), nullptr);
+    EXPECT_EXIT(lazylib::entry("libtarn-absent.so.9", "f_"), ::testing::ExitedWithCode(1),
+                "cannot open libtarn-absent.so.9");
+    EXPECT_EXIT(lazylib::entry(LAPACK_LIBRARY, "tarn_absent_"), ::testing::ExitedWithCode(1),
+                "liblapack.so.3 has no entry tarn_absent_");
+}
+
 }  // namespace
