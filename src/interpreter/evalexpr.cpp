@@ -175,7 +175,29 @@ bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
     return true;
 }
 
+const ScalarPlan* Executer::readyPlan(Expression* expression, Variable* const*& found) {
+    const ScalarPlan* plan = expression->scalarPlan();
+    if (!plan || stopped) return 0;
+    found = placesOf(*plan);
+    return found ? plan : 0;
+}
+
+bool Executer::planConverted(Expression* expression, int level, ScalarValue& converted) {
+    Variable* const* found;
+    const ScalarPlan* plan = readyPlan(expression, found);
+    if (!plan || !EvalValue::takes(level, plan->resultRank())) return false;
+    converted = ScalarValue{level, ScalarVar::fitTo(level, plan->number(found))};
+    return true;
+}
+
+// The variables of a plan of locals are looked up at each run, which costs less than keeping them: a
+// call gives its plans new places.
 Variable* const* Executer::placesOf(const ScalarPlan& plan) {
+    if (plan.ofLocals()) {
+        Variable** variables = plan.placesToFill();
+        for (size_t i = 0; i < plan.variableCount(); ++i) variables[i] = slotOf(plan.variable(i));
+        return variables;
+    }
     Variable* const* found = plan.placesFor(placeMark);
     return found ? found : findPlaces(plan);
 }
@@ -185,7 +207,7 @@ Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
     for (size_t i = 0; i < plan.variableCount(); ++i) {
         VarDeclare* declaration = plan.variable(i);
         Variable* variable = slotOf(declaration);
-        if (!holdsDeclaredClass(declaration) && variable->isA() != plan.variableClass(i)) {
+        if (!declaration->holdsDeclaredClass() && variable->isA() != plan.variableClass(i)) {
             variable = Variable::dereference(variable);
             if (variable->isA() != plan.variableClass(i)) return 0;
         }
@@ -195,12 +217,6 @@ Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
     }
     plan.keptUnder(placeMark);
     return variables;
-}
-
-// A local that is no reference holds what was made for it from its declared type, or a scalar of the
-// parameter's class; a global may have been replaced by a resident line, a reference refers to anything.
-bool Executer::holdsDeclaredClass(VarDeclare* declaration) {
-    return declaration->getLevel() >= 0 && !declaration->isRef();
 }
 
 // A variable is reached by its place; a member or a method waits for its operator.
@@ -402,6 +418,9 @@ void Executer::finishOperation(EvalState& state, Variable* result) {
 }
 
 int Executer::evalBool(Expression* expression, int emptyAllowed) {
+    Variable* const* found;
+    const ScalarPlan* plan = readyPlan(expression, found);
+    if (plan && plan->resultRank() == ScalarVar::CHAR_LEVEL) return plan->number(found) != 0.0;
     EvalValue value;
     EvalValueGuard guard(value);
     evalValue(expression, value);
