@@ -186,7 +186,9 @@ bool Executer::planConverted(Expression* expression, int level, ScalarValue& con
     Variable* const* found;
     const ScalarPlan* plan = readyPlan(expression, found);
     if (!plan || !EvalValue::takes(level, plan->resultRank())) return false;
-    converted = ScalarValue{level, ScalarVar::fitTo(level, plan->number(found))};
+    int rank = plan->resultRank();
+    double x = plan->number(found);
+    converted = ScalarValue{level, rank == level ? x : ScalarVar::fitTo(level, x)};
     return true;
 }
 
