@@ -192,20 +192,20 @@ bool Executer::planConverted(Expression* expression, int level, ScalarValue& con
     return true;
 }
 
-// The variables of a plan of locals are looked up at each run, which costs less than keeping them: a
-// call gives its plans new places.
 Variable* const* Executer::placesOf(const ScalarPlan& plan) {
-    if (plan.ofLocals()) {
-        Variable** variables = plan.placesToFill();
-        for (size_t i = 0; i < plan.variableCount(); ++i) variables[i] = slotOf(plan.variable(i));
-        return variables;
-    }
     Variable* const* found = plan.placesFor(placeMark);
     return found ? found : findPlaces(plan);
 }
 
+// The variables of a plan of locals are those of their declarations, unchecked: a call gives its plans
+// new places, which are found at each activation.
 Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
     Variable** variables = plan.placesToFill();
+    if (plan.ofLocals()) {
+        for (size_t i = 0; i < plan.variableCount(); ++i) variables[i] = slotOf(plan.variable(i));
+        plan.keptUnder(placeMark);
+        return variables;
+    }
     for (size_t i = 0; i < plan.variableCount(); ++i) {
         VarDeclare* declaration = plan.variable(i);
         Variable* variable = slotOf(declaration);
