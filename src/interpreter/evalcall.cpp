@@ -23,11 +23,12 @@ void Executer::callFunction(FuncCall* call, EvalValue& result) {
                                 function->getName().asCharPointer(), unsigned(frames.size())),
                      call);
     OrderedCltn* frame = newFrame(function);
-    OrderedCltn& scope = *static_cast<OrderedCltn*>(frame->first());
+    OrderedCltn& scope = *static_cast<OrderedCltn*>(frame->atInline(0));
     bool bound;
+    bool inPlace = scope.size() > 0;
     try {
         bound =
-            scope.size() > 0 ? rebindArguments(function, call, scope) : bindArguments(function, call, scope);
+            inPlace ? rebindArguments(function, call, scope, inPlace) : bindArguments(function, call, scope);
     } catch (...) {
         releaseFrame(frame, 0);
         throw;
@@ -37,7 +38,7 @@ void Executer::callFunction(FuncCall* call, EvalValue& result) {
         return;
     }
     Variable* returned = runStatements(function, frame);
-    releaseFrame(frame, function);
+    releaseFrame(frame, function, inPlace);
     if (returned == RETURNED_SCALAR)
         result = EvalValue::of(ScalarValue{returnedLevel, returnedValue}, returnedName);
     else
@@ -89,16 +90,19 @@ void Executer::bindArgument(VarDeclare* parameter, EvalValue& held, OrderedCltn&
 // The scalars of the last call take the new values in place once every argument is evaluated; an
 // argument that a scalar does not take as it stands sends them back, and the binding goes on as for a
 // new scope from that argument.
-bool Executer::rebindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& scope) {
+bool Executer::rebindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& scope, bool& inPlace) {
     ScalarValue converted[MAX_KEPT_PARAMETERS];
     int count = function->argumentCount();
     for (int i = 0; i < count; ++i) {
+        VarDeclare* parameter = function->getArgument(i);
+        Expression* argument = call->getExpression(i);
+        if (planConverted(argument, parameter->scalarLevel(), converted[i])) continue;
         EvalValue held;
         EvalValueGuard guard(held);
-        evalValue(call->getExpression(i), held);
+        evalValue(argument, held);
         if (held.empty()) return false;
-        VarDeclare* parameter = function->getArgument(i);
         if (held.convertedTo(parameter->scalarLevel(), converted[i])) continue;
+        inPlace = false;
         emptyScope(&scope);
         for (int j = 0; j < i; ++j)
             addOwned(scope, scalars.take(converted[j].level, converted[j].value,

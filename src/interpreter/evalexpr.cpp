@@ -175,17 +175,41 @@ bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
     return true;
 }
 
+const ScalarPlan* Executer::readyPlan(Expression* expression, Variable* const*& found) {
+    const ScalarPlan* plan = expression->scalarPlan();
+    if (!plan || stopped) return 0;
+    found = placesOf(*plan);
+    return found ? plan : 0;
+}
+
+bool Executer::planConverted(Expression* expression, int level, ScalarValue& converted) {
+    Variable* const* found;
+    const ScalarPlan* plan = readyPlan(expression, found);
+    if (!plan || !EvalValue::takes(level, plan->resultRank())) return false;
+    int rank = plan->resultRank();
+    double x = plan->number(found);
+    converted = ScalarValue{level, rank == level ? x : ScalarVar::fitTo(level, x)};
+    return true;
+}
+
 Variable* const* Executer::placesOf(const ScalarPlan& plan) {
     Variable* const* found = plan.placesFor(placeMark);
     return found ? found : findPlaces(plan);
 }
 
+// The variables of a plan of locals are those of their declarations, unchecked: a call gives its plans
+// new places, which are found at each activation.
 Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
     Variable** variables = plan.placesToFill();
+    if (plan.ofLocals()) {
+        for (size_t i = 0; i < plan.variableCount(); ++i) variables[i] = slotOf(plan.variable(i));
+        plan.keptUnder(placeMark);
+        return variables;
+    }
     for (size_t i = 0; i < plan.variableCount(); ++i) {
         VarDeclare* declaration = plan.variable(i);
         Variable* variable = slotOf(declaration);
-        if (!holdsDeclaredClass(declaration) && variable->isA() != plan.variableClass(i)) {
+        if (!declaration->holdsDeclaredClass() && variable->isA() != plan.variableClass(i)) {
             variable = Variable::dereference(variable);
             if (variable->isA() != plan.variableClass(i)) return 0;
         }
@@ -195,12 +219,6 @@ Variable* const* Executer::findPlaces(const ScalarPlan& plan) {
     }
     plan.keptUnder(placeMark);
     return variables;
-}
-
-// A local that is no reference holds what was made for it from its declared type, or a scalar of the
-// parameter's class; a global may have been replaced by a resident line, a reference refers to anything.
-bool Executer::holdsDeclaredClass(VarDeclare* declaration) {
-    return declaration->getLevel() >= 0 && !declaration->isRef();
 }
 
 // A variable is reached by its place; a member or a method waits for its operator.
@@ -402,6 +420,9 @@ void Executer::finishOperation(EvalState& state, Variable* result) {
 }
 
 int Executer::evalBool(Expression* expression, int emptyAllowed) {
+    Variable* const* found;
+    const ScalarPlan* plan = readyPlan(expression, found);
+    if (plan && plan->resultRank() == ScalarVar::CHAR_LEVEL) return plan->number(found) != 0.0;
     EvalValue value;
     EvalValueGuard guard(value);
     evalValue(expression, value);

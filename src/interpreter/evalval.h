@@ -89,10 +89,13 @@ public:
     // for a class of another kind) or the conversion goes through the values.
     bool convertedTo(int level, ScalarValue& converted) const {
         ScalarValue s;
-        if (level == 0 || !scalar(s)) return false;
-        if (s.level > level && s.level != ScalarVar::FLOAT_LEVEL) return false;
+        if (level == 0 || !scalar(s) || !takes(level, s.level)) return false;
         converted = ScalarValue{level, ScalarVar::fitTo(level, s.value)};
         return true;
+    }
+    // Whether a value of the scalar class of rank level takes a scalar of rank rank as it stands.
+    static bool takes(int level, int rank) {
+        return level != 0 && (rank <= level || rank == ScalarVar::FLOAT_LEVEL);
     }
     // Stores x, already in the scalar's form, in what scalar() read.
     void store(double x) {

@@ -249,18 +249,15 @@ Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType)
                          statement);
         return voidType;
     }
+    int level = callees.back()->returnLevel();
+    ScalarValue scalar;
+    if (planConverted(expression, level, scalar)) return returnScalar(scalar, returnType);
     EvalValue held;
     EvalValueGuard guard(held);
     evalValue(expression, held);
     if (held.empty()) return 0;
     if (returnType == voidType) runtimeError(String("Expected void, was") + held.box()->getType(), statement);
-    ScalarValue scalar;
-    if (held.convertedTo(callees.back()->returnLevel(), scalar)) {
-        returnedLevel = scalar.level;
-        returnedValue = scalar.value;
-        returnedName = &returnType->getName();
-        return RETURNED_SCALAR;
-    }
+    if (held.convertedTo(level, scalar)) return returnScalar(scalar, returnType);
     ValueGuard owned(held.release());
     Variable* value = owned.get();
     if (value->getType().isEqual(returnType->getType()) && !value->isKindOf(class_ScalarVar)) {
@@ -270,6 +267,13 @@ Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType)
     std::unique_ptr<Variable> converted(returnType->clone());
     assign(converted.get(), value);
     return converted.release();
+}
+
+Variable* Executer::returnScalar(ScalarValue scalar, Variable* returnType) {
+    returnedLevel = scalar.level;
+    returnedValue = scalar.value;
+    returnedName = &returnType->getName();
+    return RETURNED_SCALAR;
 }
 
 void Executer::execVarDeclare(VarDeclare* declaration) {

@@ -257,14 +257,14 @@ OrderedCltn* Executer::newFrame(FuncDeclare* function) {
     }
     SpareFrame spare = spareFrames.back();
     spareFrames.pop_back();
-    if (spare.function != function) emptyScope(static_cast<OrderedCltn*>(spare.frame->first()));
+    if (spare.function != function) emptyScope(static_cast<OrderedCltn*>(spare.frame->atInline(0)));
     return spare.frame;
 }
 
-void Executer::releaseFrame(OrderedCltn* frame, FuncDeclare* function) {
+void Executer::releaseFrame(OrderedCltn* frame, FuncDeclare* function, bool rebound) {
     while (frame->size() > 1) destroyScope(static_cast<OrderedCltn*>(frame->removeLast()));
-    OrderedCltn* scope = static_cast<OrderedCltn*>(frame->first());
-    if (function && !keepParameters(function, *scope)) function = 0;
+    OrderedCltn* scope = static_cast<OrderedCltn*>(frame->atInline(0));
+    if (function && !keepParameters(function, *scope, rebound)) function = 0;
     if (!function) emptyScope(scope);
     if (spareFrames.size() < SPARE_LISTS)
         spareFrames.push_back(SpareFrame{frame, function});
@@ -274,13 +274,17 @@ void Executer::releaseFrame(OrderedCltn* frame, FuncDeclare* function) {
 
 // The variables of the function's outermost block follow its parameters in the scope; they go, the last
 // first, before the parameters are looked at.
-bool Executer::keepParameters(FuncDeclare* function, OrderedCltn& scope) {
+bool Executer::keepParameters(FuncDeclare* function, OrderedCltn& scope, bool rebound) {
     int count = function->argumentCount();
     if (count > MAX_KEPT_PARAMETERS || int(scope.size()) < count) return false;
     while (int(scope.size()) > count) dropValue(static_cast<Variable*>(scope.removeLast()));
     for (int i = 0; i < count; ++i) {
-        VarDeclare* parameter = function->getArgument(i);
         Variable* value = static_cast<Variable*>(scope.atInline(i));
+        if (rebound) {
+            if (value->references() != 0) return false;
+            continue;
+        }
+        VarDeclare* parameter = function->getArgument(i);
         int level = parameter->scalarLevel();
         if (parameter->isRef() || level == 0 || ScalarPool::plainLevel(value) != level) return false;
     }

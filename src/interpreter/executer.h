@@ -113,6 +113,8 @@ private:
     // The plan of an expression statement that has one, else null.
     static const ScalarPlan* statementPlan(Statement* statement);
     Variable* execReturn(ReturnStatement* statement, Variable* returnType);
+    // The scalar left behind RETURNED_SCALAR, with the name of the function's type.
+    Variable* returnScalar(ScalarValue scalar, Variable* returnType);
     void execVarDeclare(VarDeclare* declaration);
     Variable* createVariable(VarDeclare* declaration);
     void assign(Variable* target, Variable* value);
@@ -132,11 +134,15 @@ private:
     // The same when the expression has no plan, or one that does not fit its variables.
     void evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* plan, EvalValue& result);
     bool runPlan(const ScalarPlan& plan, EvalValue& result);
+    // The expression's plan, with the places of its variables, when it has one that fits them and the
+    // run goes on; null otherwise.
+    const ScalarPlan* readyPlan(Expression* expression, Variable* const*& found);
+    // The result of the expression's plan converted for the scalar class of rank level, when the plan
+    // is ready and that class takes its result as it stands; false, with nothing run, otherwise.
+    bool planConverted(Expression* expression, int level, ScalarValue& converted);
     // The plan's variables, kept with it under the present mark; null when one is not of its class.
     Variable* const* placesOf(const ScalarPlan& plan);
     Variable* const* findPlaces(const ScalarPlan& plan);
-    // Whether the declaration's place always holds a value of the declared type's own class.
-    static bool holdsDeclaredClass(VarDeclare* declaration);
     void evalElement(EvalState& state, const EvalStep& step);
     // Finds the variable of a VARIABLE step and keeps it in the step under the present mark.
     void findPlace(const EvalStep& step);
@@ -164,7 +170,8 @@ private:
     void bindArgument(VarDeclare* parameter, EvalValue& held, OrderedCltn& values);
     // The same into a scope that holds the parameters of the function's last call, which keepParameters
     // accepted.
-    bool rebindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& scope);
+    // inPlace is cleared when an argument sent the parameters back.
+    bool rebindArguments(FuncDeclare* function, FuncCall* call, OrderedCltn& scope, bool& inPlace);
     // Runs the statements in a new frame whose first scope is scope; the frame goes
     // with its values, except scope itself when keepScope is set. Answers the result.
     Variable* runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope);
@@ -184,10 +191,12 @@ private:
     OrderedCltn* newFrame(FuncDeclare* function);
     // The frame's values go, but for the parameters of function (null for none) when keepParameters
     // accepts them; the frame is kept with its first scope for the next call.
-    void releaseFrame(OrderedCltn* frame, FuncDeclare* function);
+    // rebound tells that the parameters are those kept at the function's last call, bound again in place.
+    void releaseFrame(OrderedCltn* frame, FuncDeclare* function, bool rebound = false);
     // Whether scope holds plain scalars for the function's parameters, all of scalar classes, few enough
-    // to be bound again in place; the scope is left with the parameters only when it does.
-    bool keepParameters(FuncDeclare* function, OrderedCltn& scope);
+    // to be bound again in place; the scope is left with the parameters only when it does. Parameters
+    // rebound in place are still of their classes: only what refers to them is looked at.
+    bool keepParameters(FuncDeclare* function, OrderedCltn& scope, bool rebound);
     // The parameters kept in spare frames go: the functions may be parsed anew.
     void forgetParameters();
     // The flags of a run cleared, before a run, a call from outside or a resident line.

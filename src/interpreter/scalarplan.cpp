@@ -69,6 +69,7 @@ int ScalarPlan::indexOf(const Used& used) {
     for (std::size_t i = 0; i < variables.size(); ++i)
         if (variables[i].declaration == used.declaration) return int(i);
     variables.push_back(used);
+    locals = locals && used.declaration->holdsDeclaredClass() && used.type != &class_MatrixVar;
     return int(variables.size()) - 1;
 }
 

@@ -44,6 +44,9 @@ public:
     std::size_t variableCount() const { return variables.size(); }
     VarDeclare* variable(std::size_t i) const { return variables[i].declaration; }
     const Class* variableClass(std::size_t i) const { return variables[i].type; }
+    // Whether every variable is a local that holds its declared class, and none a matrix, which a
+    // temporary may stand for: the places are then those of the declarations, unchecked.
+    bool ofLocals() const { return locals; }
     // The variables found for the executer's mark of places, or null when the last ones were found
     // under another mark.
     Variable* const* placesFor(std::uint64_t mark) const { return mark == placesMark ? places : 0; }
@@ -56,6 +59,8 @@ public:
     // Runs on the variables found for variable(i): the result is the last
     // variable assigned or named, or a number.
     void run(Variable* const* found, EvalValue& result) const;
+    // The same when only the number of the result counts, in the form of the class of rank resultRank().
+    double number(Variable* const* found) const;
 
     // The plan of a loop of three plans: while stopped is not set and the test, of a char result, holds,
     // the body and then the increment. Null when together they use too many variables.
@@ -110,6 +115,7 @@ private:
     bool append(const ScalarPlan& part);
     int indexOf(const Used& used);
     void execute(Variable* const* found, const std::int32_t* stopped, int* part, EvalValue* result) const;
+    double withLiteral(Variable* const* found) const;
 
     std::vector<Operation> operations;
     std::vector<Used> variables;
@@ -120,6 +126,7 @@ private:
     // literal under a binary operator (i < n, n - 1); these run without the general loop.
     enum Shape : unsigned char { ANY, NAMED, WITH_LITERAL };
     Shape shape = ANY;
+    bool locals = true;
     mutable std::uint64_t placesMark = 0;
     mutable Variable* places[MAX_VARIABLES];
 };

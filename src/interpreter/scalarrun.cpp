@@ -35,13 +35,26 @@ void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
     if (shape == NAMED) {
         result = EvalValue::ofScalar(found[0], resultLevel);
     } else if (shape == WITH_LITERAL) {
-        const Operation& load = operations[0];
-        const Operation& binary = operations[1];
-        double x = binary.apply(EvalValue::valueOf(found[load.index], load.level), binary.value);
-        result = EvalValue::of(ScalarValue{resultLevel, x});
+        result = EvalValue::of(ScalarValue{resultLevel, withLiteral(found)});
     } else {
         execute(found, 0, 0, &result);
     }
+}
+
+double ScalarPlan::number(Variable* const* found) const {
+    if (shape == NAMED) return EvalValue::valueOf(found[0], resultLevel);
+    if (shape == WITH_LITERAL) return withLiteral(found);
+    EvalValue result;
+    execute(found, 0, 0, &result);
+    ScalarValue value{resultLevel, 0.0};
+    result.scalar(value);
+    return value.value;
+}
+
+double ScalarPlan::withLiteral(Variable* const* found) const {
+    const Operation& load = operations[0];
+    const Operation& binary = operations[1];
+    return binary.apply(EvalValue::valueOf(found[load.index], load.level), binary.value);
 }
 
 void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const {

@@ -34,6 +34,10 @@ public:
     int getIndex() const { return index; }
     void setPosition(int newLevel, int newIndex);
     bool isRef() const { return isReference != 0; }
+    // Whether the place always holds a value of the declared type's own class: a local that is no
+    // reference holds what was made for it from its type, or a scalar of the parameter's class; a global
+    // may have been replaced by a resident line, a reference refers to anything.
+    bool holdsDeclaredClass() const { return level >= 0 && !isRef(); }
     // Whether v may be passed for this parameter: a reference needs a reference
     // to a variable of this type (by identity or type name); a value needs a
     // type whose one-argument constructor from v is number 1.

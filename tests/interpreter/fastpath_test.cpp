@@ -259,6 +259,19 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "20 96 0"},
+    // Calls whose arguments, tests and returns are plans: a void function that ends without return,
+    // parameters bound again in place down a recursion, a float returned by an int function.
+    {"void show(int n) { if (n > 0) cout << n << \" \"; }\n"
+     "int down(int n) { if (n < 1) return n; return down(n - 1) + 1; }\n"
+     "float half(int n) { return n / 2.0; }\n"
+     "int thrice(float x) { if (x > 0) return x * 3; return -1; }\n"
+     "int main() {\n"
+     "    show(0);\n"
+     "    show(down(2));\n"
+     "    cout << down(5) << \" \" << half(7) << \" \" << thrice(1.9) << \" \" << thrice(0);\n"
+     "    return 0;\n"
+     "}\n",
+     "2 5 3.5 5 -1"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -292,6 +305,16 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
     ProgramRun inLoop = runMain("int d = 1;\nfor (int w = 3; w > -1; w--) d = 6 / w;\ncout << d;");
     EXPECT_TRUE(failsWith(inLoop, "[SYSERR] System Signal")) << inLoop.message;
     EXPECT_EQ(inLoop.out, "");
+    // A plan that fails in a call's argument, in a test or in a return, after a first call that worked.
+    const char* bodies[] = {"return n / z;", "if (n / z > 1) return 3; return 4;",
+                            "if (n < 1) return 0; return f(n / z - 1, z) + 1;"};
+    for (const char* body : bodies) {
+        ProgramRun run =
+            runText(std::string("int f(int n, int z) {\n    ") + body +
+                    "\n}\nint main() {\n    cout << f(3, 1);\n    cout << f(4, 0);\n    return 0;\n}\n");
+        EXPECT_TRUE(failsWith(run, "[SYSERR] System Signal")) << run.message;
+        EXPECT_EQ(run.out, "3") << body;
+    }
     // A loop that goes on as a plan names the statement that failed, or itself for its test.
     struct Failure {
         const char* loop;

@@ -30,6 +30,20 @@ TEST(LimitsTest, recursionWithoutEndStopsWithTheFunctionAndItsDepth) {
     EXPECT_EQ(streams.out.str(), "7");
 }
 
+// The parameters kept for calls bound again in place go with a recursion that went too deep; the
+// function then runs again from the top.
+TEST(LimitsTest, aRecursionTooDeepLeavesItsFunctionCallable) {
+    const char* source = "int down(int n) { if (n < 1) return 0; return down(n - 1) + 1; }\n";
+    CapturedStreams streams;
+    CodeParser parser;
+    Executer executer(&parser);
+    EXPECT_STREQ(executer.evaluate(source, "cout << down(50);").asCharPointer(), "");
+    std::string message = executer.evaluate(source, "int x = down(100000000);").asCharPointer();
+    EXPECT_TRUE(contains(message, "[RUN-TIME ERROR] Recursion too deep: down called at depth ")) << message;
+    EXPECT_STREQ(executer.evaluate(source, "cout << down(60);").asCharPointer(), "");
+    EXPECT_EQ(streams.out.str(), "5060");
+}
+
 TEST(LimitsTest, tenThousandCallsOfASimpleFunctionRun) {
     ProgramRun run = runText(
         "int down(int n) { if (n == 0) return 0; return down(n - 1) + 1; }\n"
