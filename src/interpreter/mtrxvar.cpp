@@ -203,7 +203,14 @@ bool MatrixVar::isElementMethod(const FuncDeclare* method) const {
     return methods().codeOf(method) == element;
 }
 
+double* MatrixVar::placeInside(int i, int j) {
+    unsigned rows = value.rowNumber();
+    if (i < 0 || j < 0 || unsigned(i) >= rows || unsigned(j) >= value.columnNumber()) return 0;
+    return value.elements() + size_t(j) * rows + unsigned(i);
+}
+
 double* MatrixVar::elementAt(int i, int j) {
+    if (double* place = placeInside(i, j)) return place;
     try {
         return &elementOf(*this, i, j);
     } catch (TarnException* e) {
@@ -213,8 +220,7 @@ double* MatrixVar::elementAt(int i, int j) {
 
 double* MatrixVar::elementPlace(const FuncDeclare* method, int i, int j) {
     if (isTemporary() || !isElementMethod(method)) return 0;
-    if (i < 0 || j < 0 || unsigned(i) >= value.rowNumber() || unsigned(j) >= value.columnNumber()) return 0;
-    return &value(unsigned(i), unsigned(j));
+    return placeInside(i, j);
 }
 
 const MethodTable& MatrixVar::methods() const {

@@ -50,6 +50,8 @@ protected:
     Variable* negated() const override { return new MatrixVar(-value); }
 
 private:
+    // The place of element (i, j) when both indices are in range, else null.
+    double* placeInside(int i, int j);
     Variable* assignment(const Variable* other, int op);
     Variable* product(const Variable* other, int swapped) const;
 
