@@ -198,7 +198,8 @@ Variable* const* Executer::placesOf(const ScalarPlan& plan) {
     if (plan.ofOutermost()) {
         Variable** variables = plan.placesToFill();
         const OrderedCltn& scope = *static_cast<OrderedCltn*>(currentFrame().atInline(0));
-        for (size_t i = 0; i < plan.variableCount(); ++i)
+        size_t count = plan.variableCount();
+        for (size_t i = 0; i < count; ++i)
             variables[i] = static_cast<Variable*>(scope.atInline(plan.variable(i)->getIndex()));
         return variables;
     }
