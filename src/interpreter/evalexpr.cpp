@@ -192,7 +192,17 @@ bool Executer::planConverted(Expression* expression, int level, ScalarValue& con
     return true;
 }
 
+// The places of a plan of the outermost block are read from the frame at each run: a call moves the mark,
+// not those places.
 Variable* const* Executer::placesOf(const ScalarPlan& plan) {
+    if (plan.ofOutermost()) {
+        Variable** variables = plan.placesToFill();
+        const OrderedCltn& scope = *static_cast<OrderedCltn*>(currentFrame().atInline(0));
+        size_t count = plan.variableCount();
+        for (size_t i = 0; i < count; ++i)
+            variables[i] = static_cast<Variable*>(scope.atInline(plan.variable(i)->getIndex()));
+        return variables;
+    }
     Variable* const* found = plan.placesFor(placeMark);
     return found ? found : findPlaces(plan);
 }

@@ -70,6 +70,7 @@ int ScalarPlan::indexOf(const Used& used) {
         if (variables[i].declaration == used.declaration) return int(i);
     variables.push_back(used);
     locals = locals && used.declaration->holdsDeclaredClass() && used.type != &class_MatrixVar;
+    outermost = (variables.size() == 1 || outermost) && locals && used.declaration->getLevel() == 0;
     return int(variables.size()) - 1;
 }
 

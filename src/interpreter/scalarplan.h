@@ -47,6 +47,10 @@ public:
     // Whether every variable is a local that holds its declared class, and none a matrix, which a
     // temporary may stand for: the places are then those of the declarations, unchecked.
     bool ofLocals() const { return locals; }
+    // Whether there are variables and every one is also of the function's outermost block, its parameters
+    // included: their places are those of the first scope of the frame, at the declarations' indices,
+    // whichever the call.
+    bool ofOutermost() const { return outermost; }
     // The variables found for the executer's mark of places, or null when the last ones were found
     // under another mark.
     Variable* const* placesFor(std::uint64_t mark) const { return mark == placesMark ? places : 0; }
@@ -127,6 +131,7 @@ private:
     enum Shape : unsigned char { ANY, NAMED, WITH_LITERAL };
     Shape shape = ANY;
     bool locals = true;
+    bool outermost = false;
     mutable std::uint64_t placesMark = 0;
     mutable Variable* places[MAX_VARIABLES];
 };

@@ -272,6 +272,20 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "2 5 3.5 5 -1"},
+    // Locals of a function's outermost block read after a recursion gave each call a frame of its own,
+    // and a local of an inner block that shadows one of them.
+    {"int walk(int n) {\n"
+     "    int k = n * 10;\n"
+     "    int r = 0;\n"
+     "    if (n > 0) r = walk(n - 1);\n"
+     "    if (n > 1) { int k = 1; r = r + k; }\n"
+     "    return k + r + n;\n"
+     "}\n"
+     "int main() {\n"
+     "    cout << walk(3) << \" \" << walk(0);\n"
+     "    return 0;\n"
+     "}\n",
+     "68 0"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
