@@ -252,24 +252,30 @@ int lapackSemidefiniteFactor(int n, double* a) {
     return rank;
 }
 
-void blasReflect(int rows, int cols, const double* v, double factor, double* a, int lda) {
+namespace {
+
+// A := (I - factor v v') A from the left (v of rows), or A (I - factor v v') from the right (v of
+// cols): w = A'v or A v by DGEMV, then the rank-one update by DGER.
+void reflect(bool fromLeft, int rows, int cols, const double* v, double factor, double* a, int lda) {
     if (rows == 0 || cols == 0) return;
-    const char trans = 'T';
+    const char trans = fromLeft ? 'T' : 'N';
     const double one = 1.0, zero = 0.0, minusFactor = -factor;
     const int step = 1;
-    std::vector<double> w(cols);
+    std::vector<double> w(fromLeft ? cols : rows);
     LAPACK(dgemv_)(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
-    LAPACK(dger_)(&rows, &cols, &minusFactor, v, &step, w.data(), &step, a, &lda);
+    const double* x = fromLeft ? v : w.data();
+    const double* y = fromLeft ? w.data() : v;
+    LAPACK(dger_)(&rows, &cols, &minusFactor, x, &step, y, &step, a, &lda);
+}
+
+}  // namespace
+
+void blasReflect(int rows, int cols, const double* v, double factor, double* a, int lda) {
+    reflect(true, rows, cols, v, factor, a, lda);
 }
 
 void blasReflectRight(int rows, int cols, const double* v, double factor, double* a, int lda) {
-    if (rows == 0 || cols == 0) return;
-    const char trans = 'N';
-    const double one = 1.0, zero = 0.0, minusFactor = -factor;
-    const int step = 1;
-    std::vector<double> w(rows);
-    LAPACK(dgemv_)(&trans, &rows, &cols, &one, a, &lda, v, &step, &zero, w.data(), &step, 1);
-    LAPACK(dger_)(&rows, &cols, &minusFactor, w.data(), &step, v, &step, a, &lda);
+    reflect(false, rows, cols, v, factor, a, lda);
 }
 
 int lapackHessenbergEigenvalues(int n, double* h, double* re, double* im) {
