@@ -62,9 +62,14 @@ LMI::LMI(const DynOp& s)
     C1 = c1 * basis.transpose();
 }
 
+// The H-infinity bound's solution lies where the inequality turns singular, which the solver
+// reaches only within its accuracy: the bound is solved this fraction below gamma, so that the
+// loop it gives stays within gamma.
+const double LMI::boundAccuracy = 1e-3;
+
 int LMI::solveBound(double bound, bool useH2) {
     kind = useH2 ? h2Bound : hinfBound;
-    gamma = bound;
+    gamma = useH2 ? bound : bound * (1.0 - boundAccuracy);
     return gamma > 0.0 ? solve() : fail(-1);
 }
 

@@ -24,9 +24,11 @@ public:
     LMI();
     explicit LMI(const DynOp& system);
 
-    // H-infinity: a feedback that keeps the norm from w to z below gamma (bound), or the one of
-    // least gamma (minimum). With useH2 the H2 problems: the norm below gamma, or the least one.
+    // H-infinity: a feedback that keeps the norm from w to z below gamma (bound, solved
+    // boundAccuracy below it), or the one of least gamma (minimum). With useH2 the H2 problems:
+    // the norm below gamma, or the least one.
     int solveBound(double gamma, bool useH2 = false);
+    static const double boundAccuracy;
     int solveMinimum(bool useH2 = false);
 
     Matrix getH() const { return H; }

@@ -28,9 +28,6 @@ const char* const divergenceContinuous =
 const char* const divergenceDiscrete =
     "NO CONVERGENCE REACHED!\nrepeate increasing the value of gamma or go back to the H2 norm";
 
-// The relative margin below gamma at which the LMI's H-infinity bound is solved.
-const double boundAccuracy = 1e-3;
-
 }  // namespace
 
 double OptimumGramian::optimize(const StepOptions& o) {
@@ -137,11 +134,7 @@ bool OptimumGramian::solveLmi(Run& r) {
     if (r.lmiMode == LmiMode::None) return false;
     LMI lmi(*r.working);
     bool h2 = r.useH2 || r.lmiMode == LmiMode::MinH2, minimum = r.lmiMode != LmiMode::BoundHinf;
-    // The H-infinity bound's solution lies where the inequality turns singular, which the solver
-    // reaches only within its accuracy: the bound is asked a little below gamma so that the loop
-    // it gives stays within gamma.
-    double bound = h2 ? gamma : gamma * (1.0 - boundAccuracy);
-    if ((minimum ? lmi.solveMinimum(h2) : lmi.solveBound(bound, h2)) != 0) return false;
+    if ((minimum ? lmi.solveMinimum(h2) : lmi.solveBound(gamma, h2)) != 0) return false;
     Matrix factor = lmi.getGramian();
     if (!chol(factor)) {
         std::cout << "cannot factorize the gramian resulting from LMI\nincrease the value of gamma and repeat"
