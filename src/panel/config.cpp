@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "panel/tarnmain.h"
+#include "panel/start.h"
 #include "quill/quillstr.h"
 #include "quill/startup.h"
 

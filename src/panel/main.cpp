@@ -1,39 +1,46 @@
-// The process entry: help, or the library's start, tarnMain and stop.
-#include <cstdlib>
-#include <cstring>
+// The process entry: help, a program run on the console, or the window layer for the other modes.
+#include <dlfcn.h>
+
 #include <iostream>
+#include <string>
 
 #include "algebra/blasthreads.h"
-#include "panel/tarnmain.h"
+#include "panel/start.h"
 #include "quill/startup.h"
 
 namespace {
 
-bool hasWord(int argc, char** argv, const char* word) {
-    for (int i = 1; i < argc; ++i)
-        if (std::strcmp(argv[i], word) == 0) return true;
-    return false;
+// The window layer lies beside the executable. It is opened only for the modes that may show a
+// window: loading the window system's libraries costs more than a short program's whole run.
+int runWindowLayer(int argc, char** argv) {
+    std::string path = executableDirectory() + "/libtarnwindows.so";
+    void* layer = dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
+    if (!layer) {
+        std::cerr << "tarn: the window layer cannot be opened: " << dlerror() << std::endl;
+        return 1;
+    }
+    typedef int (*Entry)(int, char**);
+    Entry entry = reinterpret_cast<Entry>(dlsym(layer, "tarnWindowsEntry"));
+    if (!entry) {
+        std::cerr << "tarn: " << path << " has no entry: " << dlerror() << std::endl;
+        return 1;
+    }
+    return entry(argc, argv);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    // Help is answered before the toolkit opens any window.
     setArgs(argc, argv);
     if (findFlag("-help")) {
         printUsage(std::cout);
         return 0;
     }
     // A program run from the command line has small matrices and no window: the BLAS's idle
-    // workers go, and the toolkit, whose start costs more than a short program, never starts.
-    // The other modes without windows keep the toolkit for their dialogues but open no display,
-    // so that nothing waits on the screen after them.
-    if (hasWord(argc, argv, "-run")) {
+    // workers go.
+    if (hasArgument(argc, argv, "-run")) {
         useOneBlasThread();
-        toolkitInitHook = toolkitTermHook = 0;
-    } else if (hasWord(argc, argv, "-design") || hasWord(argc, argv, "-model") ||
-               hasWord(argc, argv, "-sweep") || hasWord(argc, argv, "-document")) {
-        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        return tarnEntry(argc, argv, runFromCommandLine);
     }
-    return tarnEntry(argc, argv, tarnMain);
+    return runWindowLayer(argc, argv);
 }

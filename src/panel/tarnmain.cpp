@@ -1,4 +1,4 @@
-// The program's main: program directory, environment, language and mode dispatch.
+// The program's main with windows: the shared start, then the mode dispatch.
 #include "panel/tarnmain.h"
 
 #include <unistd.h>
@@ -30,124 +30,7 @@
 #include "trellis/dispatch.h"
 #include "trellis/shell.h"
 
-String programDirectory;
-String jvPathOption;
-String ccPathOption;
-String dsPathOption;
-String idePathOption;
-
 namespace {
-
-// The absolute path of the executable that argv0 names. A bare name was
-// found through PATH, so the system tells where the file lies.
-std::string executablePath(const char* argv0) {
-    std::string path = argv0 ? argv0 : "";
-    if (path.find('/') == std::string::npos) {
-        char buffer[PATH_MAX];
-        ssize_t n = readlink("/proc/self/exe", buffer, sizeof buffer - 1);
-        if (n > 0) return std::string(buffer, n);
-    }
-    char resolved[PATH_MAX];
-    if (realpath(path.c_str(), resolved)) return resolved;
-    if (!path.empty() && path[0] == '/') return path;
-    char cwd[PATH_MAX];
-    return std::string(getcwd(cwd, sizeof cwd) ? cwd : ".") + "/" + path;
-}
-
-void computeProgramDirectory() {
-    std::string path = executablePath(getArg(0));
-    std::string::size_type slash = path.rfind('/');
-    programDirectory = path.substr(0, slash == 0 ? 1 : slash).c_str();
-}
-
-// The environment set-up, done once: the -env assignments in the order given, the four tool
-// roots, then the configuration file and the tools' environment.
-void environmentFirstPass() {
-    static bool done = false;
-    if (done) return;
-    done = true;
-    consumeEnvOptions();
-    findOption("-JV_PATH", jvPathOption);
-    findOption("-CC_PATH", ccPathOption);
-    findOption("-DS_PATH", dsPathOption);
-    findOption("-IDE_PATH", idePathOption);
-    environmentSetUp({ccPathOption.asCharPointer(), jvPathOption.asCharPointer(),
-                      dsPathOption.asCharPointer(), idePathOption.asCharPointer(), "", ""});
-}
-
-// The PostScript drawer finds its prologue through TARN_HEADER_PS; by default
-// it lies beside the executable.
-void defaultHeaderPs() {
-    const char* value = std::getenv("TARN_HEADER_PS");
-    if (value && *value) return;
-    String assignment("TARN_HEADER_PS=");
-    assignment += programDirectory;
-    putEnvironment(assignment.asCharPointer());
-}
-
-// The panel's texts: the table "panel_<language>.lng", looked for also beside
-// the executable, becomes the current language. When no file gives an entry
-// the panel's English texts stand for themselves.
-void loadPanelLanguage() {
-    static const char* const englishTexts[] = {
-        "Tarn Command Panel",
-        "Tarn Panel",
-        "Work Directory > ",
-        "Command",
-        "Tarn Command Panel\n\nSpecial edition of the editors of the Tarn Environment\n\n"
-        "Version 6.2.09 released on November 1999",
-        "Textual... | Ctrl+T",
-        "Robust Control Design | Ctrl+R",
-        "Interpreter | Ctrl+U",
-        "Block Diagram Editor... | Ctrl+B",
-        "&Make | Alt+M",
-        "&Terminal | Alt+T",
-        "&Run Program| Alt+P",
-        "&Show standard output | Alt+S",
-        "&Batch processing | Alt+B",
-        "Change &Dir...  | Alt+D",
-        "&Copy file...   | Alt+C",
-        "&Move file...   | Alt+V",
-        "&Remove file... | Alt+R",
-        "&Quit | Alt+Q",
-        "Lumen on Tarn Library",
-        "Start Tarn Animator",
-        "Error on exec command\n\n",
-        "TARN_PATH environment variable not found",
-        "File to run",
-        "Run file",
-        "Run",
-        "Browse",
-        "Panel cout / cerr",
-        "Batch Window",
-        "Build Documents",
-        "Build document file ",
-        " not exists or cannot be read",
-        "File to edit",
-        "File to move",
-        "Move file",
-        "\n\n  The file cannot be moved.",
-        "New name to move",
-        "\n\n  The file cannot be overwritten.",
-        "Confirm to move the file \n",
-        "\n       to\n",
-        "File to copy",
-        "Copy file",
-        "\n\n  The file cannot be copied.",
-        "New name to copy",
-        "Confirm to copy the file \n",
-        "File to remove",
-        "\n\n  The file cannot be deleted.",
-        "\n\n  Confirm to delete the file ?",
-        "Change Dir...",
-        "Directory does not exist\n\n",
-        "Some editor is open\nIf you continue it will be destroyed.\n\n Continue ?",
-        0};
-    Language::setProgramDirectory(programDirectory.asCharPointer());
-    Language* language = new Language(currentLanguageName(1).asCharPointer());
-    if (language->load("panel_") == 0) language->loadDefaults(englishTexts);
-    Language::setCurrent(language);
-}
 
 int usageError() {
     std::cerr << "Syntax error: usage " << Argv[0] << " <filename>" << std::endl;
@@ -210,11 +93,10 @@ int runDocument(const String& kind) {
     return 1;
 }
 
-// -run, -design, -model, -sweep and -document work without windows; the other modes plot the language's
-// values in the plot window and debug its modules in the debugger.
+// -design, -model, -sweep and -document show no window; the other modes plot the language's values in
+// the plot window and debug its modules in the debugger. -run never reaches here (runFromCommandLine).
 int dispatchMode() {
     String program;
-    if (findOption("-run", program)) return runProgram(program);
     if (findOption("-design", program)) return runDesign(program);
     if (findOption("-model", program)) return runModel(program);
     if (findOption("-sweep", program)) return runSweep(program);
@@ -231,80 +113,9 @@ int dispatchMode() {
     return runCommandPanel();
 }
 
-struct OptionLine {
-    const char* option;
-    const char* text;
-};
-
-const OptionLine optionLines[] = {
-    {"-run file.cxx", "run an interpreted program: cout on standard output, errors on standard error"},
-    {"-design file.dyn", "run the robust design on a model file; the options below set its parameters"},
-    {"  -phase name", "\"Step 1\", \"Step 2\", \"Final Results\" or all (default: all three in turn)"},
-    {"  -first name", "the design made first: Control (default) or Observer"},
-    {"  -gramian H2|Hinf", "the norm minimised (default H2); -gamma x the H-infinity bound (1)"},
-    {"  -gamma2 x", "the bound of the second step (default: -gamma)"},
-    {"  -algorithm name", "refining (default) or approaching; -iter n iterations (20), -alfa x (0.5)"},
-    {"  -minimum name", "the LMI route: \"min H2\", \"bound Hinf\", \"min Hinf\" (default none)"},
-    {"  -route name", "gramian (default: the two-step iteration), lmi (its LMI minimum) or riccati"},
-    {"  -compare", "after the final results, the optimal gamma of the routes side by side"},
-    {"  -toll x, -minFreq x", "tolerance of the structure tests (1e-6), lowest frequency (1e-4)"},
-    {"  -initialFeedback name", "\"pole placement\" (default) or zero; -noiseL x noise on the controls (0)"},
-    {"  -continue", "continue the design in RobustControl.rc instead of starting anew"},
-    {"  -matlab dir", "where the Matlab script TarnOut.m goes (default: the working directory)"},
-    {"-model file.bdg", "check a block diagram and build its model on the console; the options below"},
-    {"  -dyn file.dyn", "save the model (an extended system when the title splits its channels)"},
-    {"  -matlab dir", "write the Matlab script <title>.m into dir"},
-    {"  -discretize T", "discretise the model at the period T (s)"},
-    {"  -poles", "print the model's poles"},
-    {"-sweep plant.dyn control.dyn params.txt", "the closed loop over the plant's uncertain parameters,"},
-    {"", "its worst case; params.txt declares the parameters and the entries that hang on them"},
-    {"  -grid n, -samples n", "grid points per parameter (5), seeded random samples (100)"},
-    {"-document kind file.edt", "write the document of a drawing beside it: html, latex, rtf or ascii"},
-    {"-debug file.cxx", "open the source-level debugger on an interpreted program"},
-    {"-blockDiagram [file.bdg]", "edit a block diagram"},
-    {"-stateGraph [file.stg]", "edit a state transition graph"},
-    {"-interpreter", "open the resident interpreter window"},
-    {"-debugModule", "open a debugger on the run of each Module<\"file\"> value, stopped at its first line"},
-    {"-debugModuleGo", "the same, running at once up to a breakpoint"},
-    {"-robustControlDesign", "open the robust control design panel"},
-    {"-text [file]", "edit a text file"},
-    {"-drawing [file.edt]", "edit a drawing of nodes and links, the base kind of drawing"},
-    {"-closeAfter ms", "ask every window to close after ms milliseconds (scripts, tests)"},
-    {"-env NAME=VALUE", "put NAME=VALUE into the environment, %NAME% expanded; repeatable"},
-    {"-JV_PATH dir", "root of the second tool chain"},
-    {"-CC_PATH dir", "root of the compiler"},
-    {"-DS_PATH dir", "root of the shared designer tools"},
-    {"-IDE_PATH dir", "root of the shared IDE"},
-    {"-printClasses", "list the linked classes, their initors and terminators"},
-    {"-deleteGlobals", "free the global tables at exit"},
-    {"-memoryLimit MiB", "refuse any single object above this size (default: a quarter of the memory)"},
-    {"-traceOn", "trace every traced function"},
-    {"-traceOff", "no trace output (wins over -traceOn)"},
-    {"-traceFile file", "write the trace into an existing file"},
-    {"-traceLevel n", "trace the functions of level n and above"},
-    {"-dumpTrace", "record the name of every traced function met"},
-    {"-help", "print this list and exit"},
-};
-
 }  // namespace
 
-void printUsage(std::ostream& os) {
-    os << "Usage: tarn [options] [file]\n"
-       << "Without a mode the command panel opens. Options may stand anywhere.\n";
-    for (const OptionLine& line : optionLines) {
-        // A long option stands on a line of its own, its text below it.
-        std::string option = line.option;
-        if (option.size() >= 24) os << "  " << option << "\n", option.clear();
-        option.resize(24, ' ');
-        os << "  " << option << line.text << "\n";
-    }
-    os.flush();
-}
-
 int tarnMain() {
-    computeProgramDirectory();
-    environmentFirstPass();
-    defaultHeaderPs();
-    loadPanelLanguage();
+    startEnvironment();
     return dispatchMode();
 }

@@ -339,7 +339,7 @@ void deepDelete(Object* ob) {
     {
         ObjectRegion region(storeReadLockLevel);
         bool outermost = deletionSet == 0;
-        if (outermost) deletionSet = new IdentSet(1024);
+        if (outermost) deletionSet = new IdentSet(16);  // grows with what it meets
         // An object already met is not entered again, so that cycles end.
         if (deletionSet->findSame(*ob) == nil) {
             deletionSet->add(*ob);

@@ -10,7 +10,7 @@
 #include <sstream>
 #include <string>
 
-#include "panel/tarnmain.h"
+#include "panel/start.h"
 #include "quill/quillstr.h"
 #include "quill/startup.h"
 
