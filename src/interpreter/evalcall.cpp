@@ -10,13 +10,10 @@
 
 // The arguments are evaluated in the caller's frame, first to last, before the
 // callee's frame is pushed. A scalar returned stays out of the heap.
-void Executer::callFunction(FuncCall* call, EvalValue& result) {
-    if (stopped) return;
+Variable* Executer::invoke(FuncCall* call) {
+    if (stopped) return 0;
     FuncDeclare* function = call->getFunction();
-    if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) {
-        result = EvalValue::owned(callBuiltin(call));
-        return;
-    }
+    if (function->getLine() == 0 && builtins.indexOfSame(*function) >= 0) return callBuiltin(call);
     notify(call);
     if (stackNearlyFull())
         runtimeError(formatText("Recursion too deep: %s called at depth %u, the stack is exhausted",
@@ -35,14 +32,30 @@ void Executer::callFunction(FuncCall* call, EvalValue& result) {
     }
     if (!bound) {
         releaseFrame(frame, 0);
-        return;
+        return 0;
     }
     Variable* returned = runStatements(function, frame);
     releaseFrame(frame, function, inPlace);
+    return returned;
+}
+
+void Executer::callFunction(FuncCall* call, EvalValue& result) {
+    Variable* returned = invoke(call);
     if (returned == RETURNED_SCALAR)
         result = EvalValue::of(ScalarValue{returnedLevel, returnedValue}, returnedName);
-    else
+    else if (returned)
         result = EvalValue::owned(returned);
+}
+
+double Executer::scalarCall(FuncCall* call, int level) {
+    Variable* returned = invoke(call);
+    if (returned == RETURNED_SCALAR)
+        return returnedLevel == level ? returnedValue : ScalarVar::fitTo(level, returnedValue);
+    EvalValue value = EvalValue::owned(returned);
+    EvalValueGuard guard(value);
+    ScalarValue scalar{level, 0.0};
+    if (returned) value.convertedTo(level, scalar);
+    return scalar.value;
 }
 
 Variable* Executer::callBuiltin(FuncCall* call) {

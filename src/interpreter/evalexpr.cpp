@@ -171,7 +171,7 @@ bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
     if (stopped) return true;
     Variable* const* found = placesOf(plan);
     if (!found) return false;
-    plan.run(found, result);
+    plan.run(*this, found, result);
     return true;
 }
 
@@ -187,7 +187,7 @@ bool Executer::planConverted(Expression* expression, int level, ScalarValue& con
     const ScalarPlan* plan = readyPlan(expression, found);
     if (!plan || !EvalValue::takes(level, plan->resultRank())) return false;
     int rank = plan->resultRank();
-    double x = plan->number(found);
+    double x = plan->number(*this, found);
     converted = ScalarValue{level, rank == level ? x : ScalarVar::fitTo(level, x)};
     return true;
 }
@@ -432,7 +432,7 @@ void Executer::finishOperation(EvalState& state, Variable* result) {
 int Executer::evalBool(Expression* expression, int emptyAllowed) {
     Variable* const* found;
     const ScalarPlan* plan = readyPlan(expression, found);
-    if (plan && plan->resultRank() == ScalarVar::CHAR_LEVEL) return plan->number(found) != 0.0;
+    if (plan && plan->resultRank() == ScalarVar::CHAR_LEVEL) return plan->number(*this, found) != 0.0;
     EvalValue value;
     EvalValueGuard guard(value);
     evalValue(expression, value);

@@ -78,6 +78,9 @@ public:
     FuncDeclare* frameFunction(int frame) const;
     const OrderedCltn& frameScopes(int frame) const;
     bool isStopped() const { return stopped != 0; }
+    // The value of a call of a function of the program that answers a scalar, in the form of the class
+    // of that rank, for a plan; any number when the call stopped the executer or made no value.
+    double scalarCall(FuncCall* call, int level);
 
     // --- Built-in functions ---
     // A built-in receives its arguments bound to its parameters (values
@@ -161,6 +164,9 @@ private:
     // What the declaration's place holds: a reference parameter's reference as it stands.
     Variable* slotOf(VarDeclare* declaration);
     void callFunction(FuncCall* call, EvalValue& result);
+    // The call's value, owned, or RETURNED_SCALAR; null when the executer stopped or an argument made
+    // no value.
+    Variable* invoke(FuncCall* call);
     Variable* callBuiltin(FuncCall* call);
     static BuiltinFunction findBuiltin(const String& name);
     // Evaluates the call's arguments from the one numbered from in the present frame into values: a

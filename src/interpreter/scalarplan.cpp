@@ -30,6 +30,7 @@ private:
     bool addReceiver(const EvalStep& step);
     bool addMethod(const EvalStep& step);
     bool addCall(const EvalStep& step);
+    bool addFunction(const EvalStep& step);
     bool addUnary(const EvalStep& step);
     bool addBinary(const EvalStep& step);
     bool addAssign(const EvalStep& step);
@@ -76,6 +77,7 @@ int ScalarPlan::indexOf(const Used& used) {
 
 std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test, const ScalarPlan& body,
                                                     const ScalarPlan& increment) {
+    if (test.calls || body.calls || increment.calls) return 0;
     std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
     Operation mark{Operation::STOP, false, 0, 0, 0, 0.0, 0};
     plan->operations.push_back(mark);
@@ -134,6 +136,8 @@ bool ScalarPlan::Compiler::add(const EvalStep& step) {
     } else if (step.kind == EvalStep::NUMBER) {
         operation.kind = Operation::NUMBER;
         push(operation, Entry{step.level, false, stores, &static_cast<Variable*>(step.node)->getName()});
+    } else if (step.kind == EvalStep::CALL) {
+        return addFunction(step);
     } else if (step.kind == EvalStep::UNARY && !entries.empty()) {
         return addUnary(step);
     } else if (step.kind == EvalStep::BINARY && entries.size() >= 2) {
@@ -202,6 +206,21 @@ bool ScalarPlan::Compiler::addCall(const EvalStep& step) {
     receiver = -1;
     method = 0;
     indexed = false;
+    return entries.size() <= MAX_DEPTH;
+}
+
+// A function of the program (a built-in has no line) that answers a scalar. What it stores, the variables
+// read before the call are read again before an operator takes them.
+bool ScalarPlan::Compiler::addFunction(const EvalStep& step) {
+    FuncCall* call = static_cast<FuncCall*>(step.node);
+    FuncDeclare* function = call->getFunction();
+    int level = function->returnLevel();
+    if (function->getLine() == 0 || level == 0) return false;
+    Operation operation{Operation::CALL, false, level, 0, 0, 0.0, 0};
+    operation.call = call;
+    ++stores;
+    push(operation, Entry{level, false, stores, 0});
+    plan.calls = true;
     return entries.size() <= MAX_DEPTH;
 }
 
@@ -286,8 +305,14 @@ bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
     return true;
 }
 
+// A call alone is left to the evaluator, which names its value; a matrix's element may move during a call.
 bool ScalarPlan::Compiler::finish() {
     if (entries.empty() || receiver >= 0) return false;
+    if (plan.calls) {
+        if (plan.operations.size() == 1) return false;
+        for (const Operation& operation : plan.operations)
+            if (operation.kind == Operation::ELEMENT || operation.kind == Operation::METHOD) return false;
+    }
     plan.resultElement = entries.back().element;
     const std::vector<Operation>& operations = plan.operations;
     if (operations.size() <= 2 && operations[0].kind == Operation::LOAD)

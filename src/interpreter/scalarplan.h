@@ -13,6 +13,8 @@
 
 class Class;
 class EvalValue;
+class Executer;
+class FuncCall;
 class FuncDeclare;
 class Expression;
 class String;
@@ -22,13 +24,15 @@ class Variable;
 // The plan of an expression whose elements are all variables of the scalar
 // classes, scalar literals, elements A(i, j) of named matrices with indices of
 // such expressions, methods without arguments of numeric variables that answer
-// numbers, and operators that those classes answer directly
+// numbers, calls of the program's functions that answer a scalar, and operators that those classes answer
+// directly
 // for the ranks of the declarations: the rank of each result and the function
 // that computes it are settled when the plan is made. Running it reads and
 // stores the variables in place, in the order of the postfix elements, and
 // makes no value. A variable's value is read when it is named, and read again
 // before an operator takes it if something was stored in between, so that an
-// operator sees what the values would.
+// operator sees what the values would; a call counts as a store, since the function may store into the
+// variables.
 class ScalarPlan {
 public:
     enum { MAX_VARIABLES = 16, MAX_DEPTH = 32 };
@@ -60,14 +64,16 @@ public:
         return places;
     }
     void keptUnder(std::uint64_t mark) const { placesMark = mark; }
-    // Runs on the variables found for variable(i): the result is the last
-    // variable assigned or named, or a number.
-    void run(Variable* const* found, EvalValue& result) const;
-    // The same when only the number of the result counts, in the form of the class of rank resultRank().
-    double number(Variable* const* found) const;
+    // Runs on the variables found for variable(i), the executer making the calls: the result is the last
+    // variable assigned or named, or a number; nothing when a call stopped the executer, which ends the run.
+    void run(Executer& executer, Variable* const* found, EvalValue& result) const;
+    // The same when only the number of the result counts, in the form of the class of rank resultRank();
+    // any number when a call stopped the executer.
+    double number(Executer& executer, Variable* const* found) const;
 
     // The plan of a loop of three plans: while stopped is not set and the test, of a char result, holds,
-    // the body and then the increment. Null when together they use too many variables.
+    // the body and then the increment. Null when together they use too many variables, or when one calls a
+    // function.
     static std::unique_ptr<ScalarPlan> compileLoop(const ScalarPlan& test, const ScalarPlan& body,
                                                    const ScalarPlan& increment);
     // part tells, when an operation fails, what was running: 0 the test, 1 the body, 2 the increment.
@@ -90,6 +96,7 @@ private:
             COMPOUND,
             ELEMENT,  // the indices on top replaced by the element of the matrix variable
             METHOD,   // the number that a method of the variable answers
+            CALL,     // the number that a function of the program answers
             RELOAD_ELEMENT,
             ASSIGN_ELEMENT,
             COMPOUND_ELEMENT,
@@ -109,6 +116,7 @@ private:
         double value;             // NUMBER, BINARY_NUMBER
         scalarops::Apply apply;   // STEP, STEP_VARIABLE, the BINARY and COMPOUND kinds
         FuncDeclare* method = 0;  // METHOD
+        FuncCall* call = 0;       // CALL
     };
     struct Used {
         VarDeclare* declaration;
@@ -118,7 +126,9 @@ private:
     // Appends the operations of part but its END, its variables numbered among this plan's.
     bool append(const ScalarPlan& part);
     int indexOf(const Used& used);
-    void execute(Variable* const* found, const std::int32_t* stopped, int* part, EvalValue* result) const;
+    // The result's number, which also goes into result when there is one; 0 when the run ended early.
+    double execute(Executer* executer, Variable* const* found, const std::int32_t* stopped, int* part,
+                   EvalValue* result) const;
     double withLiteral(Variable* const* found) const;
 
     std::vector<Operation> operations;
@@ -132,6 +142,8 @@ private:
     Shape shape = ANY;
     bool locals = true;
     bool outermost = false;
+    // A call may run this plan again, in a recursion, and fill its places anew: the run keeps its own.
+    bool calls = false;
     mutable std::uint64_t placesMark = 0;
     mutable Variable* places[MAX_VARIABLES];
 };

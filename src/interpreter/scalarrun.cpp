@@ -1,5 +1,8 @@
 // ScalarPlan: the run on plain numbers, in place in the variables and the elements.
+#include <algorithm>
+
 #include "interpreter/evalval.h"
+#include "interpreter/executer.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/mtrxvar.h"
 #include "interpreter/scalar.h"
@@ -31,24 +34,20 @@ void store(Entry& target, int level, double x) {
 
 }  // namespace
 
-void ScalarPlan::run(Variable* const* found, EvalValue& result) const {
+void ScalarPlan::run(Executer& executer, Variable* const* found, EvalValue& result) const {
     if (shape == NAMED) {
         result = EvalValue::ofScalar(found[0], resultLevel);
     } else if (shape == WITH_LITERAL) {
         result = EvalValue::of(ScalarValue{resultLevel, withLiteral(found)});
     } else {
-        execute(found, 0, 0, &result);
+        execute(&executer, found, 0, 0, &result);
     }
 }
 
-double ScalarPlan::number(Variable* const* found) const {
+double ScalarPlan::number(Executer& executer, Variable* const* found) const {
     if (shape == NAMED) return EvalValue::valueOf(found[0], resultLevel);
     if (shape == WITH_LITERAL) return withLiteral(found);
-    EvalValue result;
-    execute(found, 0, 0, &result);
-    ScalarValue value{resultLevel, 0.0};
-    result.scalar(value);
-    return value.value;
+    return execute(&executer, found, 0, 0, 0);
 }
 
 double ScalarPlan::withLiteral(Variable* const* found) const {
@@ -58,11 +57,13 @@ double ScalarPlan::withLiteral(Variable* const* found) const {
 }
 
 void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const {
-    execute(found, &stopped, &part, 0);
+    execute(0, found, &stopped, &part, 0);
 }
 
-void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, int* part,
-                         EvalValue* result) const {
+double ScalarPlan::execute(Executer* executer, Variable* const* found, const std::int32_t* stopped, int* part,
+                           EvalValue* result) const {
+    Variable* own[MAX_VARIABLES];
+    if (calls) found = std::copy(found, found + variables.size(), own) - variables.size();
     Entry stack[MAX_DEPTH];
     int top = -1;
     const Operation* next = operations.data();
@@ -146,6 +147,10 @@ void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, in
                 stack[++top] = Entry{value.value, 0};
                 break;
             }
+            case Operation::CALL:
+                stack[++top] = Entry{executer->scalarCall(operation.call, operation.level), 0};
+                if (executer->isStopped()) return 0.0;
+                break;
             case Operation::RELOAD_ELEMENT: {
                 Entry& entry = stack[top - operation.index];
                 entry.value = *entry.place;
@@ -165,19 +170,19 @@ void ScalarPlan::execute(Variable* const* found, const std::int32_t* stopped, in
             }
             case Operation::END: {
                 const Entry& last = stack[top];
-                if (resultElement)
+                if (result && resultElement)
                     *result = EvalValue::at(last.place);
-                else if (last.variable)
+                else if (result && last.variable)
                     *result = EvalValue::ofScalar(last.variable, resultLevel);
-                else
+                else if (result)
                     *result = EvalValue::of(ScalarValue{resultLevel, last.value}, resultName);
-                return;
+                return last.value;
             }
             case Operation::STOP:
-                if (*stopped) return;
+                if (*stopped) return 0.0;
                 break;
             case Operation::TEST:
-                if (stack[top].value == 0.0) return;
+                if (stack[top].value == 0.0) return 0.0;
                 top = -1;
                 *part = 1;
                 break;

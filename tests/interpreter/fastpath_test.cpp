@@ -2,8 +2,8 @@
 // int, char and float, variables read when an operator takes them, returned
 // scalars named after their type, shadowed names, reference parameters, arguments bound to the values of
 // finished calls, a loop's scope emptied between passes, places of variables kept across passes and calls,
-// parameters bound again in place, numbers answered by methods, failures, and a listener that appears while
-// a loop runs.
+// parameters bound again in place, numbers answered by methods, calls inside expressions, failures, and a
+// listener that appears while a loop runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -286,6 +286,25 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "68 0"},
+    // Calls inside plans: a global read after a call that stores into it, a caller's local read after a
+    // recursion that ran the same plan, nested calls, and an exit in a call, which ends the expression.
+    {"int g = 1;\n"
+     "int bump() { g = 10; return 1; }\n"
+     "int fact(int n) { if (n < 2) return 1; return fact(n - 1) * n; }\n"
+     "int twice(int n) { return n + n; }\n"
+     "int quit(int n) { if (n > 2) exit; return n; }\n"
+     "int main() {\n"
+     "    int a = g + bump();\n"
+     "    g = 1;\n"
+     "    int b = bump() + g;\n"
+     "    int k = 3;\n"
+     "    float x = twice(k) * 0.5 + twice(twice(k)) - k;\n"
+     "    cout << a << \" \" << b << \" \" << fact(5) << \" \" << x;\n"
+     "    k = quit(1) + quit(3) + 100;\n"
+     "    cout << k;\n"
+     "    return 0;\n"
+     "}\n",
+     "11 11 120 12"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
