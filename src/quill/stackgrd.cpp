@@ -40,11 +40,24 @@ uintptr_t findStackBottom() {
     return bottom;
 }
 
+uintptr_t threadStackBottom() {
+    static thread_local uintptr_t bottom = findStackBottom();
+    return bottom;
+}
+
 }  // namespace
 
+thread_local std::uintptr_t stackFloor = 0;
+
 size_t stackRemaining() {
-    static thread_local uintptr_t bottom = findStackBottom();
+    uintptr_t bottom = threadStackBottom();
     uintptr_t here = uintptr_t(__builtin_frame_address(0));
     if (!bottom) return SIZE_MAX;
     return here > bottom ? size_t(here - bottom) : 0;
+}
+
+std::uintptr_t stackFloorFound() {
+    uintptr_t bottom = threadStackBottom();
+    stackFloor = bottom ? bottom + STACK_RESERVE : 1;
+    return stackFloor;
 }
