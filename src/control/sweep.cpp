@@ -27,6 +27,10 @@ private:
     SweepReport& report;
 };
 
+std::string counted(unsigned n, const char* word) {
+    return std::to_string(n) + " " + word + (n == 1 ? "" : "s");
+}
+
 double gridPoint(const VariableS& v, unsigned i, unsigned points) {
     if (points == 1) return v.nominalValue();
     return v.lowBound() + (double(v.highBound()) - v.lowBound()) * i / (points - 1);
@@ -41,6 +45,18 @@ bool sweepModel(const UncertainModel& model, const DynOp& compensator, const Swe
     if (total > maxGridSamples) {
         error = "a grid of " + std::to_string(options.grid) + " points on " + std::to_string(p.size()) +
                 " parameters is above " + std::to_string(maxGridSamples) + " samples: take fewer points";
+        return false;
+    }
+    std::vector<double> nominal;
+    for (const VariableS& v : p) nominal.push_back(v.nominalValue());
+    std::unique_ptr<DynOp> plant = model.at(nominal);
+    unsigned inputs = compensator.inputNumber() - compensator.controlNumber(),
+             outputs = compensator.outputNumber() - compensator.measureNumber();
+    if (inputs != plant->measureNumber() || outputs != plant->controlNumber()) {
+        error = "the compensator takes " + counted(inputs, "measure") + " and gives " +
+                counted(outputs, "control") + "; the plant gives " +
+                counted(plant->measureNumber(), "measure") + " and takes " +
+                counted(plant->controlNumber(), "control");
         return false;
     }
     report = SweepReport();

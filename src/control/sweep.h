@@ -30,7 +30,8 @@ struct SweepReport {
 // The most grid samples a sweep takes.
 const unsigned maxGridSamples = 100000;
 
-// False, with the message, when the grid would be larger than maxGridSamples.
+// False, with the message, when the grid would be larger than maxGridSamples or when the compensator's
+// loop channels do not fit the plant's measures and controls.
 bool sweepModel(const UncertainModel& model, const DynOp& compensator, const SweepOptions& options,
                 SweepReport& report, std::string& error);
 

@@ -77,6 +77,11 @@ TEST_F(SweepTest, FaultsOfTheParameterFileNameTheirLine) {
     SweepReport r;
     EXPECT_FALSE(sweepModel(model, DynOp(mat(1, 1, {0.1})), SweepOptions{400, 0}, r, error));
     EXPECT_EQ(error, "a grid of 400 points on 2 parameters is above 100000 samples: take fewer points");
+    // A compensator whose channels do not fit the plant's loop is refused before any sample.
+    EXPECT_FALSE(sweepModel(model, DynOp(mat(2, 1, {0.1, 0.2})), SweepOptions{2, 0}, r, error));
+    EXPECT_EQ(error,
+              "the compensator takes 1 measure and gives 2 controls; the plant gives 1 measure and takes 1 "
+              "control");
 }
 
 }  // namespace
