@@ -1,9 +1,14 @@
-// Executer: calls of the program's functions and of the built-ins, and the binding of their arguments.
+// Executer: calls of the program's functions and of the built-ins, their frames, and the binding of their
+// arguments.
+#include <memory>
+
 #include "interpreter/cleanup.h"
 #include "interpreter/codeelem.h"
 #include "interpreter/evalval.h"
 #include "interpreter/executer.h"
 #include "interpreter/funcdecl.h"
+#include "interpreter/scalar.h"
+#include "interpreter/scalarpool.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/varref.h"
 #include "quill/stackgrd.h"
@@ -56,6 +61,82 @@ double Executer::scalarCall(FuncCall* call, int level) {
     ScalarValue scalar{level, 0.0};
     if (returned) value.convertedTo(level, scalar);
     return scalar.value;
+}
+
+// The frames live beside the calls, in one unit, so that the compiler can fold them into invoke.
+
+// A recursion releases its frames in the order it takes them: the last one kept is its own.
+inline OrderedCltn* Executer::newFrame(FuncDeclare* function) {
+    if (spareFrames.empty()) {
+        OrderedCltn* frame = newList();
+        frame->add(*newList());
+        return frame;
+    }
+    SpareFrame spare = spareFrames.back();
+    spareFrames.pop_back();
+    if (spare.function != function) emptyScope(static_cast<OrderedCltn*>(spare.frame->atInline(0)));
+    return spare.frame;
+}
+
+inline void Executer::releaseFrame(OrderedCltn* frame, FuncDeclare* function, bool rebound) {
+    while (frame->size() > 1) destroyScope(static_cast<OrderedCltn*>(frame->removeLast()));
+    OrderedCltn* scope = static_cast<OrderedCltn*>(frame->atInline(0));
+    if (function && !keepParameters(function, *scope, rebound)) function = 0;
+    if (!function) emptyScope(scope);
+    if (spareFrames.size() < SPARE_LISTS)
+        spareFrames.push_back(SpareFrame{frame, function});
+    else
+        destroyFrame(frame);
+}
+
+// The variables of the function's outermost block follow its parameters in the scope; they go, the last
+// first, before the parameters are looked at.
+inline bool Executer::keepParameters(FuncDeclare* function, OrderedCltn& scope, bool rebound) {
+    int count = function->argumentCount();
+    if (count > MAX_KEPT_PARAMETERS || int(scope.size()) < count) return false;
+    while (int(scope.size()) > count) dropValue(static_cast<Variable*>(scope.removeLast()));
+    for (int i = 0; i < count; ++i) {
+        Variable* value = static_cast<Variable*>(scope.atInline(i));
+        if (rebound) {
+            if (value->references() != 0) return false;
+            continue;
+        }
+        VarDeclare* parameter = function->getArgument(i);
+        int level = parameter->scalarLevel();
+        if (parameter->isRef() || level == 0 || ScalarPool::plainLevel(value) != level) return false;
+    }
+    return true;
+}
+
+inline Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* frame) {
+    frames.push_back(frame);
+    lastFrame = frame;
+    callees.push_back(function);
+    movePlaces();
+    Variable* result = 0;
+    const OrderedCltn& code = function->getCode();
+    Variable* returnType = function->getType();
+    for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
+        result = execStatement(static_cast<Statement*>(code.atInline(int(i))), returnType);
+    frames.pop_back();
+    lastFrame = frames.empty() ? 0 : frames.back();
+    callees.pop_back();
+    movePlaces();
+    if (!stopped) return result;
+    if (result != RETURNED_SCALAR) ValueGuard::destroy(result);
+    return 0;
+}
+
+Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
+    OrderedCltn* frame = newList();
+    frame->add(*scope);
+    Variable* result = runStatements(function, frame);
+    if (keepScope) frame->removeFirst();
+    destroyFrame(frame);
+    if (result != RETURNED_SCALAR) return result;
+    std::unique_ptr<Variable> value(ScalarVar::makeOfLevel(returnedLevel, returnedValue));
+    value->setName(*returnedName);
+    return value.release();
 }
 
 Variable* Executer::callBuiltin(FuncCall* call) {

@@ -164,6 +164,30 @@ void Executer::evalSteps(const std::vector<EvalStep>& steps, const ScalarPlan* p
     state.top() = EvalValue();
 }
 
+// The places of a plan of the outermost block are read from the frame at each run: a call moves the mark,
+// not those places. The tests, arguments and returns of most functions take this path, inline.
+inline Variable* const* Executer::outermostPlaces(const ScalarPlan& plan) {
+    Variable** variables = plan.placesToFill();
+    const OrderedCltn& scope = *static_cast<OrderedCltn*>(currentFrame().atInline(0));
+    size_t count = plan.variableCount();
+    for (size_t i = 0; i < count; ++i)
+        variables[i] = static_cast<Variable*>(scope.atInline(plan.variable(i)->getIndex()));
+    return variables;
+}
+
+Variable* const* Executer::placesOf(const ScalarPlan& plan) {
+    if (plan.ofOutermost()) return outermostPlaces(plan);
+    Variable* const* found = plan.placesFor(placeMark);
+    return found ? found : findPlaces(plan);
+}
+
+inline const ScalarPlan* Executer::readyPlan(Expression* expression, Variable* const*& found) {
+    const ScalarPlan* plan = expression->scalarPlan();
+    if (!plan || stopped) return 0;
+    found = plan->ofOutermost() ? outermostPlaces(*plan) : placesOf(*plan);
+    return found ? plan : 0;
+}
+
 // The plan runs when each of its variables is of its declared class, as it
 // always is but for an odd program; then nothing has been done yet. The
 // variables found stay with the plan until the mark of places moves.
@@ -175,13 +199,6 @@ bool Executer::runPlan(const ScalarPlan& plan, EvalValue& result) {
     return true;
 }
 
-const ScalarPlan* Executer::readyPlan(Expression* expression, Variable* const*& found) {
-    const ScalarPlan* plan = expression->scalarPlan();
-    if (!plan || stopped) return 0;
-    found = placesOf(*plan);
-    return found ? plan : 0;
-}
-
 bool Executer::planConverted(Expression* expression, int level, ScalarValue& converted) {
     Variable* const* found;
     const ScalarPlan* plan = readyPlan(expression, found);
@@ -190,21 +207,6 @@ bool Executer::planConverted(Expression* expression, int level, ScalarValue& con
     double x = plan->number(*this, found);
     converted = ScalarValue{level, rank == level ? x : ScalarVar::fitTo(level, x)};
     return true;
-}
-
-// The places of a plan of the outermost block are read from the frame at each run: a call moves the mark,
-// not those places.
-Variable* const* Executer::placesOf(const ScalarPlan& plan) {
-    if (plan.ofOutermost()) {
-        Variable** variables = plan.placesToFill();
-        const OrderedCltn& scope = *static_cast<OrderedCltn*>(currentFrame().atInline(0));
-        size_t count = plan.variableCount();
-        for (size_t i = 0; i < count; ++i)
-            variables[i] = static_cast<Variable*>(scope.atInline(plan.variable(i)->getIndex()));
-        return variables;
-    }
-    Variable* const* found = plan.placesFor(placeMark);
-    return found ? found : findPlaces(plan);
 }
 
 // The variables of a plan of locals are those of their declarations, unchecked: a call gives its plans

@@ -80,7 +80,7 @@ void Executer::locate(TarnException* e, Statement* statement) {
 
 // Returns 0 to go on, or what unwinds: a returned value or a marker.
 // The classes are tried in the order of how often a program runs them.
-Variable* Executer::dispatchStatement(Statement* statement, Variable* returnType) {
+inline Variable* Executer::dispatchStatement(Statement* statement, Variable* returnType) {
     Class* kind = statement->isA();
     if (kind == &class_ExprElement) {
         notify(statement);
@@ -215,7 +215,7 @@ const ScalarPlan* Executer::statementPlan(Statement* statement) {
 }
 
 // The test is evaluated outside the scope that the chosen branch gets.
-Variable* Executer::execIf(IfStatement* test, Variable* returnType) {
+inline Variable* Executer::execIf(IfStatement* test, Variable* returnType) {
     notify(test);
     int truth = evalBool(test->getTest(), 0);
     if (stopped) return 0;
@@ -239,7 +239,7 @@ bool Executer::needsScope(Statement* statement) {
 // A scalar is always copied: it may alias an element of a matrix of the frame;
 // it is left in the executer, converted, behind the marker RETURNED_SCALAR. The return type is that of
 // the function of the innermost frame.
-Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType) {
+inline Variable* Executer::execReturn(ReturnStatement* statement, Variable* returnType) {
     notify(statement);
     Variable* voidType = Variable::voidType();
     Expression* expression = statement->getValue(0);

@@ -16,11 +16,7 @@ DEFINE_CLASS(Executer, Algebra, 1, 0)
 
 Symbol TRACE_EXEC("TRACE_EXEC");
 
-namespace {
-
-std::uint64_t lastPlaceMark = 0;
-
-}  // namespace
+std::uint64_t Executer::lastPlaceMark = 0;
 
 Executer::Executer()
     : stopped(0),
@@ -197,8 +193,6 @@ void Executer::startRun() {
 
 // --- Frames and globals ---
 
-void Executer::movePlaces() { placeMark = ++lastPlaceMark; }
-
 namespace {
 
 // Only the used part of a list goes back to nil, which is all a short list needs: the rest already holds nil.
@@ -246,49 +240,6 @@ void Executer::destroyScope(OrderedCltn* scope) {
 void Executer::destroyFrame(OrderedCltn* frame) {
     for (int i = int(frame->size()) - 1; i >= 0; --i) destroyScope(static_cast<OrderedCltn*>(frame->at(i)));
     releaseList(frame);
-}
-
-// A recursion releases its frames in the order it takes them: the last one kept is its own.
-OrderedCltn* Executer::newFrame(FuncDeclare* function) {
-    if (spareFrames.empty()) {
-        OrderedCltn* frame = newList();
-        frame->add(*newList());
-        return frame;
-    }
-    SpareFrame spare = spareFrames.back();
-    spareFrames.pop_back();
-    if (spare.function != function) emptyScope(static_cast<OrderedCltn*>(spare.frame->atInline(0)));
-    return spare.frame;
-}
-
-void Executer::releaseFrame(OrderedCltn* frame, FuncDeclare* function, bool rebound) {
-    while (frame->size() > 1) destroyScope(static_cast<OrderedCltn*>(frame->removeLast()));
-    OrderedCltn* scope = static_cast<OrderedCltn*>(frame->atInline(0));
-    if (function && !keepParameters(function, *scope, rebound)) function = 0;
-    if (!function) emptyScope(scope);
-    if (spareFrames.size() < SPARE_LISTS)
-        spareFrames.push_back(SpareFrame{frame, function});
-    else
-        destroyFrame(frame);
-}
-
-// The variables of the function's outermost block follow its parameters in the scope; they go, the last
-// first, before the parameters are looked at.
-bool Executer::keepParameters(FuncDeclare* function, OrderedCltn& scope, bool rebound) {
-    int count = function->argumentCount();
-    if (count > MAX_KEPT_PARAMETERS || int(scope.size()) < count) return false;
-    while (int(scope.size()) > count) dropValue(static_cast<Variable*>(scope.removeLast()));
-    for (int i = 0; i < count; ++i) {
-        Variable* value = static_cast<Variable*>(scope.atInline(i));
-        if (rebound) {
-            if (value->references() != 0) return false;
-            continue;
-        }
-        VarDeclare* parameter = function->getArgument(i);
-        int level = parameter->scalarLevel();
-        if (parameter->isRef() || level == 0 || ScalarPool::plainLevel(value) != level) return false;
-    }
-    return true;
 }
 
 void Executer::forgetParameters() {
@@ -340,35 +291,4 @@ void Executer::makeGlobals() {
     const OrderedCltn& declarations = parser->getGlobals();
     for (unsigned i = predefined.size(); i < declarations.size() && !stopped; ++i)
         execStatement(static_cast<Statement*>(declarations.at(int(i))), Variable::voidType());
-}
-
-Variable* Executer::runFunction(FuncDeclare* function, OrderedCltn* scope, bool keepScope) {
-    OrderedCltn* frame = newList();
-    frame->add(*scope);
-    Variable* result = runStatements(function, frame);
-    if (keepScope) frame->removeFirst();
-    destroyFrame(frame);
-    if (result != RETURNED_SCALAR) return result;
-    std::unique_ptr<Variable> value(ScalarVar::makeOfLevel(returnedLevel, returnedValue));
-    value->setName(*returnedName);
-    return value.release();
-}
-
-Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* frame) {
-    frames.push_back(frame);
-    lastFrame = frame;
-    callees.push_back(function);
-    movePlaces();
-    Variable* result = 0;
-    const OrderedCltn& code = function->getCode();
-    Variable* returnType = function->getType();
-    for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
-        result = execStatement(static_cast<Statement*>(code.atInline(int(i))), returnType);
-    frames.pop_back();
-    lastFrame = frames.empty() ? 0 : frames.back();
-    callees.pop_back();
-    movePlaces();
-    if (!stopped) return result;
-    if (result != RETURNED_SCALAR) ValueGuard::destroy(result);
-    return 0;
 }

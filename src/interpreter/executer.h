@@ -145,6 +145,7 @@ private:
     bool planConverted(Expression* expression, int level, ScalarValue& converted);
     // The plan's variables, kept with it under the present mark; null when one is not of its class.
     Variable* const* placesOf(const ScalarPlan& plan);
+    Variable* const* outermostPlaces(const ScalarPlan& plan);
     Variable* const* findPlaces(const ScalarPlan& plan);
     void evalElement(EvalState& state, const EvalStep& step);
     // Finds the variable of a VARIABLE step and keeps it in the step under the present mark.
@@ -186,10 +187,10 @@ private:
     Variable* runStatements(FuncDeclare* function, OrderedCltn* frame);
     void keepResidentVariables(OrderedCltn* scope);
 
-    // --- Frames (executer.cpp) ---
+    // --- Frames (executer.cpp; those of calls in evalcall.cpp) ---
     // The places of variables that plans and steps keep go stale: a frame came
     // or went, a variable was made or destroyed, or a listener ran.
-    void movePlaces();
+    void movePlaces() { placeMark = ++lastPlaceMark; }
     OrderedCltn* newList();
     void releaseList(OrderedCltn* list);
     // A frame for a call of function: its first scope is empty, or holds the parameters of the
@@ -225,7 +226,8 @@ private:
 
     std::int32_t stopped;
     std::uint64_t placeMark;  // the places kept under this mark are good; no two executers share one
-    CodeParser* parser;       // not owned
+    static std::uint64_t lastPlaceMark;  // the last mark given
+    CodeParser* parser;                  // not owned
     std::int32_t errorFlag;
     String sourceText;                     // the source of the resident mode
     OrderedCltn globals;                   // values in the order of their index; owned
