@@ -9,6 +9,7 @@
 #include "panel/batch.h"
 #include "panel/fileops.h"
 #include "panel/rundlg.h"
+#include "panel/start.h"
 #include "panel/tools.h"
 #include "quill/cback.h"
 #include "trellis/ask.h"
@@ -17,22 +18,6 @@
 #include "trellis/shell.h"
 
 namespace {
-
-const char* const toolEntries[] = {"&Make | Alt+M",
-                                   "&Terminal | Alt+T",
-                                   "&Run Program| Alt+P",
-                                   "&Show standard output | Alt+S",
-                                   "&Batch processing | Alt+B",
-                                   0,
-                                   "Change &Dir...  | Alt+D",
-                                   "&Copy file...   | Alt+C",
-                                   "&Move file...   | Alt+V",
-                                   "&Remove file... | Alt+R",
-                                   0,
-                                   "Lumen on Tarn Library",
-                                   "Start Tarn Animator",
-                                   0,
-                                   "&Quit | Alt+Q"};
 
 // The script in the tools' folder, written afresh so that it carries the environment in force.
 std::string toolScript(const char* name) {
@@ -45,9 +30,9 @@ std::string toolScript(const char* name) {
 
 void BaseCmndPanel::addToolEntries() {
     commands->addSeparator();
-    for (const char* entry : toolEntries)
-        if (entry)
-            commands->addChoice(entry);
+    for (const char* const* entry = panelToolEntries; *entry; ++entry)
+        if (**entry)
+            commands->addChoice(*entry);
         else
             commands->addSeparator();
 }

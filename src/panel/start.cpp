@@ -21,6 +21,23 @@ String ccPathOption;
 String dsPathOption;
 String idePathOption;
 
+const char* const panelToolEntries[] = {"&Make | Alt+M",
+                                        "&Terminal | Alt+T",
+                                        "&Run Program| Alt+P",
+                                        "&Show standard output | Alt+S",
+                                        "&Batch processing | Alt+B",
+                                        "",
+                                        "Change &Dir...  | Alt+D",
+                                        "&Copy file...   | Alt+C",
+                                        "&Move file...   | Alt+V",
+                                        "&Remove file... | Alt+R",
+                                        "",
+                                        "Lumen on Tarn Library",
+                                        "Start Tarn Animator",
+                                        "",
+                                        "&Quit | Alt+Q",
+                                        0};
+
 namespace {
 
 // The absolute path of the executable that argv0 names. A bare name was
@@ -79,18 +96,6 @@ void loadPanelLanguage() {
         "Robust Control Design | Ctrl+R",
         "Interpreter | Ctrl+U",
         "Block Diagram Editor... | Ctrl+B",
-        "&Make | Alt+M",
-        "&Terminal | Alt+T",
-        "&Run Program| Alt+P",
-        "&Show standard output | Alt+S",
-        "&Batch processing | Alt+B",
-        "Change &Dir...  | Alt+D",
-        "&Copy file...   | Alt+C",
-        "&Move file...   | Alt+V",
-        "&Remove file... | Alt+R",
-        "&Quit | Alt+Q",
-        "Lumen on Tarn Library",
-        "Start Tarn Animator",
         "Error on exec command\n\n",
         "TARN_PATH environment variable not found",
         "File to run",
@@ -124,7 +129,10 @@ void loadPanelLanguage() {
         0};
     Language::setProgramDirectory(programDirectory.asCharPointer());
     Language* language = new Language(currentLanguageName(1).asCharPointer());
-    if (language->load("panel_") == 0) language->loadDefaults(englishTexts);
+    if (language->load("panel_") == 0) {
+        language->loadDefaults(englishTexts);
+        language->loadDefaults(panelToolEntries);
+    }
     Language::setCurrent(language);
 }
 

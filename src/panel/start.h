@@ -17,6 +17,10 @@ extern String ccPathOption;
 extern String dsPathOption;
 extern String idePathOption;
 
+// The entries of the command panel's tool menu, an empty one between groups, a null at the end; the
+// panel's language has them among its texts.
+extern const char* const panelToolEntries[];
+
 // The directory of the executable that the argument store's first word names.
 std::string executableDirectory();
 

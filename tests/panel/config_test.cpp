@@ -76,7 +76,9 @@ TEST_F(FoldersTest, theFileIsLookedForUnderTarnPathThenInTheUsersFolder) {
     EXPECT_EQ(tarn, configurationFolder());
     // The file must be writable too; root writes anything.
     chmod((tarn + configurationFile).c_str(), 0444);
-    if (geteuid() != 0) EXPECT_EQ(user, configurationFolder());
+    if (geteuid() != 0) {
+        EXPECT_EQ(user, configurationFolder());
+    }
 }
 
 TEST_F(FoldersTest, binDirectoryTakesTheFirstThatHoldsTheTool) {
