@@ -110,8 +110,7 @@ inline Variable* Executer::dispatchStatement(Statement* statement, Variable* ret
     runtimeError("Unexpected statement", statement);
 }
 
-void Executer::notify(Statement* statement) {
-    if (!cbackData) return;
+void Executer::announce(Statement* statement) {
     CallData data(statement, true);
     data.setNotOwn();
     cbackOn(TRACE_EXEC, &data);

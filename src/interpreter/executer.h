@@ -121,7 +121,11 @@ private:
     void execVarDeclare(VarDeclare* declaration);
     Variable* createVariable(VarDeclare* declaration);
     void assign(Variable* target, Variable* value);
-    void notify(Statement* statement);
+    // The statement is announced to the listeners of TRACE_EXEC, when there are any.
+    void notify(Statement* statement) {
+        if (cbackData) announce(statement);
+    }
+    void announce(Statement* statement);
     // A failure of a value's operation, raised as a PARSE ERROR without a place, goes on with the statement
     // that was running; any other goes on as it is. Called by the handler of e.
     [[noreturn]] void locate(class TarnException* e, Statement* statement);
