@@ -174,41 +174,38 @@ TEST_F(TraceTest, NamedFunctionsAreWrittenWithTheirNesting) {
     EXPECT_EQ(traceDepth, 0);
 }
 
-TEST_F(TraceTest, TheCallsLevelMustReachTheTraceLevel) {
-    writeFile("g__trace", "#tracelevel 3\nf\n");
-    readWith({});
-    capture();
-    { GlobalTracer below("f", 2); }
-    { GlobalTracer at("f", 3); }
-    { GlobalTracer above("f", 9); }
-    { GlobalTracer unnamed("g", 9); }
-    EXPECT_EQ(output(),
-              "0 TarnTRACE, Begin  f\n0 TarnTRACE, End    f\n"
-              "0 TarnTRACE, Begin  f\n0 TarnTRACE, End    f\n");
-}
-
-// Without options and without "g__trace" every name is traced at level 0, so
-// only the calls that ask for level 0 or more are written.
-TEST_F(TraceTest, WithoutOptionsOrFileCallsAtLevelZeroAreWritten) {
-    readWith({});
-    capture();
-    { GlobalTracer quiet("anything", -1); }
-    EXPECT_EQ(output(), "");
-    { GlobalTracer loud("anything", 0); }
-    EXPECT_EQ(output(), "0 TarnTRACE, Begin  anything\n0 TarnTRACE, End    anything\n");
-}
-
-TEST_F(TraceTest, TraceOnWritesEveryNameAndTraceOffNothing) {
-    writeFile("g__trace", "f\n");
-    readWith({"-traceOn"});
-    capture();
-    { GlobalTracer t("unlisted", -1); }
-    EXPECT_EQ(output(), "0 TarnTRACE, Begin  unlisted\n0 TarnTRACE, End    unlisted\n");
-
-    readWith({"-traceOff"});
-    capture();
-    { GlobalTracer t("f", 100); }
-    EXPECT_EQ(output(), "0 TarnTRACE, Begin  unlisted\n0 TarnTRACE, End    unlisted\n");
+// A call is written when its level reaches the trace level and its name is
+// listed or every name is traced. Without options and without "g__trace"
+// every name is traced at level 0.
+TEST_F(TraceTest, WhichCallsAreWritten) {
+    const std::string f = "0 TarnTRACE, Begin  f\n0 TarnTRACE, End    f\n";
+    struct Row {
+        const char* label;
+        Words options;
+        const char* traceFile;
+        std::vector<std::pair<const char*, int>> calls;  // name and level
+        std::string written;
+    };
+    const Row rows[] = {
+        {"no options, no file", {}, NO_FILE, {{"f", -1}, {"f", 0}}, f},
+        {"the file's level", {}, "#tracelevel 3\nf\n", {{"f", 2}, {"f", 3}, {"f", 9}, {"g", 9}}, f + f},
+        {"-traceOn: every name, every level",
+         {"-traceOn"},
+         "f\n",
+         {{"g", -1}},
+         "0 TarnTRACE, Begin  g\n0 TarnTRACE, End    g\n"},
+        {"-traceOff: nothing", {"-traceOff"}, "f\n", {{"f", 100}}, ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        std::filesystem::remove("g__trace");
+        if (row.traceFile) writeFile("g__trace", row.traceFile);
+        readWith(row.options);
+        out_.str("");
+        capture();
+        for (auto& call : row.calls) GlobalTracer t(call.first, call.second);
+        EXPECT_EQ(output(), row.written);
+    }
 }
 
 TEST_F(TraceTest, TraceFileTakesTheOutputOnlyWhenItExists) {
