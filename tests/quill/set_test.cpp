@@ -72,20 +72,6 @@ TEST(SetTest, CapacityIsTheNextPowerOfTwo) {
               "[ALLOCSIZE] Negative or zero object allocation size requested: Set::setCapacity()");
 }
 
-// The modulus is the odd mask, not the table size: slot 255 of a table of
-// 256 is never a start.
-TEST(SetTest, StartIndexIsHashModuloMask) {
-    Set s(100);
-    struct Row {
-        unsigned hash, start;
-    } rows[] = {{0, 0}, {1, 1}, {254, 254}, {255, 0}, {256, 1}, {509, 254}, {0xFFFFFFFFu, 0}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.hash);
-        HashKey k(1, row.hash);
-        EXPECT_EQ(s.startIndex(k), row.start);
-    }
-}
-
 TEST(SetTest, The129thElementDoublesTheTable) {
     Set s(100);
     std::vector<std::unique_ptr<Integer>> numbers;
