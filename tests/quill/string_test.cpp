@@ -14,9 +14,10 @@
 
 namespace {
 
-// The text and the size of the buffer that holds it.
+// The text, its size and the size of the buffer that holds it.
 std::string buffer(const String& s) {
-    return std::string(s.asCharPointer()) + "|" + std::to_string(s.allocated());
+    return std::string(s.asCharPointer()) + "|" + std::to_string(s.size()) + "|" +
+           std::to_string(s.allocated());
 }
 
 // The buffer holds the text, its NUL and the room asked for. Assignment
@@ -24,39 +25,39 @@ std::string buffer(const String& s) {
 // exactly what is appended, so that char by char it reallocates at every
 // step; a concatenation takes the exact sum; reSize never drops text.
 TEST(StringTest, BufferSizes) {
-    EXPECT_EQ(buffer(String(static_cast<const char*>(0))), "|1");
+    EXPECT_EQ(buffer(String(static_cast<const char*>(0))), "|0|1");
     String extra("abc", 5);
-    EXPECT_EQ(buffer(extra), "abc|9");
+    EXPECT_EQ(buffer(extra), "abc|3|9");
     EXPECT_EQ(extra.capacity(), 8u);
-    EXPECT_EQ(buffer(String(extra, 2)), "abc|6");
-    EXPECT_EQ(buffer(String(4, '*', 3)), "****|8");
+    EXPECT_EQ(buffer(String(extra, 2)), "abc|3|6");
+    EXPECT_EQ(buffer(String(4, '*', 3)), "****|4|8");
 
     String s(10, 'a');
-    EXPECT_EQ(buffer(s), "aaaaaaaaaa|11");
-    EXPECT_EQ(buffer(s += 'b'), "aaaaaaaaaab|12");
-    EXPECT_EQ(buffer(s += 'c'), "aaaaaaaaaabc|13");
+    EXPECT_EQ(buffer(s), "aaaaaaaaaa|10|11");
+    EXPECT_EQ(buffer(s += 'b'), "aaaaaaaaaab|11|12");
+    EXPECT_EQ(buffer(s += 'c'), "aaaaaaaaaabc|12|13");
     String chunk("abc");
-    EXPECT_EQ(buffer(chunk += "de"), "abcde|6");
+    EXPECT_EQ(buffer(chunk += "de"), "abcde|5|6");
     String roomy("abc", 10);
     roomy += "de";
-    EXPECT_EQ(buffer(roomy += ""), "abcde|14");
+    EXPECT_EQ(buffer(roomy += ""), "abcde|5|14");
 
     String a("abcdef");
-    EXPECT_EQ(buffer(a = "xy"), "xy|7");
-    EXPECT_EQ(buffer(a = "1234567"), "1234567|8");
-    EXPECT_EQ(buffer(a = String("a, b, c, d")), "a, b, c, d|11");
-    EXPECT_EQ(buffer(a = static_cast<const char*>(0)), "|11");
+    EXPECT_EQ(buffer(a = "xy"), "xy|2|7");
+    EXPECT_EQ(buffer(a = "1234567"), "1234567|7|8");
+    EXPECT_EQ(buffer(a = String("a, b, c, d")), "a, b, c, d|10|11");
+    EXPECT_EQ(buffer(a = static_cast<const char*>(0)), "|0|11");
 
     String b("de");
-    EXPECT_EQ(buffer(String("abc", 10) + b), "abcde|6");
-    EXPECT_EQ(buffer("<" + b), "<de|4");
+    EXPECT_EQ(buffer(String("abc", 10) + b), "abcde|5|6");
+    EXPECT_EQ(buffer("<" + b), "<de|3|4");
     EXPECT_STREQ((String("abc") + b(1, 1)).asCharPointer(), "abce");
 
     String r("abcdef");
     EXPECT_EQ(r.reSize(20), 20u);
-    EXPECT_EQ(buffer(r), "abcdef|21");
+    EXPECT_EQ(buffer(r), "abcdef|6|21");
     EXPECT_EQ(r.reSize(2), 6u);
-    EXPECT_EQ(buffer(r), "abcdef|7");
+    EXPECT_EQ(buffer(r), "abcdef|6|7");
 }
 
 TEST(StringTest, NegativeFillCountIsAnAssertion) {
