@@ -280,7 +280,6 @@ TEST_F(CbackTest, CbackMatchingAndOrder) {
     EXPECT_EQ(later.compare(full), 1);
     EXPECT_EQ(raisedText([&] { full.compare(a); }).find("[BADARGCLM]"), 0u);
     EXPECT_EQ(full.hash(), later.hash());
-    EXPECT_EQ(Cback().event.name(), String("DefaultCback"));
 }
 
 TEST_F(CbackTest, DependentsHearChanged) {
@@ -405,15 +404,10 @@ TEST(CallDataTest, WrongKindReports) {
 
     testing::internal::CaptureStderr();
     CallData d(2.0);
-    int bits = d.asInt();
-    Object* ob = d.asObject();
+    d.asInt();
+    EXPECT_EQ(d.asObject(), nil);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "Bad arg, expected int: was double\nBad arg, expected Object: was double\n");
-    double two = 2.0;
-    int expected;
-    memcpy(&expected, &two, sizeof expected);
-    EXPECT_EQ(bits, expected);
-    EXPECT_EQ(ob, nil);
 }
 
 TEST(CallDataTest, ObjectsOwnedCopiedAndShared) {

@@ -30,7 +30,7 @@ protected:
 
 }  // namespace
 
-TEST_F(DictionaryTest, PairsAreFoundByKey) {
+TEST_F(DictionaryTest, PairsAreFoundAndRemovedByKey) {
     Dictionary d;
     String alpha("alpha"), beta("beta");
     Integer one(1), two(2);
@@ -39,26 +39,28 @@ TEST_F(DictionaryTest, PairsAreFoundByKey) {
     EXPECT_EQ(d.size(), 2u);
     EXPECT_EQ(d.atKey(String("alpha")), &one);
     EXPECT_EQ(d.atKey(String("beta")), &two);
-    EXPECT_TRUE(d.includesKey(String("alpha")));
     EXPECT_FALSE(d.includesKey(String("gamma")));
     EXPECT_EQ(d.assocAt(String("gamma")), nil);
-
-    Object* pair = d.assocAt(String("alpha"));
-    ASSERT_TRUE(pair->isMemberOf(class_Assoc));
-    EXPECT_EQ(static_cast<Assoc*>(pair)->key(), &alpha);
 
     // A bare key and a pair both stand for the key in the Set operations.
     EXPECT_EQ(d.find(String("beta")), d.assocAt(beta));
     String otherBeta("beta");
     EXPECT_EQ(d.find(Assoc(otherBeta)), d.assocAt(beta));
-    EXPECT_TRUE(d.includes(String("alpha")));
-
     EXPECT_TRUE(d.includesAssoc(String("alpha"), Integer(1)));
     EXPECT_FALSE(d.includesAssoc(String("alpha"), Integer(2)));
 
     Integer three(3);
     EXPECT_EQ(d.atKey(String("alpha"), three), &one);
     EXPECT_EQ(d.atKey(alpha), &three);
+
+    // removeKey answers the pair and deletes nothing.
+    Object* pair = d.removeKey(String("alpha"));
+    ASSERT_TRUE(pair->isMemberOf(class_Assoc));
+    EXPECT_EQ(static_cast<Assoc*>(pair)->key(), &alpha);
+    EXPECT_EQ(static_cast<Assoc*>(pair)->value(), &three);
+    EXPECT_FALSE(d.includesKey(alpha));
+    EXPECT_EQ(d.atKey(beta), &two);
+    delete pair;
     d.deleteContents();
 }
 
@@ -116,22 +118,6 @@ TEST_F(DictionaryTest, DuplicateKeyDeletesTheNewPair) {
     d.deleteContents();
 }
 
-TEST_F(DictionaryTest, RemoveKeyAnswersThePairAndDeletesNothing) {
-    Dictionary d;
-    String alpha("alpha"), beta("beta");
-    Integer one(1), two(2);
-    d.atPut(alpha, one);
-    d.atPut(beta, two);
-    Object* pair = d.removeKey(String("alpha"));
-    ASSERT_TRUE(validObject(pair));
-    EXPECT_EQ(static_cast<Assoc*>(pair)->key(), &alpha);
-    EXPECT_EQ(static_cast<Assoc*>(pair)->value(), &one);
-    EXPECT_FALSE(d.includesKey(alpha));
-    EXPECT_EQ(d.atKey(beta), &two);
-    delete pair;
-    d.deleteContents();
-}
-
 TEST_F(DictionaryTest, KeyOfScansFromTheTableEnd) {
     Dictionary d(16);
     String a("a"), b("b"), c("c");
@@ -152,7 +138,7 @@ TEST_F(DictionaryTest, KeyOfScansFromTheTableEnd) {
     d.deleteContents();
 }
 
-TEST_F(DictionaryTest, KeysAndValuesGoToACollection) {
+TEST_F(DictionaryTest, KeysAndValuesGoToACollectionInStep) {
     Dictionary* d = numbered(40);
     OrderedCltn keys, values;
     d->addKeysTo(keys);
@@ -162,8 +148,7 @@ TEST_F(DictionaryTest, KeysAndValuesGoToACollection) {
     std::set<int> seen;
     for (int i = 0; i < 40; ++i) {
         int value = static_cast<Integer*>(values.at(i))->value();
-        EXPECT_EQ(std::string(static_cast<String*>(keys.at(i))->asCharPointer()),
-                  "k" + std::to_string(value));
+        EXPECT_STREQ(keys.at(i)->asCharPointer(), ("k" + std::to_string(value)).c_str());
         seen.insert(value);
     }
     EXPECT_EQ(seen.size(), 40u);
@@ -208,13 +193,13 @@ TEST_F(DictionaryTest, DeepCopyCopiesPairsKeysAndValues) {
     EXPECT_EQ(copy->size(), 5u);
     for (int i = 0; i < 5; ++i) {
         String key(("k" + std::to_string(i)).c_str());
-        Object* original = d->assocAt(key);
-        Object* copied = copy->assocAt(key);
+        Assoc* original = static_cast<Assoc*>(d->assocAt(key));
+        Assoc* copied = static_cast<Assoc*>(copy->assocAt(key));
         ASSERT_NE(copied, nil);
         EXPECT_NE(copied, original);
-        EXPECT_NE(static_cast<Assoc*>(copied)->key(), static_cast<Assoc*>(original)->key());
-        EXPECT_NE(static_cast<Assoc*>(copied)->value(), static_cast<Assoc*>(original)->value());
-        EXPECT_EQ(static_cast<Integer*>(copy->atKey(key))->value(), i);
+        EXPECT_NE(copied->key(), original->key());
+        EXPECT_NE(copied->value(), original->value());
+        EXPECT_EQ(static_cast<Integer*>(copied->value())->value(), i);
     }
     deepDelete(copy);
     deepDelete(d);
@@ -278,7 +263,7 @@ TEST(PairTest, HashEqualityAndOrderFollowTheKey) {
     Integer one(1);
     Assoc a(apple, one);
     LookupKey k(*new String("apple"));
-    AssocInt n(pear, 3);
+    AssocInt n(pear, -4);
     EXPECT_EQ(a.hash(), apple.hash());
     EXPECT_TRUE(a.isEqual(k));
     EXPECT_TRUE(a.isEqual(String("apple")));
@@ -287,16 +272,11 @@ TEST(PairTest, HashEqualityAndOrderFollowTheKey) {
     EXPECT_LT(a.compare(n), 0);
     EXPECT_EQ(a.compare(k), 0);
     EXPECT_LT(a.compare(String("banana")), 0);
-    delete k.key();
-}
-
-TEST(PairTest, Printing) {
-    String alpha("alpha");
-    Integer one(1);
-    EXPECT_EQ(printedText(Assoc(alpha, one)), "Assoc(alpha=>1)");
-    EXPECT_EQ(printedText(AssocInt(alpha, -4)), "AssocInt(alpha=>-4)");
-    EXPECT_EQ(printedText(LookupKey(alpha)), "LookupKey(alpha=>NIL)");
+    EXPECT_EQ(printedText(a), "Assoc(apple=>1)");
+    EXPECT_EQ(printedText(n), "AssocInt(pear=>-4)");
+    EXPECT_EQ(printedText(k), "LookupKey(apple=>NIL)");
     EXPECT_EQ(printedText(Assoc()), "Assoc(NIL=>NIL)");
+    delete k.key();
 }
 
 TEST(PairTest, Values) {

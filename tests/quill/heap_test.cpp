@@ -99,16 +99,6 @@ TEST_F(HeapOrderTest, GrowsByThirtyTwoAndIteratesAllSlots) {
     EXPECT_EQ(seen, keys);
 }
 
-TEST_F(HeapOrderTest, PrintingInSlotOrder) {
-    Heap fifo;
-    EXPECT_EQ(printedText(fifo), "Heap(FIFO)[]");
-    fill(fifo, {3, 1, 2});
-    EXPECT_EQ(printedText(fifo), "Heap(FIFO)[3, 1, 2]");
-    Heap min(16, Heap::MIN);
-    fill(min, {3, 1, 2});
-    EXPECT_EQ(printedText(min), "Heap (MIN)[1, 3, 2]");
-}
-
 TEST_F(HeapOrderTest, RefusalsAndErrors) {
     Heap h(16, Heap::MIN);
     Integer seven(7);
@@ -136,7 +126,8 @@ TEST_F(HeapOrderTest, RefusalsAndErrors) {
     EXPECT_EQ(h.size(), 2u);
 }
 
-TEST_F(HeapOrderTest, TouchAfterAKeyChanged) {
+// A changed key is put in its place by touch, many by reSort.
+TEST_F(HeapOrderTest, TouchAndReSortAfterKeysChanged) {
     Heap h(16, Heap::MIN);
     std::vector<Integer*> added = fill(h, {10, 20, 30, 40, 50, 60});
     added[5]->value(5);  // 60 becomes the smallest
@@ -147,14 +138,11 @@ TEST_F(HeapOrderTest, TouchAfterAKeyChanged) {
     std::vector<int> order;
     for (Integer* i : drain(h)) order.push_back(i->value());
     EXPECT_EQ(order, (std::vector<int>{5, 20, 30, 40, 45, 50}));
-}
 
-TEST_F(HeapOrderTest, ReSortAfterManyKeysChanged) {
-    Heap h(16, Heap::MIN);
-    std::vector<Integer*> added = fill(h, {1, 2, 3, 4, 5, 6, 7});
+    added = fill(h, {1, 2, 3, 4, 5, 6, 7});
     for (Integer* i : added) i->value(10 - i->value());
     h.reSort();
-    std::vector<int> order;
+    order.clear();
     for (Integer* i : drain(h)) order.push_back(i->value());
     EXPECT_EQ(order, (std::vector<int>{3, 4, 5, 6, 7, 8, 9}));
 }
@@ -231,7 +219,16 @@ TEST_F(HeapOrderTest, RandomOperationsKeepTheHeapValid) {
     }
 }
 
-TEST_F(HeapOrderTest, FindAndCountBySlots) {
+// Look-ups and printing go through the slots in their order.
+TEST_F(HeapOrderTest, FindCountAndPrintBySlots) {
+    Heap fifo;
+    EXPECT_EQ(printedText(fifo), "Heap(FIFO)[]");
+    fill(fifo, {3, 1, 2});
+    EXPECT_EQ(printedText(fifo), "Heap(FIFO)[3, 1, 2]");
+    Heap min(16, Heap::MIN);
+    fill(min, {3, 1, 2});
+    EXPECT_EQ(printedText(min), "Heap (MIN)[1, 3, 2]");
+
     Heap h(16, Heap::MAX);
     std::vector<Integer*> added = fill(h, {4, 8, 4, 1});
     Integer four(4), five(5);

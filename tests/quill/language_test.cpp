@@ -74,13 +74,6 @@ protected:
 
 }  // namespace
 
-TEST_F(LanguageTest, FileNameJoinsBaseAndLanguageInLowerCase) {
-    Language lang("English");
-    EXPECT_STREQ(lang.name().name().asCharPointer(), "english");
-    EXPECT_STREQ(lang.fileName("panel_").asCharPointer(), "panel_english.lng");
-    EXPECT_STREQ(lang.fileName("Design_").asCharPointer(), "Design_english.lng");
-}
-
 // The first place that holds the file wins: TARN_LANG_PATH, TARN_PATH/bin, the program's directory.
 TEST_F(LanguageTest, SearchOrderPicksFirstPlaceHoldingTheFile) {
     struct Row {
@@ -118,7 +111,13 @@ TEST_F(LanguageTest, SearchOrderPicksFirstPlaceHoldingTheFile) {
     EXPECT_TRUE(reports.empty());
 }
 
-TEST_F(LanguageTest, NameAsItStandsComesFirst) {
+// The file's name joins the base, kept as given, and the language in lower
+// case; a name as it stands comes before the search.
+TEST_F(LanguageTest, FileNameAndNameAsItStands) {
+    Language lang("English");
+    EXPECT_STREQ(lang.name().name().asCharPointer(), "english");
+    EXPECT_STREQ(lang.fileName("Design_").asCharPointer(), "Design_english.lng");
+
     std::string path = write("direct/x_english.lng", "k = direct\n");
     write("bin/x_english.lng", "k = tarn\n");
     setenv("TARN_PATH", root.c_str(), 1);

@@ -65,8 +65,6 @@ TEST(ClassTest, DescriptorsAndDictionary) {
     EXPECT_EQ(findClass("NoSuchClass"), nullptr);
     EXPECT_EQ(class_Object.base(), nullptr);
     EXPECT_EQ(class_Ver2.base(), &class_Ver1);
-    EXPECT_STREQ(class_Integer.ident(), "quill/integer.cpp: Integer  v. 1");
-    EXPECT_EQ(class_Node.size(), sizeof(Node));
     EXPECT_TRUE(class_Node.isKindOf(class_Class));
     EXPECT_LT(class_Float.compare(class_Integer), 0);
     std::ostringstream os;

@@ -148,10 +148,13 @@ TEST_F(ObjioStoreTest, TextFormOfASmallGraphAndNumbering) {
     EXPECT_EQ(class_IoNode.storeNumber, 0u);
 }
 
-// A refused store leaves no store in progress; asCharPointer can store into a buffer.
+// A refused store leaves no store in progress; a class that could not be
+// read back from a form is not stored in it. asCharPointer can store into a buffer.
 TEST_F(ObjioStoreTest, RefusedStorersAndAsCharPointer) {
     EXPECT_EQ(raisedText([] { storedText(class_IoNode); }),
               "[ILLEGALMETHOD] Should not implement method Class::storer()");
+    EXPECT_EQ(raisedText([] { storedBinary(IoOld()); }),
+              "[ILLEGALMETHOD] Should not implement method IoOld::storer()");
     IoNode a(4);
     char buffer[64], tiny[8];
     std::string text = ":IoNode." + sig(class_IoNode) + "{4 @0 }\n";
@@ -389,7 +392,7 @@ TEST_F(ObjioReadTest, StoreAndReadFilters) {
     delete back;
 }
 
-TEST_F(ObjioQuotedTest, EveryEscapeAndItsRoundTrip) {
+TEST_F(ObjioQuotedTest, EveryEscapeRoundTripsAndRawLineEndsAreDropped) {
     const char text[] = "a\bb\tc\nd\fe\rf\"g\\h{i}j\001k\200l m\0n";
     unsigned length = sizeof text - 1;
     std::ostringstream os;
@@ -406,14 +409,13 @@ TEST_F(ObjioQuotedTest, EveryEscapeAndItsRoundTrip) {
     std::string rest;
     is >> rest;
     EXPECT_EQ(rest, "rest");
-}
 
-TEST_F(ObjioQuotedTest, RawLineEndsAreDroppedAndTheBufferGrows) {
+    // Raw line ends are dropped; the buffer grows by 16, then 32.
     std::string forty(40, 'x');
-    std::istringstream is("\"" + forty.substr(0, 20) + "\r\n" + forty.substr(20) + "\"");
-    unsigned length, alloc = 1;
-    char* back = readQuoted(is, &length, &alloc);
-    EXPECT_EQ(std::string(back, length), forty);
+    std::istringstream wrapped("\"" + forty.substr(0, 20) + "\r\n" + forty.substr(20) + "\"");
+    alloc = 1;
+    back = readQuoted(wrapped, &gotLength, &alloc);
+    EXPECT_EQ(std::string(back, gotLength), forty);
     EXPECT_EQ(alloc, 1u + 16 + 32);
     objectFree(back);
 }
@@ -474,12 +476,6 @@ TEST_F(ObjioStoreTest, Errors) {
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
         EXPECT_EQ(error.substr(0, row.message.size()), row.message);
     }
-}
-
-// A class that could not be read back from a form is not stored in it.
-TEST_F(ObjioStoreTest, NoReaderNoStorer) {
-    EXPECT_EQ(raisedText([] { storedBinary(IoOld()); }),
-              "[ILLEGALMETHOD] Should not implement method IoOld::storer()");
 }
 
 // File and string streams

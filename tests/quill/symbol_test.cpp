@@ -65,17 +65,13 @@ TEST(SymbolTest, Equality) {
     EXPECT_EQ(a.hash(), String("TRACE_EXEC").hash());
 }
 
-TEST(SymbolTest, PrintsBetweenHashMarks) {
+TEST(SymbolTest, PrintsBetweenHashMarksAndScanInternsTheLine) {
     Symbol s("ASK_PARAMETERS");
     std::ostringstream out;
     s.printOn(out);
     EXPECT_EQ(out.str(), "#ASK_PARAMETERS#");
     EXPECT_STREQ(s.asCharPointer(), "#ASK_PARAMETERS#");
-}
-
-TEST(SymbolTest, ScanInternsTheLine) {
     std::istringstream in("GraphEdtGuiNew\r\nnext");
-    Symbol s;
     s.scanFrom(in);
     EXPECT_EQ(&s.name(), &Symbol("GraphEdtGuiNew").name());
 }

@@ -117,22 +117,12 @@ TEST_F(TraceTest, OptionsAndTraceFileSetLevelNamesAndAllFunctions) {
     };
     const Row rows[] = {
         {"nothing at all: level 0, every name", {}, NO_FILE, 0, true, {}},
-        {"-traceOn traces everything; the file isn't read",
-         {"-traceOn"},
-         "#tracelevel 3\nf\n",
-         -1,
-         false,
-         {}},
+        {"-traceOn: everything, file unread", {"-traceOn"}, "#tracelevel 3\nf\n", -1, false, {}},
         {"-traceOff wins over -traceOn", {"-traceOn", "-traceOff"}, NO_FILE, 0x7FFFFFFF, false, {}},
         {"-traceOff wins whatever the order", {"-traceOff", "-traceOn"}, "f\n", 0x7FFFFFFF, false, {}},
         {"-traceLevel wins over -traceOn", {"-traceOn", "-traceLevel", "4"}, NO_FILE, 4, true, {}},
         {"negative -traceLevel", {"-traceLevel", "-3"}, NO_FILE, -3, true, {}},
-        {"-traceLevel keeps the file's level out",
-         {"-traceLevel", "5"},
-         "#tracelevel 3\nf\n",
-         5,
-         false,
-         {"f"}},
+        {"-traceLevel over the file's", {"-traceLevel", "5"}, "#tracelevel 3\nf\n", 5, false, {"f"}},
         {"comment with tracelevel sets the level", {}, "#tracelevel 3\n", 3, false, {}},
         {"directive behind '/' and blanks", {}, "/ level 2\n", 2, false, {}},
         {"first level in the file wins", {}, "#level 4\n#level 7\n", 4, false, {}},
@@ -140,7 +130,8 @@ TEST_F(TraceTest, OptionsAndTraceFileSetLevelNamesAndAllFunctions) {
         {"comments and blank lines only: disabled", {}, "# nothing here\n\n   \n", 0x7FFFFFFF, false, {}},
         {"names give level 0", {}, "alpha\n\nbeta\r\n  gamma  \n", 0, false, {"alpha", "beta", "gamma"}},
         {"allfunctions in a comment", {}, "/allfunctions\n", 0, true, {}},
-        {"allfunction, disabled and disable all set allFunctions", {}, "#allfunction\n", 0, true, {}},
+        {"allfunction in a comment", {}, "#allfunction\n", 0, true, {}},
+        {"disabled in a comment", {}, "#disabled\n", 0, true, {}},
         {"a directive line is also a name", {}, "disable\n", 0, true, {"disable"}},
         {"a level line is also a name", {}, "level 6\n", 6, false, {"level 6"}},
         {"unknown comment words do nothing", {}, "#levels 3\n#all\n", 0x7FFFFFFF, false, {}},
@@ -174,41 +165,38 @@ TEST_F(TraceTest, NamedFunctionsAreWrittenWithTheirNesting) {
     EXPECT_EQ(traceDepth, 0);
 }
 
-TEST_F(TraceTest, TheCallsLevelMustReachTheTraceLevel) {
-    writeFile("g__trace", "#tracelevel 3\nf\n");
-    readWith({});
-    capture();
-    { GlobalTracer below("f", 2); }
-    { GlobalTracer at("f", 3); }
-    { GlobalTracer above("f", 9); }
-    { GlobalTracer unnamed("g", 9); }
-    EXPECT_EQ(output(),
-              "0 TarnTRACE, Begin  f\n0 TarnTRACE, End    f\n"
-              "0 TarnTRACE, Begin  f\n0 TarnTRACE, End    f\n");
-}
-
-// Without options and without "g__trace" every name is traced at level 0, so
-// only the calls that ask for level 0 or more are written.
-TEST_F(TraceTest, WithoutOptionsOrFileCallsAtLevelZeroAreWritten) {
-    readWith({});
-    capture();
-    { GlobalTracer quiet("anything", -1); }
-    EXPECT_EQ(output(), "");
-    { GlobalTracer loud("anything", 0); }
-    EXPECT_EQ(output(), "0 TarnTRACE, Begin  anything\n0 TarnTRACE, End    anything\n");
-}
-
-TEST_F(TraceTest, TraceOnWritesEveryNameAndTraceOffNothing) {
-    writeFile("g__trace", "f\n");
-    readWith({"-traceOn"});
-    capture();
-    { GlobalTracer t("unlisted", -1); }
-    EXPECT_EQ(output(), "0 TarnTRACE, Begin  unlisted\n0 TarnTRACE, End    unlisted\n");
-
-    readWith({"-traceOff"});
-    capture();
-    { GlobalTracer t("f", 100); }
-    EXPECT_EQ(output(), "0 TarnTRACE, Begin  unlisted\n0 TarnTRACE, End    unlisted\n");
+// A call is written when its level reaches the trace level and its name is
+// listed or every name is traced. Without options and without "g__trace"
+// every name is traced at level 0.
+TEST_F(TraceTest, WhichCallsAreWritten) {
+    const std::string f = "0 TarnTRACE, Begin  f\n0 TarnTRACE, End    f\n";
+    struct Row {
+        const char* label;
+        Words options;
+        const char* traceFile;
+        std::vector<std::pair<const char*, int>> calls;  // name and level
+        std::string written;
+    };
+    const Row rows[] = {
+        {"no options, no file", {}, NO_FILE, {{"f", -1}, {"f", 0}}, f},
+        {"the file's level", {}, "#tracelevel 3\nf\n", {{"f", 2}, {"f", 3}, {"f", 9}, {"g", 9}}, f + f},
+        {"-traceOn: every name, every level",
+         {"-traceOn"},
+         "f\n",
+         {{"g", -1}},
+         "0 TarnTRACE, Begin  g\n0 TarnTRACE, End    g\n"},
+        {"-traceOff: nothing", {"-traceOff"}, "f\n", {{"f", 100}}, ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.label);
+        std::filesystem::remove("g__trace");
+        if (row.traceFile) writeFile("g__trace", row.traceFile);
+        readWith(row.options);
+        out_.str("");
+        capture();
+        for (auto& call : row.calls) GlobalTracer t(call.first, call.second);
+        EXPECT_EQ(output(), row.written);
+    }
 }
 
 TEST_F(TraceTest, TraceFileTakesTheOutputOnlyWhenItExists) {
