@@ -17,10 +17,15 @@ extern "C" char __data_start, _end;
 
 namespace {
 
-uintptr_t heapStart = 0;
-bool heapKnown = false;
 bool kernelReadWorks = true;
 int probePipe[2] = {-1, -1};
+
+#if defined(__SANITIZE_ADDRESS__)
+// The sanitizer poisons parts of the static data and the heap: every read goes through the kernel.
+bool knownMapped(const void*) { return false; }
+#else
+uintptr_t heapStart = 0;
+bool heapKnown = false;
 
 void findHeap() {
     heapKnown = true;
@@ -38,16 +43,12 @@ void findHeap() {
 bool inRange(uintptr_t a, uintptr_t low, uintptr_t high) { return a >= low && a + 4 <= high; }
 
 bool knownMapped(const void* address) {
-#if defined(__SANITIZE_ADDRESS__)
-    (void)address;
-    return false;  // the sanitizer poisons parts of these ranges: go through the kernel
-#else
     uintptr_t a = uintptr_t(address);
     if (inRange(a, uintptr_t(&__data_start), uintptr_t(&_end))) return true;
     if (!heapKnown) findHeap();
     return heapStart && inRange(a, heapStart, uintptr_t(sbrk(0)));
-#endif
 }
+#endif
 
 bool readThroughKernel(const void* address, uint32_t* word) {
     iovec local = {word, 4};
