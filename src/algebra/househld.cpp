@@ -9,13 +9,13 @@
 
 namespace householder {
 
-bool step(Matrix& M, unsigned col, unsigned row) {
+bool step(Matrix& M, unsigned col, unsigned row, unsigned rowEnd, Reflection* made) {
     unsigned rows = M.rowNumber(), cols = M.columnNumber();
-    if (row >= rows || col >= cols) return false;
+    if (row >= rowEnd || col >= cols) return false;
     double* a = M.elements();
-    double* x = a + col * rows + row;
-    unsigned len = rows - row;
-    double norm = std::sqrt(squaredNorm(M, col, row));
+    double* x = a + size_t(col) * rows + row;
+    unsigned len = rowEnd - row;
+    double norm = std::sqrt(squaredNorm(M, col, row, rowEnd));
     double alpha = (x[0] < 0.0 ? -1.0 : 1.0) * norm;
     std::vector<double> v(x, x + len);
     v[0] += alpha;
@@ -25,16 +25,17 @@ bool step(Matrix& M, unsigned col, unsigned row) {
     x[0] = -alpha;
     for (unsigned i = 1; i < len; ++i) x[i] = 0.0;
     if (col + 1 < cols)
-        blasReflect(int(len), int(cols - col - 1), v.data(), 2.0 / vtv, a + (col + 1) * rows + row,
+        blasReflect(int(len), int(cols - col - 1), v.data(), 2.0 / vtv, a + size_t(col + 1) * rows + row,
                     int(rows));
+    if (made) *made = Reflection{0, std::move(v), 2.0 / vtv};
     return true;
 }
 
-double squaredNorm(const Matrix& M, unsigned col, unsigned row) {
+double squaredNorm(const Matrix& M, unsigned col, unsigned row, unsigned rowEnd) {
     unsigned rows = M.rowNumber();
-    const double* x = M.elements() + col * rows;
+    const double* x = M.elements() + size_t(col) * rows;
     double s = 0.0;
-    for (unsigned i = row; i < rows; ++i) s += x[i] * x[i];
+    for (unsigned i = row; i < rowEnd; ++i) s += x[i] * x[i];
     return s;
 }
 
@@ -52,16 +53,15 @@ void swapRows(Matrix& M, unsigned a, unsigned b, unsigned firstCol) {
     for (unsigned c = firstCol; c < M.columnNumber(); ++c) std::swap(p[c * rows + a], p[c * rows + b]);
 }
 
-unsigned pivotedSteps(Matrix& M, unsigned width, double limit, std::vector<unsigned>& pivots,
-                      double& lastMax) {
+unsigned pivotedSteps(Matrix& M, const Block& block, unsigned width, double limit,
+                      std::vector<unsigned>& pivots, double& lastMax, std::vector<Reflection>* reflections) {
     pivots.clear();
-    unsigned rows = M.rowNumber();
     unsigned k = 0;
-    for (; k < width && k < rows; ++k) {
-        unsigned best = k;
-        double bestNorm = squaredNorm(M, k, k);
+    for (; k < width && block.row0 + k < block.rowEnd; ++k) {
+        unsigned row = block.row0 + k, best = k;
+        double bestNorm = squaredNorm(M, block.col0 + k, row, block.rowEnd);
         for (unsigned c = k + 1; c < width; ++c) {
-            double s = squaredNorm(M, c, k);
+            double s = squaredNorm(M, block.col0 + c, row, block.rowEnd);
             if (s > bestNorm) {
                 best = c;
                 bestNorm = s;
@@ -70,8 +70,12 @@ unsigned pivotedSteps(Matrix& M, unsigned width, double limit, std::vector<unsig
         lastMax = bestNorm;
         if (!(bestNorm > limit)) break;
         pivots.push_back(best);
-        swapColumns(M, k, best);
-        step(M, k, k);
+        swapColumns(M, block.col0 + k, block.col0 + best);
+        Reflection made;
+        if (step(M, block.col0 + k, row, block.rowEnd, reflections ? &made : 0) && reflections) {
+            made.start = k;
+            reflections->push_back(std::move(made));
+        }
     }
     return k;
 }

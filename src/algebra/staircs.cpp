@@ -40,53 +40,16 @@ void report(String& text, unsigned order, double norm) {
     if (lineLength > 70) text += "\n";
 }
 
-// I - factor v v' on the coordinates from start on.
-struct Reflection {
-    unsigned start;
-    std::vector<double> v;
-    double factor;
-};
-
-// The pivoted Householder steps of householder::pivotedSteps on the p x width block of W at
-// (row0, col0), applied in place to the rows from row0 of W's columns from col0; the pivot columns
-// are put back in order. Returns the reflections, their count (pivots) in rank.
-std::vector<Reflection> reflectRows(Matrix& W, unsigned row0, unsigned col0, unsigned p, unsigned width,
-                                    double limit, unsigned& rank) {
-    unsigned rows = W.rowNumber(), cols = W.columnNumber();
-    auto column = [&](unsigned c) { return W.elements() + size_t(c) * rows; };
-    auto squaredNorm = [&](unsigned c, unsigned row) {
-        const double* x = column(c);
-        double s = 0.0;
-        for (unsigned i = row; i < row0 + p; ++i) s += x[i] * x[i];
-        return s;
-    };
-    std::vector<Reflection> reflections;
+// The pivoted Householder steps on the p x width block of W at (row0, col0), applied in place to
+// the rows from row0 of W's columns from col0; the pivot columns are put back in order. Returns the
+// reflections, their count (pivots) in rank.
+std::vector<householder::Reflection> reflectRows(Matrix& W, unsigned row0, unsigned col0, unsigned p,
+                                                 unsigned width, double limit, unsigned& rank) {
+    std::vector<householder::Reflection> reflections;
     std::vector<unsigned> pivots;
-    for (unsigned k = 0; k < width && k < p; ++k) {
-        unsigned row = row0 + k, best = k, len = p - k;
-        double bestNorm = squaredNorm(col0 + k, row);
-        for (unsigned c = k + 1; c < width; ++c) {
-            double s = squaredNorm(col0 + c, row);
-            if (s > bestNorm) best = c, bestNorm = s;
-        }
-        if (!(bestNorm > limit)) break;
-        pivots.push_back(best);
-        householder::swapColumns(W, col0 + k, col0 + best);
-        double* x = column(col0 + k) + row;
-        double alpha = (x[0] < 0.0 ? -1.0 : 1.0) * std::sqrt(bestNorm);
-        std::vector<double> v(x, x + len);
-        v[0] += alpha;
-        double vtv = 0.0;
-        for (double e : v) vtv += e * e;
-        if (vtv < zeroSquaredTolerance) continue;
-        x[0] = -alpha;
-        for (unsigned i = 1; i < len; ++i) x[i] = 0.0;
-        if (col0 + k + 1 < cols)
-            blasReflect(int(len), int(cols - col0 - k - 1), v.data(), 2.0 / vtv, column(col0 + k + 1) + row,
-                        int(rows));
-        reflections.push_back({k, v, 2.0 / vtv});
-    }
-    rank = unsigned(pivots.size());
+    double lastMax = 0.0;
+    rank = householder::pivotedSteps(W, householder::Block{row0, row0 + p, col0}, width, limit, pivots,
+                                     lastMax, &reflections);
     for (unsigned k = rank; k-- > 0;) householder::swapColumns(W, col0 + k, col0 + pivots[k]);
     return reflections;
 }
@@ -99,10 +62,10 @@ void staircaseStep(Matrix& W, unsigned states, unsigned stateColumn, unsigned co
     // The similarity: Q' from the left on the rows of this step, Q from the right on the state
     // columns they stand for, one reflection at a time.
     unsigned r = 0;
-    std::vector<Reflection> reflections =
+    std::vector<householder::Reflection> reflections =
         reflectRows(W, rowOffset, colOffset, p, width, tolerance * tolerance, r);
     append(indices, static_cast<int>(r));
-    for (const Reflection& h : reflections)
+    for (const householder::Reflection& h : reflections)
         blasReflectRight(int(states), int(p - h.start), h.v.data(), h.factor,
                          W.elements() + size_t(first + h.start) * rows, int(rows));
 
