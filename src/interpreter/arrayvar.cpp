@@ -67,11 +67,12 @@ Variable* ArrayVar::doOperation(Variable* other, int op, int swapped) {
 }
 
 // The index converted as an int; below 0 or not below the size is a run-time error.
-Variable* ArrayVar::element(Variable* index) const {
-    std::int32_t i = intValue(index);
+Variable* ArrayVar::element(Variable* index) const { return new VarReference(elementAt(intValue(index))); }
+
+Variable* ArrayVar::elementAt(std::int32_t i) const {
     if (i < 0 || i >= size || !elements)
         typeError(formatText("Run time error, index %d out of range", int(i)));
-    return new VarReference(argumentAt(*elements, i));
+    return argumentAt(*elements, i);
 }
 
 void ArrayVar::copyElements(const ArrayVar& from, std::int32_t& errorFlag) {

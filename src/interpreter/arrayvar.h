@@ -33,6 +33,9 @@ public:
     void printOn(std::ostream& os) const override;
     double storageEstimate() const override;
     void deepenShallowCopy() override;
+    // The element itself at index, which the element operator refers to; out of range is a run-time
+    // error.
+    Variable* elementAt(std::int32_t index) const;
 
 private:
     bool sameType(const Variable* other) const { return other->getType().isEqual(typeName); }

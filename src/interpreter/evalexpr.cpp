@@ -3,6 +3,7 @@
 #include <new>
 #include <vector>
 
+#include "interpreter/arrayvar.h"
 #include "interpreter/charvar.h"
 #include "interpreter/cleanup.h"
 #include "interpreter/codeelem.h"
@@ -282,6 +283,7 @@ void Executer::evalUnary(EvalState& state, int code) {
 void Executer::evalBinary(EvalState& state, const EvalStep& step) {
     if (state.size < 2 || state.top().empty()) return;
     if (binaryOnScalars(state, step)) return;
+    if (step.code == OP_ELEMENT && elementInPlace(state)) return;
     Variable* left = state.below().box();
     Variable* right = state.top().box();
     Variable* other = Variable::dereference(right);
@@ -308,7 +310,9 @@ void Executer::evalSelect(EvalState& state) {
     Variable* variable = state.below().scopeVariable();
     Variable* left = variable ? variable : state.below().box();
     Variable* result;
-    if (state.member) {
+    if (state.member && selectScalarMember(state, left, variable != 0)) {
+        return;
+    } else if (state.member) {
         result = new VarReference(left->getMemberVar(state.member));
         state.member = 0;
     } else if (selectScalar(state, left)) {
@@ -325,6 +329,40 @@ void Executer::evalSelect(EvalState& state) {
         return;
     }
     finishOperation(state, result);
+}
+
+// An element of an array of a scope, or of one that a reference refers to, by a scalar index stands
+// in its place as a variable of a scope does: the array's elements live as long as the array. False,
+// with nothing done, for any other operand.
+bool Executer::elementInPlace(EvalState& state) {
+    EvalValue& left = state.below();
+    Variable* array = left.scopeVariable();
+    if (!array)
+        array = left.ownedValue() && left.ownedValue()->isA() == &class_VarReference ? left.ownedValue() : 0;
+    ScalarValue index;
+    if (!array || !state.top().scalar(index)) return false;
+    array = Variable::dereference(array);
+    if (array->isA() != &class_ArrayVar) return false;
+    Variable* element = static_cast<ArrayVar*>(array)->elementAt(ScalarVar::truncate(index.value));
+    state.top().drop();
+    left.drop();
+    state.replaceTwo(EvalValue::of(element));
+    return true;
+}
+
+// A member of a scalar class of a variable of a scope, or of what a reference refers to, is read and
+// stored in its place, as a variable of a scope is: neither lives in the evaluation, and a scalar
+// member stays where it is while its value lives. False, with nothing done, for any other member.
+bool Executer::selectScalarMember(EvalState& state, Variable* left, bool ofScope) {
+    if (!ofScope && left->isA() != &class_VarReference) return false;
+    Variable* member = left->getMemberVar(state.member);
+    int level = ScalarVar::rankOf(member);
+    if (level == 0) return false;
+    state.member = 0;
+    state.top().drop();
+    state.below().drop();
+    state.replaceTwo(EvalValue::ofScalar(member, level));
+    return true;
 }
 
 // A method whose result is a char, int or float answers a number, which takes the place of the two values.

@@ -157,6 +157,8 @@ private:
     void evalUnary(EvalState& state, int code);
     void evalBinary(EvalState& state, const EvalStep& step);
     void evalSelect(EvalState& state);
+    bool elementInPlace(EvalState& state);
+    bool selectScalarMember(EvalState& state, Variable* left, bool ofScope);
     bool selectScalar(EvalState& state, Variable* receiver);
     void evalMethod(EvalState& state, MethodCall* call);
     void bindIndices(EvalState& state, MatrixVar* matrix, MethodCall* call);

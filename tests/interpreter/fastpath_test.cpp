@@ -2,8 +2,8 @@
 // int, char and float, variables read when an operator takes them, returned
 // scalars named after their type, shadowed names, reference parameters, arguments bound to the values of
 // finished calls, a loop's scope emptied between passes, places of variables kept across passes and calls,
-// parameters bound again in place, numbers answered by methods, calls inside expressions, failures, and a
-// listener that appears while a loop runs.
+// parameters bound again in place, numbers answered by methods, calls inside expressions, elements and
+// members in place, failures, and a listener that appears while a loop runs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -305,6 +305,42 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "11 11 120 12"},
+    // Elements of arrays and scalar members of structs, read and stored in place: compound and increment,
+    // a float index, an element bound to a reference parameter, arrays of arrays, structs copied whole
+    // from elements and members, and members of members.
+    {"struct Point {\n"
+     "    float x;\n"
+     "    int n = 2;\n"
+     "};\n"
+     "struct Pair {\n"
+     "    Point a;\n"
+     "    Point b;\n"
+     "};\n"
+     "void set(int& r) { r = 7; }\n"
+     "void push(Point& p) { p.x = p.x + 1.5; p.n++; }\n"
+     "int main() {\n"
+     "    int a[4];\n"
+     "    for (int i = 0; i < 4; i++) a[i] = i * 10;\n"
+     "    a[1.9] += 5;\n"
+     "    a[2]++;\n"
+     "    set(a[3]);\n"
+     "    int m[3][2];\n"
+     "    m[1][2] = 8;\n"
+     "    m[0][1] = m[1][2] * 2;\n"
+     "    Point ps[2];\n"
+     "    push(ps[1]);\n"
+     "    ps[0] = ps[1];\n"
+     "    ps[1].x = ps[0].x * 2;\n"
+     "    Pair q;\n"
+     "    q.b.x = 3.25;\n"
+     "    q.a = q.b;\n"
+     "    Pair qs[2];\n"
+     "    qs[1].a.n = qs[0].b.n + 40;\n"
+     "    cout << a[1] << \" \" << a[2] << \" \" << a[3] << \" \" << m[0][1] << \" \" << ps[0].x << \" \" << "
+     "ps[0].n << \" \" << ps[1].x << \" \" << q.a.x << \" \" << qs[1].a.n;\n"
+     "    return 0;\n"
+     "}\n",
+     "15 21 7 16 1.5 3 3 3.25 42"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -329,6 +365,10 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
     EXPECT_TRUE(
         failsWith(beyond, "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(2) At line"))
         << beyond.message;
+    ProgramRun outside = runMain("int a[4];\nint i = -1;\ncout << a[i];");
+    EXPECT_TRUE(
+        failsWith(outside, "[PARSE ERROR] Run time error, index -1 out of range At line 4 on statement"))
+        << outside.message;
     ProgramRun negative = runMain("Matrix A(2, 2);\nint i = -1;\ncout << A(0, i);");
     EXPECT_TRUE(failsWith(negative, "[PARSE ERROR] Run time error, column index -1 out of range At line"))
         << negative.message;
