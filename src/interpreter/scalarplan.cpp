@@ -1,7 +1,9 @@
 // ScalarPlan: the checks that settle each operation for the static ranks, and the plan of a loop.
 #include "interpreter/scalarplan.h"
 
+#include "interpreter/arrayvar.h"
 #include "interpreter/funcdecl.h"
+#include "interpreter/genvar.h"
 #include "interpreter/mtrxvar.h"
 #include "interpreter/operator.h"
 #include "interpreter/scalar.h"
@@ -24,13 +26,17 @@ private:
         int level;
         bool variable;
         int stores;
-        const String* name;    // an untouched literal's
-        bool element = false;  // an element of a matrix
+        const String* name;       // an untouched literal's
+        bool element = false;     // an element of a matrix
+        Variable* aggregate = 0;  // an array's or a struct's prototype, for an entry of no scalar
     };
     bool addReceiver(const EvalStep& step);
     bool addMethod(const EvalStep& step);
     bool addCall(const EvalStep& step);
     bool addFunction(const EvalStep& step);
+    bool addAggregate(const EvalStep& step);
+    bool addElement();
+    bool addMember(const EvalStep& step);
     bool addUnary(const EvalStep& step);
     bool addBinary(const EvalStep& step);
     bool addAssign(const EvalStep& step);
@@ -51,6 +57,7 @@ private:
     const AlgebraVar* receiverType = 0;
     FuncDeclare* method = 0;  // the method waiting for its call
     bool indexed = false;     // an element's indices are on top
+    VarDeclare* member = 0;   // the member waiting for its selection
 };
 
 std::unique_ptr<ScalarPlan> ScalarPlan::compile(const std::vector<EvalStep>& steps, StepsOf stepsOf) {
@@ -99,7 +106,7 @@ bool ScalarPlan::append(const ScalarPlan& part) {
         Operation copy = operation;
         bool numbered = copy.kind == Operation::LOAD || copy.kind == Operation::STEP_VARIABLE ||
                         copy.kind == Operation::BINARY_VARIABLE || copy.kind == Operation::ELEMENT ||
-                        copy.kind == Operation::METHOD;
+                        copy.kind == Operation::METHOD || copy.kind == Operation::LOAD_AGGREGATE;
         if (numbered) copy.index = indexOf(part.variables[std::size_t(operation.index)]);
         operations.push_back(copy);
     }
@@ -127,9 +134,17 @@ void ScalarPlan::Compiler::fresh(int depth) {
 
 bool ScalarPlan::Compiler::add(const EvalStep& step) {
     if (receiver >= 0) return method ? addCall(step) : addMethod(step);
+    if (member) return addMember(step);
     Operation operation{Operation::LOAD, false, step.level, 0, 0, step.value, 0};
-    if (step.kind == EvalStep::VARIABLE && step.level == 0) {
+    if (step.kind == EvalStep::VARIABLE && (step.type == &class_ArrayVar || step.type == &class_GenericVar)) {
+        return addAggregate(step);
+    } else if (step.kind == EvalStep::VARIABLE && step.level == 0) {
         return addReceiver(step);
+    } else if (step.kind == EvalStep::MEMBER && !entries.empty() && entries.back().aggregate) {
+        member = static_cast<VarDeclare*>(step.node);
+        return true;
+    } else if (step.kind == EvalStep::BINARY && step.code == OP_ELEMENT && entries.size() >= 2) {
+        return addElement();
     } else if (step.kind == EvalStep::VARIABLE) {
         operation.index = indexOf(step);
         push(operation, Entry{step.level, true, stores, 0});
@@ -154,6 +169,49 @@ bool ScalarPlan::Compiler::addReceiver(const EvalStep& step) {
     receiver = indexOf(step);
     receiverType = static_cast<const AlgebraVar*>(type);
     return plan.variables.size() <= MAX_VARIABLES;
+}
+
+// An array or a struct, of the class of its declaration, waits for its element or its member.
+bool ScalarPlan::Compiler::addAggregate(const EvalStep& step) {
+    Operation operation{Operation::LOAD_AGGREGATE, false, 0, 0, indexOf(step), 0.0, 0};
+    Entry entry{0, false, stores, 0};
+    entry.aggregate = static_cast<VarDeclare*>(step.node)->getType();
+    push(operation, entry);
+    return entries.size() <= MAX_DEPTH && plan.variables.size() <= MAX_VARIABLES;
+}
+
+// An element of an array by a scalar index, read as the binding of an int parameter reads it: a scalar
+// element is read as a variable is, an array or a struct waits for its own element or member.
+bool ScalarPlan::Compiler::addElement() {
+    const Entry& array = entries[entries.size() - 2];
+    const Entry& index = entries.back();
+    if (!array.aggregate || array.aggregate->isA() != &class_ArrayVar || index.level == 0) return false;
+    fresh(0);
+    Variable* type = static_cast<ArrayVar*>(array.aggregate)->getElementType();
+    int level = ScalarVar::rankOf(type);
+    plan.operations.push_back(Operation{Operation::ELEMENT_OF, false, level, 0, 0, 0.0, 0});
+    entries.pop_back();
+    Entry element{level, level != 0, stores, 0};
+    if (level == 0) element.aggregate = type;
+    entries.back() = element;
+    return true;
+}
+
+// A member of a struct, taken by its selection.
+bool ScalarPlan::Compiler::addMember(const EvalStep& step) {
+    if (step.kind != EvalStep::SELECT || step.code != OP_MEMBER ||
+        entries.back().aggregate->isA() != &class_GenericVar)
+        return false;
+    Variable* type = member->getType();
+    int level = ScalarVar::rankOf(type);
+    Operation operation{Operation::MEMBER_OF, false, level, 0, 0, 0.0, 0};
+    operation.field = member;
+    plan.operations.push_back(operation);
+    Entry value{level, level != 0, stores, 0};
+    if (level == 0) value.aggregate = type;
+    entries.back() = value;
+    member = 0;
+    return true;
 }
 
 // The element method of a matrix, whose indices are expressions of scalars that go on the stack, or a
@@ -228,6 +286,7 @@ bool ScalarPlan::Compiler::addFunction(const EvalStep& step) {
 // comes out; an increment or a decrement is computed by the function of + or -.
 bool ScalarPlan::Compiler::addUnary(const EvalStep& step) {
     int level = entries.back().level;
+    if (level == 0) return false;
     ScalarValue result;
     bool storing;
     double stored;
@@ -257,6 +316,7 @@ bool ScalarPlan::Compiler::addUnary(const EvalStep& step) {
 bool ScalarPlan::Compiler::addBinary(const EvalStep& step) {
     int right = entries.back().level;
     int left = entries[entries.size() - 2].level;
+    if (left == 0 || right == 0) return false;
     int own = (right > left ? right : left) - ScalarVar::CHAR_LEVEL;
     scalarops::Apply apply = step.scalars.apply[own];
     int level = step.scalars.level[own];
@@ -287,6 +347,7 @@ bool ScalarPlan::Compiler::addBinary(const EvalStep& step) {
 bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
     int right = entries.back().level;
     Entry& target = entries[entries.size() - 2];
+    if (right == 0 || target.level == 0) return false;
     scalarops::Apply apply = step.scalars.apply[target.level - ScalarVar::CHAR_LEVEL];
     if (right > target.level || !apply) return false;
     Operation operation{Operation::ASSIGN, false, target.level, step.code, 0, 0.0, 0};
@@ -307,11 +368,13 @@ bool ScalarPlan::Compiler::addAssign(const EvalStep& step) {
 
 // A call alone is left to the evaluator, which names its value; a matrix's element may move during a call.
 bool ScalarPlan::Compiler::finish() {
-    if (entries.empty() || receiver >= 0) return false;
+    if (entries.empty() || receiver >= 0 || member || entries.back().level == 0) return false;
     if (plan.calls) {
         if (plan.operations.size() == 1) return false;
         for (const Operation& operation : plan.operations)
-            if (operation.kind == Operation::ELEMENT || operation.kind == Operation::METHOD) return false;
+            if (operation.kind == Operation::ELEMENT || operation.kind == Operation::METHOD ||
+                operation.kind == Operation::LOAD_AGGREGATE)
+                return false;
     }
     plan.resultElement = entries.back().element;
     const std::vector<Operation>& operations = plan.operations;

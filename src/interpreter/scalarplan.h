@@ -23,7 +23,8 @@ class Variable;
 
 // The plan of an expression whose elements are all variables of the scalar
 // classes, scalar literals, elements A(i, j) of named matrices with indices of
-// such expressions, methods without arguments of numeric variables that answer
+// such expressions, elements a[i] of named arrays and members s.x of named structs (and of their
+// elements and members) down to a scalar, methods without arguments of numeric variables that answer
 // numbers, calls of the program's functions that answer a scalar, and operators that those classes answer
 // directly
 // for the ranks of the declarations: the rank of each result and the function
@@ -94,9 +95,12 @@ private:
             BINARY_VARIABLE,  // the right operand a variable
             ASSIGN,
             COMPOUND,
-            ELEMENT,  // the indices on top replaced by the element of the matrix variable
-            METHOD,   // the number that a method of the variable answers
-            CALL,     // the number that a function of the program answers
+            ELEMENT,         // the indices on top replaced by the element of the matrix variable
+            METHOD,          // the number that a method of the variable answers
+            CALL,            // the number that a function of the program answers
+            LOAD_AGGREGATE,  // an array or a struct variable, which an element or a member follows
+            ELEMENT_OF,      // the index on top and the array below replaced by the element
+            MEMBER_OF,       // the struct on top replaced by its member
             RELOAD_ELEMENT,
             ASSIGN_ELEMENT,
             COMPOUND_ELEMENT,
@@ -113,10 +117,11 @@ private:
         int level;    // the rank of the variable, literal or operand read or stored; BINARY: unused
         int code;     // UNARY: the operator
         int index;  // LOAD, STEP_VARIABLE, BINARY_VARIABLE, ELEMENT, METHOD: the variable; RELOAD: the depth
-        double value;             // NUMBER, BINARY_NUMBER
-        scalarops::Apply apply;   // STEP, STEP_VARIABLE, the BINARY and COMPOUND kinds
-        FuncDeclare* method = 0;  // METHOD
-        FuncCall* call = 0;       // CALL
+        double value;                 // NUMBER, BINARY_NUMBER
+        scalarops::Apply apply;       // STEP, STEP_VARIABLE, the BINARY and COMPOUND kinds
+        FuncDeclare* method = 0;      // METHOD
+        FuncCall* call = 0;           // CALL
+        const VarDeclare* field = 0;  // MEMBER_OF
     };
     struct Used {
         VarDeclare* declaration;

@@ -1,6 +1,7 @@
 // ScalarPlan: the run on plain numbers, in place in the variables and the elements.
 #include <algorithm>
 
+#include "interpreter/arrayvar.h"
 #include "interpreter/evalval.h"
 #include "interpreter/executer.h"
 #include "interpreter/funcdecl.h"
@@ -145,6 +146,23 @@ double ScalarPlan::execute(Executer* executer, Variable* const* found, const std
                 ScalarValue value{operation.level, 0.0};
                 found[operation.index]->execScalarMethod(operation.method, noArguments(), value);
                 stack[++top] = Entry{value.value, 0};
+                break;
+            }
+            case Operation::LOAD_AGGREGATE:
+                stack[++top] = Entry{0.0, found[operation.index]};
+                break;
+            case Operation::ELEMENT_OF: {
+                ArrayVar* array = static_cast<ArrayVar*>(stack[top - 1].variable);
+                Variable* element = array->elementAt(indexValue(stack[top].value));
+                --top;
+                stack[top] =
+                    Entry{operation.level ? EvalValue::valueOf(element, operation.level) : 0.0, element};
+                break;
+            }
+            case Operation::MEMBER_OF: {
+                Variable* member = stack[top].variable->getMemberVar(operation.field);
+                stack[top] =
+                    Entry{operation.level ? EvalValue::valueOf(member, operation.level) : 0.0, member};
                 break;
             }
             case Operation::CALL:

@@ -400,12 +400,15 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
         {"for (int r = 0; r < 5; A(r, 0) = r++) s = s + 1;",
          "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(3) At line 4 on statement "
          "ExprElement A 4 [A (() () r p++ =]"},
+        {"for (int c = 0; c < 5; c++) v[c] = c;",
+         "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement ExprElement v 4 [v c [] "
+         "c =]"},
         {"for (int r = 0; A(r, 0) < 100; r++) s = s + 1;",
          "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(3) At line 4 on statement "
          "ForStatement"},
     };
     for (const Failure& failure : loops) {
-        ProgramRun run = runMain(std::string("Matrix A(3, 3);\nint s = 0;\n") + failure.loop);
+        ProgramRun run = runMain(std::string("Matrix A(3, 3);\nint s = 0, v[3];\n") + failure.loop);
         EXPECT_TRUE(failsWith(run, failure.message)) << run.message;
     }
 }
