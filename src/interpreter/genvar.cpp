@@ -108,7 +108,7 @@ VarDeclare* GenericVar::getMember(const String& memberName) const {
 
 Variable* GenericVar::getMemberVar(const VarDeclare* member) {
     for (int i = fields ? int(fields->size()) - 1 : -1; i >= 0; --i)
-        if (fields->at(i) == member && values) return argumentAt(*values, i);
+        if (fields->atInline(i) == member && values) return argumentAt(*values, i);
     return Variable::getMemberVar(member);
 }
 

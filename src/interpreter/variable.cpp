@@ -217,8 +217,6 @@ Variable* Variable::dereference(Variable* v) {
     return v && v->isA() == &class_VarReference ? static_cast<VarReference*>(v)->getReferred() : v;
 }
 
-Variable* Variable::argumentAt(const OrderedCltn& list, int i) { return static_cast<Variable*>(list.at(i)); }
-
 String Variable::typeList(const OrderedCltn& types) {
     String list("(");
     for (unsigned i = 0; i < types.size(); ++i) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "interpreter/expressn.h"
+#include "quill/orderedc.h"
 #include "quill/quillstr.h"
 
 class Dictionary;
@@ -87,7 +88,9 @@ public:
     void deepenShallowCopy() override;
 
     static Variable* dereference(Variable* v);
-    static Variable* argumentAt(const OrderedCltn& list, int i);
+    static Variable* argumentAt(const OrderedCltn& list, int i) {
+        return static_cast<Variable*>(list.atInline(i));
+    }
     // "(int, float)": the type names of a list of values.
     static String typeList(const OrderedCltn& types);
     // Raises error 18 with "PARSE ERROR" and the message.
