@@ -107,9 +107,21 @@ VarDeclare* GenericVar::getMember(const String& memberName) const {
 }
 
 Variable* GenericVar::getMemberVar(const VarDeclare* member) {
-    for (int i = fields ? int(fields->size()) - 1 : -1; i >= 0; --i)
-        if (fields->atInline(i) == member && values) return argumentAt(*values, i);
+    int i = memberIndex(member);
+    if (i >= 0 && values) return argumentAt(*values, i);
     return Variable::getMemberVar(member);
+}
+
+Variable* GenericVar::memberAt(int index, const VarDeclare* member) {
+    if (values && fields && unsigned(index) < fields->size() && fields->atInline(index) == member)
+        return argumentAt(*values, index);
+    return getMemberVar(member);
+}
+
+int GenericVar::memberIndex(const VarDeclare* member) const {
+    for (int i = fields ? int(fields->size()) - 1 : -1; i >= 0; --i)
+        if (fields->atInline(i) == member) return i;
+    return -1;
 }
 
 String GenericVar::getValueString() const {

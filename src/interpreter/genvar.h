@@ -30,6 +30,10 @@ public:
     void execConstructor(int index, const OrderedCltn& arguments, std::int32_t& errorFlag) override;
     VarDeclare* getMember(const String& memberName) const override;
     Variable* getMemberVar(const VarDeclare* member) override;
+    // The position of the member among the fields, -1 for none; the value of the member at a position
+    // found on a value of the same type, which looks the member up when the position holds another.
+    int memberIndex(const VarDeclare* member) const;
+    Variable* memberAt(int index, const VarDeclare* member);
     String getValueString() const override;
     void printOn(std::ostream& os) const override;
     void deepenShallowCopy() override;

@@ -204,7 +204,8 @@ bool ScalarPlan::Compiler::addMember(const EvalStep& step) {
         return false;
     Variable* type = member->getType();
     int level = ScalarVar::rankOf(type);
-    Operation operation{Operation::MEMBER_OF, false, level, 0, 0, 0.0, 0};
+    int index = static_cast<GenericVar*>(entries.back().aggregate)->memberIndex(member);
+    Operation operation{Operation::MEMBER_OF, false, level, 0, index, 0.0, 0};
     operation.field = member;
     plan.operations.push_back(operation);
     Entry value{level, level != 0, stores, 0};

@@ -116,7 +116,8 @@ private:
         bool before;  // STEP, STEP_VARIABLE: the variable's new value is the result (++i, --i)
         int level;    // the rank of the variable, literal or operand read or stored; BINARY: unused
         int code;     // UNARY: the operator
-        int index;  // LOAD, STEP_VARIABLE, BINARY_VARIABLE, ELEMENT, METHOD: the variable; RELOAD: the depth
+        int index;  // LOAD, STEP_VARIABLE, BINARY_VARIABLE, ELEMENT, METHOD: the variable; RELOAD: the depth;
+                    // MEMBER_OF: the member's position among the fields
         double value;                 // NUMBER, BINARY_NUMBER
         scalarops::Apply apply;       // STEP, STEP_VARIABLE, the BINARY and COMPOUND kinds
         FuncDeclare* method = 0;      // METHOD

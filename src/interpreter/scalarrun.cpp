@@ -5,6 +5,7 @@
 #include "interpreter/evalval.h"
 #include "interpreter/executer.h"
 #include "interpreter/funcdecl.h"
+#include "interpreter/genvar.h"
 #include "interpreter/mtrxvar.h"
 #include "interpreter/scalar.h"
 #include "interpreter/scalarplan.h"
@@ -160,7 +161,8 @@ double ScalarPlan::execute(Executer* executer, Variable* const* found, const std
                 break;
             }
             case Operation::MEMBER_OF: {
-                Variable* member = stack[top].variable->getMemberVar(operation.field);
+                Variable* member =
+                    static_cast<GenericVar*>(stack[top].variable)->memberAt(operation.index, operation.field);
                 stack[top] =
                     Entry{operation.level ? EvalValue::valueOf(member, operation.level) : 0.0, member};
                 break;
