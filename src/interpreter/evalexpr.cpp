@@ -135,6 +135,11 @@ inline Variable* Executer::slotOf(VarDeclare* declaration) {
     return static_cast<Variable*>(found);
 }
 
+const ScalarPlan* Executer::planOf(Expression* expression) {
+    stepsOf(expression);
+    return expression->scalarPlan();
+}
+
 // A plan is made with the steps, on the first evaluation; one that did not fit is not tried again.
 void Executer::evalValue(Expression* expression, EvalValue& result) {
     const ScalarPlan* plan = expression->scalarPlan();

@@ -179,20 +179,19 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
     return result;
 }
 
-// After a first pass has made the plans: a loop whose test (of a char result), body and increment are
-// expressions of scalars runs the rest of its passes as one plan while nothing listens to the statements,
-// whose announcements nobody would hear; nothing a plan does can add a listener or move the places of its
-// variables. False, with nothing done, for any other loop.
+// After a first pass: a loop whose test (of a char result), increment and statements of the body are
+// expressions of scalars, or ifs without else of such a test and such an expression, runs the rest of
+// its passes as one plan while nothing listens to the statements, whose announcements nobody would hear;
+// nothing a plan does can add a listener or move the places of its variables. A block of the body declares
+// nothing, so that its scope would stay empty. False, with nothing done, for any other loop.
 bool Executer::runPlannedLoop(ForStatement* loop) {
     if (cbackData) return false;
     bool tried;
     const ScalarPlan* plan = loop->loopPlan(tried);
     if (!tried) {
-        const ScalarPlan* test = loop->getTest() ? loop->getTest()->scalarPlan() : 0;
-        const ScalarPlan* body = statementPlan(loop->getBody());
-        const ScalarPlan* increment = statementPlan(loop->getIncrement());
-        bool planned = test && body && increment && test->resultRank() == ScalarVar::CHAR_LEVEL;
-        loop->setLoopPlan(planned ? ScalarPlan::compileLoop(*test, *body, *increment) : 0);
+        std::vector<Statement*> parts;
+        std::unique_ptr<ScalarPlan> made = loopPlanOf(loop, parts);
+        loop->setLoopPlan(std::move(made), std::move(parts));
         plan = loop->loopPlan(tried);
     }
     Variable* const* found = plan ? placesOf(*plan) : 0;
@@ -203,14 +202,56 @@ bool Executer::runPlannedLoop(ForStatement* loop) {
     } catch (TarnException* e) {
         // A failure of the test is the loop's own, as it is when the statements run.
         if (part == 0) throw;
-        locate(e, part == 1 ? loop->getBody() : loop->getIncrement());
+        locate(e, loop->planPart(part));
     }
+    return true;
+}
+
+std::unique_ptr<ScalarPlan> Executer::loopPlanOf(ForStatement* loop, std::vector<Statement*>& parts) {
+    const ScalarPlan* test = loop->getTest() ? planOf(loop->getTest()) : 0;
+    const ScalarPlan* increment = statementPlan(loop->getIncrement());
+    if (!test || !increment || test->resultRank() != ScalarVar::CHAR_LEVEL) return 0;
+    std::vector<ScalarPlan::LoopStatement> body;
+    parts.assign(1, loop);
+    if (!addLoopStatements(loop->getBody(), body, parts)) return 0;
+    parts.push_back(loop->getIncrement());
+    return ScalarPlan::compileLoop(*test, body, *increment);
+}
+
+bool Executer::addLoopStatements(Statement* statement, std::vector<ScalarPlan::LoopStatement>& body,
+                                 std::vector<Statement*>& parts) {
+    Class* kind = statement ? statement->isA() : 0;
+    if (kind == &class_BlockOfCode) {
+        const OrderedCltn& code = static_cast<BlockOfCode*>(statement)->getCode();
+        for (unsigned i = 0; i < code.size(); ++i)
+            if (!addLoopStatements(static_cast<Statement*>(code.atInline(int(i))), body, parts)) return false;
+        return true;
+    }
+    if (kind == &class_Statement) return statement->isEmpty();
+    if (kind == &class_ExprElement) {
+        const ScalarPlan* expression = statementPlan(statement);
+        if (!expression) return false;
+        body.push_back({0, expression});
+        parts.push_back(statement);
+        return true;
+    }
+    if (kind != &class_IfStatement) return false;
+    IfStatement* choice = static_cast<IfStatement*>(statement);
+    const ScalarPlan* test = planOf(choice->getTest());
+    const ScalarPlan* expression = statementPlan(choice->getThen());
+    Statement* otherwise = choice->getElse();
+    if (!test || test->resultRank() != ScalarVar::CHAR_LEVEL || !expression ||
+        (otherwise && (otherwise->isA() != &class_Statement || !otherwise->isEmpty())))
+        return false;
+    body.push_back({test, expression});
+    parts.push_back(choice);
+    parts.push_back(choice->getThen());
     return true;
 }
 
 const ScalarPlan* Executer::statementPlan(Statement* statement) {
     if (!statement || statement->isA() != &class_ExprElement) return 0;
-    return static_cast<ExprElement*>(statement)->getExpression()->scalarPlan();
+    return planOf(static_cast<ExprElement*>(statement)->getExpression());
 }
 
 // The test is evaluated outside the scope that the chosen branch gets.

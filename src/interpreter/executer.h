@@ -4,9 +4,11 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <vector>
 
 #include "algebra/algebra.h"
+#include "interpreter/scalarplan.h"
 #include "interpreter/scalarpool.h"
 #include "quill/orderedc.h"
 #include "quill/symbol.h"
@@ -113,8 +115,16 @@ private:
     Variable* execIf(IfStatement* test, Variable* returnType);
     static bool needsScope(Statement* statement);
     bool runPlannedLoop(ForStatement* loop);
-    // The plan of an expression statement that has one, else null.
-    static const ScalarPlan* statementPlan(Statement* statement);
+    // The plan of the loop, and the statement that each part of it runs; null when the loop is of another
+    // kind.
+    std::unique_ptr<ScalarPlan> loopPlanOf(ForStatement* loop, std::vector<Statement*>& parts);
+    // Adds what the statement of a loop's body runs as a plan; false when it cannot run as one.
+    bool addLoopStatements(Statement* statement, std::vector<ScalarPlan::LoopStatement>& body,
+                           std::vector<Statement*>& parts);
+    // The plan of an expression statement that has one, made now if it was never run; else null.
+    const ScalarPlan* statementPlan(Statement* statement);
+    // The expression's plan, made now if the expression was never evaluated; null when it has none.
+    const ScalarPlan* planOf(Expression* expression);
     Variable* execReturn(ReturnStatement* statement, Variable* returnType);
     // The scalar left behind RETURNED_SCALAR, with the name of the function's type.
     Variable* returnScalar(ScalarValue scalar, Variable* returnType);

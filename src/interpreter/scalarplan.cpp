@@ -82,21 +82,36 @@ int ScalarPlan::indexOf(const Used& used) {
     return int(variables.size()) - 1;
 }
 
-std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test, const ScalarPlan& body,
+std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test,
+                                                    const std::vector<LoopStatement>& body,
                                                     const ScalarPlan& increment) {
-    if (test.calls || body.calls || increment.calls) return 0;
+    bool calls = test.calls || increment.calls;
+    for (const LoopStatement& statement : body)
+        calls = calls || statement.expression->calls || (statement.test && statement.test->calls);
+    if (calls) return 0;
     std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
-    Operation mark{Operation::STOP, false, 0, 0, 0, 0.0, 0};
-    plan->operations.push_back(mark);
+    std::vector<Operation>& operations = plan->operations;
+    auto mark = [&](Operation::Kind kind, int index) {
+        operations.push_back(Operation{kind, false, 0, 0, index, 0.0, 0});
+    };
+    mark(Operation::STOP, 0);
     if (!plan->append(test)) return 0;
-    mark.kind = Operation::TEST;
-    plan->operations.push_back(mark);
-    if (!plan->append(body)) return 0;
-    mark.kind = Operation::DROP;
-    plan->operations.push_back(mark);
+    int part = 1;
+    mark(Operation::TEST, part);
+    for (const LoopStatement& statement : body) {
+        std::size_t skip = 0;
+        if (statement.test) {
+            if (!plan->append(*statement.test)) return 0;
+            skip = operations.size();
+            mark(Operation::SKIP, 0);
+            operations[skip].code = ++part;
+        }
+        if (!plan->append(*statement.expression)) return 0;
+        if (statement.test) operations[skip].index = int(operations.size());
+        mark(Operation::DROP, ++part);
+    }
     if (!plan->append(increment)) return 0;
-    mark.kind = Operation::AGAIN;
-    plan->operations.push_back(mark);
+    mark(Operation::AGAIN, 0);
     return plan;
 }
 

@@ -72,12 +72,20 @@ public:
     // any number when a call stopped the executer.
     double number(Executer& executer, Variable* const* found) const;
 
-    // The plan of a loop of three plans: while stopped is not set and the test, of a char result, holds,
-    // the body and then the increment. Null when together they use too many variables, or when one calls a
-    // function.
-    static std::unique_ptr<ScalarPlan> compileLoop(const ScalarPlan& test, const ScalarPlan& body,
+    // A statement of a loop's body: an expression, or (with a test) an expression that runs when the test,
+    // of a char result, holds.
+    struct LoopStatement {
+        const ScalarPlan* test;
+        const ScalarPlan* expression;
+    };
+    // The plan of a loop: while stopped is not set and the test, of a char result, holds, the statements
+    // of the body in order and then the increment. Null when together they use too many variables, or when
+    // one calls a function.
+    static std::unique_ptr<ScalarPlan> compileLoop(const ScalarPlan& test,
+                                                   const std::vector<LoopStatement>& body,
                                                    const ScalarPlan& increment);
-    // part tells, when an operation fails, what was running: 0 the test, 1 the body, 2 the increment.
+    // part tells, when an operation fails, what was running: 0 the test, then a number for each test and
+    // each expression of the body in order, then one for the increment.
     void runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const;
 
 private:
@@ -106,9 +114,12 @@ private:
             COMPOUND_ELEMENT,
             END,
             // A loop's: the end when the stop flag is set; the end when the truth on top is 0, else the
-            // stack emptied; the stack emptied; the first operation again.
+            // stack emptied and the part index running; when the truth on top is 0 the operation at index,
+            // else the stack emptied and the part code running; the stack emptied and the part index
+            // running; the first operation again.
             STOP,
             TEST,
+            SKIP,
             DROP,
             AGAIN
         };

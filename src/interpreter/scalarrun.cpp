@@ -204,11 +204,19 @@ double ScalarPlan::execute(Executer* executer, Variable* const* found, const std
             case Operation::TEST:
                 if (stack[top].value == 0.0) return 0.0;
                 top = -1;
-                *part = 1;
+                *part = operation.index;
+                break;
+            case Operation::SKIP:
+                if (stack[top].value == 0.0) {
+                    next = operations.data() + operation.index;
+                } else {
+                    top = -1;
+                    *part = operation.code;
+                }
                 break;
             case Operation::DROP:
                 top = -1;
-                *part = 2;
+                *part = operation.index;
                 break;
             case Operation::AGAIN:
                 top = -1;

@@ -75,8 +75,9 @@ ForStatement::~ForStatement() noexcept(false) {
     delete increment;
 }
 
-void ForStatement::setLoopPlan(std::unique_ptr<ScalarPlan> made) const {
+void ForStatement::setLoopPlan(std::unique_ptr<ScalarPlan> made, std::vector<Statement*> parts) const {
     plan = std::move(made);
+    planParts = std::move(parts);
     planTried = true;
 }
 

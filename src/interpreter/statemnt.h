@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
+#include <vector>
 
 #include "quill/lookupky.h"
 #include "quill/orderedc.h"
@@ -95,12 +96,13 @@ public:
     Statement* getIncrement() const { return increment; }
     void printOn(std::ostream& os) const override;
     // The executer's plan of the whole loop, made once when the loop is of that kind; tried tells whether
-    // it was looked for.
+    // it was looked for. Each part of the plan that can fail runs a statement: the part's statement.
     const ScalarPlan* loopPlan(bool& tried) const {
         tried = planTried;
         return plan.get();
     }
-    void setLoopPlan(std::unique_ptr<ScalarPlan> made) const;
+    void setLoopPlan(std::unique_ptr<ScalarPlan> made, std::vector<Statement*> parts) const;
+    Statement* planPart(int part) const { return planParts.at(std::size_t(part)); }
 
 private:
     Statement* body;  // all four owned
@@ -108,6 +110,7 @@ private:
     Statement* assign;
     Statement* increment;
     mutable std::unique_ptr<ScalarPlan> plan;
+    mutable std::vector<Statement*> planParts;  // not owned
     mutable bool planTried = false;
 };
 

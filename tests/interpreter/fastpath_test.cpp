@@ -341,6 +341,22 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "15 21 7 16 1.5 3 3 3.25 42"},
+    // A loop whose body is a block of expressions, ifs without else, an inner block and an empty
+    // statement goes on as one plan; the tests hold on some passes only.
+    {"int main() {\n"
+     "    int a[6];\n"
+     "    int odd = 0, big = 0, s = 0;\n"
+     "    for (int i = 0; i < 6; i++) {\n"
+     "        a[i] = i * i;\n"
+     "        if (i % 2 == 1) odd = odd + 1;\n"
+     "        if (a[i] > 8) big += a[i];\n"
+     "        { s = s + a[i]; }\n"
+     "        ;\n"
+     "    }\n"
+     "    cout << odd << \" \" << big << \" \" << s;\n"
+     "    return 0;\n"
+     "}\n",
+     "3 50 55"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -403,6 +419,12 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
         {"for (int c = 0; c < 5; c++) v[c] = c;",
          "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement ExprElement v 4 [v c [] "
          "c =]"},
+        {"for (int c = 0; c < 5; c++) { s = s + 1; if (c > 1) v[c] = c; }",
+         "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement ExprElement v 4 [v c [] "
+         "c =]"},
+        {"for (int c = 0; c < 5; c++) { s = s + 1; if (v[c] > -1) s = s + 2; }",
+         "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement IfStatement IfStatement "
+         "4"},
         {"for (int r = 0; A(r, 0) < 100; r++) s = s + 1;",
          "[PARSE ERROR] [INDEXRANGE] Index out of range: Matrix::operator()(3) At line 4 on statement "
          "ForStatement"},
