@@ -180,7 +180,7 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
 }
 
 // After a first pass: a loop whose test (of a char result), increment and statements of the body are
-// expressions of scalars, or ifs without else of such a test and such an expression, runs the rest of
+// expressions of scalars, or ifs of such a test and such expressions, runs the rest of
 // its passes as one plan while nothing listens to the statements, whose announcements nobody would hear;
 // nothing a plan does can add a listener or move the places of its variables. A block of the body declares
 // nothing, so that its scope would stay empty. False, with nothing done, for any other loop.
@@ -231,7 +231,7 @@ bool Executer::addLoopStatements(Statement* statement, std::vector<ScalarPlan::L
     if (kind == &class_ExprElement) {
         const ScalarPlan* expression = statementPlan(statement);
         if (!expression) return false;
-        body.push_back({0, expression});
+        body.push_back({0, expression, 0});
         parts.push_back(statement);
         return true;
     }
@@ -240,12 +240,14 @@ bool Executer::addLoopStatements(Statement* statement, std::vector<ScalarPlan::L
     const ScalarPlan* test = planOf(choice->getTest());
     const ScalarPlan* expression = statementPlan(choice->getThen());
     Statement* otherwise = choice->getElse();
-    if (!test || test->resultRank() != ScalarVar::CHAR_LEVEL || !expression ||
-        (otherwise && (otherwise->isA() != &class_Statement || !otherwise->isEmpty())))
+    bool none = !otherwise || (otherwise->isA() == &class_Statement && otherwise->isEmpty());
+    const ScalarPlan* other = none ? 0 : statementPlan(otherwise);
+    if (!test || test->resultRank() != ScalarVar::CHAR_LEVEL || !expression || (!none && !other))
         return false;
-    body.push_back({test, expression});
+    body.push_back({test, expression, other});
     parts.push_back(choice);
     parts.push_back(choice->getThen());
+    if (other) parts.push_back(otherwise);
     return true;
 }
 

@@ -87,7 +87,8 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test,
                                                     const ScalarPlan& increment) {
     bool calls = test.calls || increment.calls;
     for (const LoopStatement& statement : body)
-        calls = calls || statement.expression->calls || (statement.test && statement.test->calls);
+        calls = calls || statement.expression->calls || (statement.test && statement.test->calls) ||
+                (statement.otherwise && statement.otherwise->calls);
     if (calls) return 0;
     std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
     std::vector<Operation>& operations = plan->operations;
@@ -107,7 +108,16 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test,
             operations[skip].code = ++part;
         }
         if (!plan->append(*statement.expression)) return 0;
-        if (statement.test) operations[skip].index = int(operations.size());
+        std::size_t jump = operations.size();
+        if (statement.otherwise) {
+            mark(Operation::JUMP, 0);
+            operations[skip].index = int(operations.size());
+            mark(Operation::DROP, ++part);
+            if (!plan->append(*statement.otherwise)) return 0;
+            operations[jump].index = int(operations.size());
+        } else if (statement.test) {
+            operations[skip].index = int(operations.size());
+        }
         mark(Operation::DROP, ++part);
     }
     if (!plan->append(increment)) return 0;

@@ -73,10 +73,11 @@ public:
     double number(Executer& executer, Variable* const* found) const;
 
     // A statement of a loop's body: an expression, or (with a test) an expression that runs when the test,
-    // of a char result, holds.
+    // of a char result, holds, and the other one, if any, that runs when it does not.
     struct LoopStatement {
         const ScalarPlan* test;
         const ScalarPlan* expression;
+        const ScalarPlan* otherwise;
     };
     // The plan of a loop: while stopped is not set and the test, of a char result, holds, the statements
     // of the body in order and then the increment. Null when together they use too many variables, or when
@@ -115,11 +116,12 @@ private:
             END,
             // A loop's: the end when the stop flag is set; the end when the truth on top is 0, else the
             // stack emptied and the part index running; when the truth on top is 0 the operation at index,
-            // else the stack emptied and the part code running; the stack emptied and the part index
-            // running; the first operation again.
+            // else the stack emptied and the part code running; the operation at index; the stack emptied
+            // and the part index running; the first operation again.
             STOP,
             TEST,
             SKIP,
+            JUMP,
             DROP,
             AGAIN
         };

@@ -214,6 +214,9 @@ double ScalarPlan::execute(Executer* executer, Variable* const* found, const std
                     *part = operation.code;
                 }
                 break;
+            case Operation::JUMP:
+                next = operations.data() + operation.index;
+                break;
             case Operation::DROP:
                 top = -1;
                 *part = operation.index;

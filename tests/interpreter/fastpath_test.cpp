@@ -341,8 +341,8 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "15 21 7 16 1.5 3 3 3.25 42"},
-    // A loop whose body is a block of expressions, ifs without else, an inner block and an empty
-    // statement goes on as one plan; the tests hold on some passes only.
+    // Loops whose body is a block of expressions, ifs with and without else, an inner block and an empty
+    // statement go on as one plan; the tests hold on some passes only.
     {"int main() {\n"
      "    int a[6];\n"
      "    int odd = 0, big = 0, s = 0;\n"
@@ -353,10 +353,17 @@ const Case SCALAR_CASES[] = {
      "        { s = s + a[i]; }\n"
      "        ;\n"
      "    }\n"
-     "    cout << odd << \" \" << big << \" \" << s;\n"
+     "    int lo = 0, hi = 0;\n"
+     "    float u = 0;\n"
+     "    for (int j = 0; j < 8; j++) {\n"
+     "        if (j < 4) lo = lo + j; else hi = hi + j;\n"
+     "        u = u + 0.75;\n"
+     "        if (u > 2.0) u = 2.0; else u = u * 1.0;\n"
+     "    }\n"
+     "    cout << odd << \" \" << big << \" \" << s << \" \" << lo << \" \" << hi << \" \" << u;\n"
      "    return 0;\n"
      "}\n",
-     "3 50 55"},
+     "3 50 55 6 22 2"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -420,6 +427,9 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
          "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement ExprElement v 4 [v c [] "
          "c =]"},
         {"for (int c = 0; c < 5; c++) { s = s + 1; if (c > 1) v[c] = c; }",
+         "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement ExprElement v 4 [v c [] "
+         "c =]"},
+        {"for (int c = 0; c < 5; c++) { if (c < 2) s = s + 1; else v[c] = c; }",
          "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement ExprElement v 4 [v c [] "
          "c =]"},
         {"for (int c = 0; c < 5; c++) { s = s + 1; if (v[c] > -1) s = s + 2; }",
