@@ -139,7 +139,7 @@ Variable* Executer::execBlock(BlockOfCode* block, Variable* returnType) {
     Variable* result = 0;
     const OrderedCltn& code = block->getCode();
     for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
-        result = execStatement(static_cast<Statement*>(code.at(int(i))), returnType);
+        result = execStatement(static_cast<Statement*>(code.atInline(int(i))), returnType);
     popScope();
     return result;
 }
