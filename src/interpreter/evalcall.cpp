@@ -116,8 +116,9 @@ inline Variable* Executer::runStatements(FuncDeclare* function, OrderedCltn* fra
     Variable* result = 0;
     const OrderedCltn& code = function->getCode();
     Variable* returnType = function->getType();
-    for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
-        result = execStatement(static_cast<Statement*>(code.atInline(int(i))), returnType);
+    if (!runBodyPlan(function, result))
+        for (unsigned i = 0; i < code.size() && !result && !stopped; ++i)
+            result = execStatement(static_cast<Statement*>(code.atInline(int(i))), returnType);
     frames.pop_back();
     lastFrame = frames.empty() ? 0 : frames.back();
     callees.pop_back();

@@ -251,6 +251,79 @@ bool Executer::addLoopStatements(Statement* statement, std::vector<ScalarPlan::L
     return true;
 }
 
+// A function whose statements are ifs that return a scalar expression when their test holds (their else,
+// if any, another such if or a return), up to a return, every value of a rank the result takes as it
+// stands, runs as one plan while nothing listens to its statements; each part names its statement when it
+// fails, as the statements would.
+bool Executer::runBodyPlan(FuncDeclare* function, Variable*& result) {
+    if (cbackData || stopped) return false;
+    bool tried;
+    const ScalarPlan* plan = function->bodyPlan(tried);
+    if (!tried) {
+        std::vector<Statement*> parts;
+        std::unique_ptr<ScalarPlan> made = bodyPlanOf(function, parts);
+        function->setBodyPlan(std::move(made), std::move(parts));
+        plan = function->bodyPlan(tried);
+    }
+    Variable* const* found = plan ? placesOf(*plan) : 0;
+    if (!found) return false;
+    int part = 0;
+    double value = 0.0;
+    try {
+        value = plan->runBody(*this, found, part);
+    } catch (TarnException* e) {
+        locate(e, function->bodyPart(part));
+    }
+    if (stopped) return true;
+    returnedLevel = function->returnLevel();
+    returnedValue = value;
+    returnedName = &function->getType()->getName();
+    result = RETURNED_SCALAR;
+    return true;
+}
+
+std::unique_ptr<ScalarPlan> Executer::bodyPlanOf(FuncDeclare* function, std::vector<Statement*>& parts) {
+    int level = function->returnLevel();
+    if (level == 0) return 0;
+    std::vector<ScalarPlan::Return> body;
+    const OrderedCltn& code = function->getCode();
+    bool done = false;
+    for (unsigned i = 0; i < code.size() && !done; ++i)
+        if (!addReturn(static_cast<Statement*>(code.atInline(int(i))), level, body, parts, done)) return 0;
+    return done ? ScalarPlan::compileBody(level, body) : 0;
+}
+
+bool Executer::addReturn(Statement* statement, int level, std::vector<ScalarPlan::Return>& body,
+                         std::vector<Statement*>& parts, bool& done) {
+    Class* kind = statement ? statement->isA() : 0;
+    if (kind == &class_Statement) return statement->isEmpty();
+    if (kind == &class_ReturnStatement) {
+        Expression* expression = static_cast<ReturnStatement*>(statement)->getValue(0);
+        const ScalarPlan* value = expression ? planOf(expression) : 0;
+        if (!value || !EvalValue::takes(level, value->resultRank())) return false;
+        body.push_back({0, value});
+        parts.push_back(statement);
+        done = true;
+        return true;
+    }
+    if (kind != &class_IfStatement) return false;
+    IfStatement* choice = static_cast<IfStatement*>(statement);
+    const ScalarPlan* test = planOf(choice->getTest());
+    Statement* then = choice->getThen();
+    if (!test || test->resultRank() != ScalarVar::CHAR_LEVEL || !then ||
+        then->isA() != &class_ReturnStatement)
+        return false;
+    parts.push_back(choice);
+    std::size_t before = body.size();
+    bool returned = false;
+    if (!addReturn(then, level, body, parts, returned)) return false;
+    body[before].test = test;
+    // What the else does when the test fails is what the statements after the if would do.
+    Statement* otherwise = choice->getElse();
+    if (!otherwise || (otherwise->isA() == &class_Statement && otherwise->isEmpty())) return true;
+    return addReturn(otherwise, level, body, parts, done);
+}
+
 const ScalarPlan* Executer::statementPlan(Statement* statement) {
     if (!statement || statement->isA() != &class_ExprElement) return 0;
     return planOf(static_cast<ExprElement*>(statement)->getExpression());

@@ -115,6 +115,14 @@ private:
     Variable* execIf(IfStatement* test, Variable* returnType);
     static bool needsScope(Statement* statement);
     bool runPlannedLoop(ForStatement* loop);
+    // A body of returns of scalars runs as one plan while nothing listens; false, with nothing done, for
+    // any other body.
+    bool runBodyPlan(FuncDeclare* function, Variable*& result);
+    std::unique_ptr<ScalarPlan> bodyPlanOf(FuncDeclare* function, std::vector<Statement*>& parts);
+    // Adds the return that the statement makes to the body's plan; false for a statement of another
+    // kind. A return without a test ends the body: done tells.
+    bool addReturn(Statement* statement, int level, std::vector<ScalarPlan::Return>& body,
+                   std::vector<Statement*>& parts, bool& done);
     // The plan of the loop, and the statement that each part of it runs; null when the loop is of another
     // kind.
     std::unique_ptr<ScalarPlan> loopPlanOf(ForStatement* loop, std::vector<Statement*>& parts);

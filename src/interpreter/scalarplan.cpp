@@ -1,6 +1,8 @@
 // ScalarPlan: the checks that settle each operation for the static ranks, and the plan of a loop.
 #include "interpreter/scalarplan.h"
 
+#include <algorithm>
+
 #include "interpreter/arrayvar.h"
 #include "interpreter/funcdecl.h"
 #include "interpreter/genvar.h"
@@ -122,6 +124,30 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test,
     }
     if (!plan->append(increment)) return 0;
     mark(Operation::AGAIN, 0);
+    return plan;
+}
+
+std::unique_ptr<ScalarPlan> ScalarPlan::compileBody(int level, const std::vector<Return>& body) {
+    std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
+    std::vector<Operation>& operations = plan->operations;
+    int part = 0;
+    for (const Return& statement : body) {
+        std::size_t skip = 0;
+        if (statement.test) {
+            if (!plan->append(*statement.test)) return 0;
+            skip = operations.size();
+            operations.push_back(Operation{Operation::SKIP, false, 0, ++part, 0, 0.0, 0});
+        }
+        if (!plan->append(*statement.value)) return 0;
+        operations.push_back(
+            Operation{Operation::RETURN, false, level, statement.value->resultRank(), 0, 0.0, 0});
+        if (!statement.test) break;
+        operations[skip].index = int(operations.size());
+        operations.push_back(Operation{Operation::DROP, false, 0, 0, ++part, 0.0, 0});
+    }
+    plan->calls = plan->calls || std::any_of(body.begin(), body.end(), [](const Return& r) {
+                      return r.value->calls || (r.test && r.test->calls);
+                  });
     return plan;
 }
 

@@ -89,6 +89,20 @@ public:
     // each expression of the body in order, then one for the increment.
     void runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const;
 
+    // A statement of a function's body: the return of a value, or (with a test) of a value when the test,
+    // of a char result, holds.
+    struct Return {
+        const ScalarPlan* test;
+        const ScalarPlan* value;
+    };
+    // The plan of a body of returns of a function whose result is of the scalar class of rank level,
+    // which takes every value as it stands; the last return has no test. Null when together they use
+    // too many variables.
+    static std::unique_ptr<ScalarPlan> compileBody(int level, const std::vector<Return>& body);
+    // The value returned, of the function's rank; any number when a call stopped the executer. part tells,
+    // when an operation fails, what was running: a number for each test and each value in order.
+    double runBody(Executer& executer, Variable* const* found, int& part) const;
+
 private:
     // A variable or a literal that a binary operator or an increment takes at once is part of it.
     struct Operation {
@@ -123,7 +137,8 @@ private:
             SKIP,
             JUMP,
             DROP,
-            AGAIN
+            AGAIN,
+            RETURN  // a body's: the end, with the number on top of rank code as one of rank level
         };
         Kind kind;
         bool before;  // STEP, STEP_VARIABLE: the variable's new value is the result (++i, --i)

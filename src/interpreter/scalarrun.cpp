@@ -58,6 +58,10 @@ double ScalarPlan::withLiteral(Variable* const* found) const {
     return binary.apply(EvalValue::valueOf(found[load.index], load.level), binary.value);
 }
 
+double ScalarPlan::runBody(Executer& executer, Variable* const* found, int& part) const {
+    return execute(&executer, found, 0, &part, 0);
+}
+
 void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped, int& part) const {
     execute(0, found, &stopped, &part, 0);
 }
@@ -221,6 +225,10 @@ double ScalarPlan::execute(Executer* executer, Variable* const* found, const std
                 top = -1;
                 *part = operation.index;
                 break;
+            case Operation::RETURN:
+                return operation.code == operation.level
+                           ? stack[top].value
+                           : ScalarVar::fitTo(operation.level, stack[top].value);
             case Operation::AGAIN:
                 top = -1;
                 *part = 0;

@@ -364,6 +364,25 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "3 50 55 6 22 2"},
+    // Functions whose body is a chain of returns run as one plan: else-if chains, a char result, a float
+    // value returned by an int function, recursions of one and of two calls.
+    {"int sign(float x) { if (x > 0) return 1; else if (x < 0) return -1; return 0; }\n"
+     "float clip(float x, float m) { if (x > m) return m; else if (x < -m) return -m; else return x; }\n"
+     "char grade(int s) { if (s > 90) return 'A'; if (s > 50) return 'B'; return 'C'; }\n"
+     "int gcd(int a, int b) { if (b == 0) return a; return gcd(b, a % b); }\n"
+     "int thrice(float x) { return x * 3; }\n"
+     "int ack(int m, int n) { if (m == 0) return n + 1; if (n == 0) return ack(m - 1, 1); return ack(m - 1, "
+     "ack(m, n - 1)); }\n"
+     "int main() {\n"
+     "    cout << sign(-2.5) << sign(0) << sign(3) << \" \" << clip(5, 2) << \" \" << clip(-7, 2) << \" \" "
+     "<< "
+     "clip(0.5, 2);\n"
+     "    cout << \" \" << grade(95) << grade(60) << grade(10) << \" \" << gcd(84, 36) << \" \" << "
+     "thrice(1.9) "
+     "<< \" \" << ack(2, 3);\n"
+     "    return 0;\n"
+     "}\n",
+     "-101 2 -2 0.5 ABC 12 5 9"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -411,6 +430,21 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
         EXPECT_TRUE(failsWith(run, "[SYSERR] System Signal")) << run.message;
         EXPECT_EQ(run.out, "3") << body;
     }
+    // A body that runs as a plan names the statement that failed: the if of a test, the return of a value.
+    ProgramRun inTest = runText(
+        "int g[3];\nint at(int i) { if (g[i] > 5) return 0; return g[i + 1]; }\n"
+        "int main() {\n    cout << at(0);\n    cout << at(3);\n    return 0;\n}\n");
+    EXPECT_TRUE(failsWith(inTest,
+                          "[PARSE ERROR] Run time error, index 3 out of range At line 2 on statement "
+                          "IfStatement IfStatement 2"))
+        << inTest.message;
+    ProgramRun inValue = runText(
+        "int g[3];\nint at(int i) { if (i > 1) return g[i + 1]; return g[i]; }\n"
+        "int main() {\n    cout << at(1);\n    cout << at(2);\n    return 0;\n}\n");
+    EXPECT_TRUE(failsWith(inValue,
+                          "[PARSE ERROR] Run time error, index 3 out of range At line 2 on statement "
+                          "ReturnStatement Return 2 [g i 1 + []]"))
+        << inValue.message;
     // A loop that goes on as a plan names the statement that failed, or itself for its test.
     struct Failure {
         const char* loop;
