@@ -180,10 +180,10 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
 }
 
 // After a first pass: a loop whose test (of a char result), increment and statements of the body are
-// expressions of scalars, or ifs of such a test and such expressions, runs the rest of
-// its passes as one plan while nothing listens to the statements, whose announcements nobody would hear;
-// nothing a plan does can add a listener or move the places of its variables. A block of the body declares
-// nothing, so that its scope would stay empty. False, with nothing done, for any other loop.
+// expressions of scalars, or ifs of such a test and such expressions (or a break or a continue), runs the
+// rest of its passes as one plan while nothing listens to the statements, whose announcements nobody would
+// hear; nothing a plan does can add a listener or move the places of its variables. A block of the body
+// declares nothing, so that its scope would stay empty. False, with nothing done, for any other loop.
 bool Executer::runPlannedLoop(ForStatement* loop) {
     if (cbackData) return false;
     bool tried;
@@ -231,20 +231,27 @@ bool Executer::addLoopStatements(Statement* statement, std::vector<ScalarPlan::L
     if (kind == &class_ExprElement) {
         const ScalarPlan* expression = statementPlan(statement);
         if (!expression) return false;
-        body.push_back({0, expression, 0});
+        body.push_back({0, expression, 0, ScalarPlan::NO_EXIT});
         parts.push_back(statement);
         return true;
     }
     if (kind != &class_IfStatement) return false;
     IfStatement* choice = static_cast<IfStatement*>(statement);
     const ScalarPlan* test = planOf(choice->getTest());
-    const ScalarPlan* expression = statementPlan(choice->getThen());
+    Statement* then = choice->getThen();
+    const ScalarPlan* expression = statementPlan(then);
     Statement* otherwise = choice->getElse();
     bool none = !otherwise || (otherwise->isA() == &class_Statement && otherwise->isEmpty());
     const ScalarPlan* other = none ? 0 : statementPlan(otherwise);
-    if (!test || test->resultRank() != ScalarVar::CHAR_LEVEL || !expression || (!none && !other))
+    ScalarPlan::LoopExit exit = ScalarPlan::NO_EXIT;
+    if (then && then->isA() == &class_Statement && none)
+        exit = then->isBreak()      ? ScalarPlan::BREAK_LOOP
+               : then->isContinue() ? ScalarPlan::CONTINUE_LOOP
+                                    : exit;
+    if (!test || test->resultRank() != ScalarVar::CHAR_LEVEL ||
+        (!expression && exit == ScalarPlan::NO_EXIT) || (!none && !other))
         return false;
-    body.push_back({test, expression, other});
+    body.push_back({test, expression, other, exit});
     parts.push_back(choice);
     parts.push_back(choice->getThen());
     if (other) parts.push_back(otherwise);

@@ -89,7 +89,8 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test,
                                                     const ScalarPlan& increment) {
     bool calls = test.calls || increment.calls;
     for (const LoopStatement& statement : body)
-        calls = calls || statement.expression->calls || (statement.test && statement.test->calls) ||
+        calls = calls || (statement.expression && statement.expression->calls) ||
+                (statement.test && statement.test->calls) ||
                 (statement.otherwise && statement.otherwise->calls);
     if (calls) return 0;
     std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
@@ -101,6 +102,7 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test,
     if (!plan->append(test)) return 0;
     int part = 1;
     mark(Operation::TEST, part);
+    std::vector<std::size_t> continues;  // the jumps to the end of the pass
     for (const LoopStatement& statement : body) {
         std::size_t skip = 0;
         if (statement.test) {
@@ -109,7 +111,14 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test,
             mark(Operation::SKIP, 0);
             operations[skip].code = ++part;
         }
-        if (!plan->append(*statement.expression)) return 0;
+        if (statement.exit == BREAK_LOOP) {
+            mark(Operation::BREAK, 0);
+        } else if (statement.exit == CONTINUE_LOOP) {
+            continues.push_back(operations.size());
+            mark(Operation::JUMP, 0);
+        } else if (!plan->append(*statement.expression)) {
+            return 0;
+        }
         std::size_t jump = operations.size();
         if (statement.otherwise) {
             mark(Operation::JUMP, 0);
@@ -122,6 +131,8 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test,
         }
         mark(Operation::DROP, ++part);
     }
+    // A pass that continues goes to the last drop, which names the increment as running.
+    for (std::size_t jump : continues) operations[jump].index = int(operations.size()) - 1;
     if (!plan->append(increment)) return 0;
     mark(Operation::AGAIN, 0);
     return plan;

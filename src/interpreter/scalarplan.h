@@ -73,11 +73,14 @@ public:
     double number(Executer& executer, Variable* const* found) const;
 
     // A statement of a loop's body: an expression, or (with a test) an expression that runs when the test,
-    // of a char result, holds, and the other one, if any, that runs when it does not.
+    // of a char result, holds, and the other one, if any, that runs when it does not. Instead of the
+    // expression, a test may end the loop or its pass.
+    enum LoopExit { NO_EXIT, BREAK_LOOP, CONTINUE_LOOP };
     struct LoopStatement {
         const ScalarPlan* test;
         const ScalarPlan* expression;
         const ScalarPlan* otherwise;
+        LoopExit exit;
     };
     // The plan of a loop: while stopped is not set and the test, of a char result, holds, the statements
     // of the body in order and then the increment. Null when together they use too many variables, or when
@@ -138,6 +141,7 @@ private:
             JUMP,
             DROP,
             AGAIN,
+            BREAK,  // the end of the loop
             RETURN  // a body's: the end, with the number on top of rank code as one of rank level
         };
         Kind kind;

@@ -103,6 +103,7 @@ double ScalarPlan::execute(Executer* executer, Variable* const* found, const std
                                  &&on_JUMP,
                                  &&on_DROP,
                                  &&on_AGAIN,
+                                 &&on_BREAK,
                                  &&on_RETURN};
     static_assert(sizeof code / sizeof code[0] == Operation::RETURN + 1, "an operation without its code");
 #define NEXT_OPERATION               \
@@ -255,6 +256,8 @@ on_DROP:
     top = -1;
     *part = operation->index;
     NEXT_OPERATION;
+on_BREAK:
+    return 0.0;
 on_RETURN:
     return operation->code == operation->level ? stack[top].value
                                                : ScalarVar::fitTo(operation->level, stack[top].value);

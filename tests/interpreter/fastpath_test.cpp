@@ -383,6 +383,25 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "-101 2 -2 0.5 ABC 12 5 9"},
+    // Loops of plans left by a break, and passes cut short by a continue, on later passes.
+    {"int main() {\n"
+     "    int s = 0, n = 0;\n"
+     "    for (int i = 0; i < 100000; i++) {\n"
+     "        s = s + i % 7;\n"
+     "        if (s > 1000) break;\n"
+     "        n++;\n"
+     "    }\n"
+     "    int odd = 0, t = 0;\n"
+     "    for (int j = 0; j < 20; j++) {\n"
+     "        if (j % 2 == 0) continue;\n"
+     "        odd = odd + j;\n"
+     "        if (odd > 50) break;\n"
+     "        t++;\n"
+     "    }\n"
+     "    cout << s << \" \" << n << \" \" << odd << \" \" << t;\n"
+     "    return 0;\n"
+     "}\n",
+     "1002 334 64 7"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -461,6 +480,9 @@ TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
          "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement ExprElement v 4 [v c [] "
          "c =]"},
         {"for (int c = 0; c < 5; c++) { s = s + 1; if (c > 1) v[c] = c; }",
+         "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement ExprElement v 4 [v c [] "
+         "c =]"},
+        {"for (int c = 0; c < 5; c++) { if (c == 1) continue; v[c] = c; }",
          "[PARSE ERROR] Run time error, index 3 out of range At line 4 on statement ExprElement v 4 [v c [] "
          "c =]"},
         {"for (int c = 0; c < 5; c++) { if (c < 2) s = s + 1; else v[c] = c; }",
