@@ -103,16 +103,21 @@ void ArrayVar::execConstructor(int index, const OrderedCltn& arguments, std::int
         Variable::execConstructor(index, arguments, errorFlag);
         return;
     }
-    if (elements) deleteValuesFromLast(*elements);
-    delete elements;
-    elements = new OrderedCltn(unsigned(size > 0 ? size : 1));
-    OrderedCltn none(1);
-    for (int i = 0; i < size; ++i) {
-        Variable* e = elementType->clone();
-        elements->add(*e);
-        e->execConstructor(0, none, errorFlag);
+    const ArrayVar* from = index == 1 ? static_cast<ArrayVar*>(dereference(argumentAt(arguments, 0))) : 0;
+    // An array already built takes the copy in place: its elements stay where they are, so that what an
+    // evaluation holds of them goes on holding them.
+    if (!from || !elements) {
+        if (elements) deleteValuesFromLast(*elements);
+        delete elements;
+        elements = new OrderedCltn(unsigned(size > 0 ? size : 1));
+        OrderedCltn none(1);
+        for (int i = 0; i < size; ++i) {
+            Variable* e = elementType->clone();
+            elements->add(*e);
+            e->execConstructor(0, none, errorFlag);
+        }
     }
-    if (index == 1) copyElements(*static_cast<ArrayVar*>(dereference(argumentAt(arguments, 0))), errorFlag);
+    if (from) copyElements(*from, errorFlag);
 }
 
 FuncDeclare* ArrayVar::getMethod(const String& methodName, const OrderedCltn& types) const {

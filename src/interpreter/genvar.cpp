@@ -93,11 +93,16 @@ void GenericVar::execConstructor(int index, const OrderedCltn& arguments, std::i
         Variable::execConstructor(index, arguments, errorFlag);
         return;
     }
-    deleteValues();
-    values = new OrderedCltn(fields ? fields->size() + 1 : 1);
-    for (unsigned i = 0; fields && i < fields->size(); ++i)
-        values->add(*static_cast<FieldDeclare*>(fields->at(int(i)))->buildValue(errorFlag));
-    if (index == 1) copyValues(*static_cast<GenericVar*>(dereference(argumentAt(arguments, 0))), errorFlag);
+    const GenericVar* from = index == 1 ? static_cast<GenericVar*>(dereference(argumentAt(arguments, 0))) : 0;
+    // A value already built takes the copy in place: its members stay where they are, so that what an
+    // evaluation holds of them goes on holding them.
+    if (!from || !values) {
+        deleteValues();
+        values = new OrderedCltn(fields ? fields->size() + 1 : 1);
+        for (unsigned i = 0; fields && i < fields->size(); ++i)
+            values->add(*static_cast<FieldDeclare*>(fields->at(int(i)))->buildValue(errorFlag));
+    }
+    if (from) copyValues(*from, errorFlag);
 }
 
 VarDeclare* GenericVar::getMember(const String& memberName) const {

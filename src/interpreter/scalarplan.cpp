@@ -163,6 +163,7 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileBody(int level, const std::vector
 }
 
 bool ScalarPlan::append(const ScalarPlan& part) {
+    depth = std::max(depth, part.depth);
     for (const Operation& operation : part.operations) {
         if (operation.kind == Operation::END) break;
         Operation copy = operation;
@@ -178,6 +179,7 @@ bool ScalarPlan::append(const ScalarPlan& part) {
 void ScalarPlan::Compiler::push(Operation operation, Entry entry) {
     plan.operations.push_back(operation);
     entries.push_back(entry);
+    plan.depth = std::max(plan.depth, int(entries.size()));
 }
 
 const ScalarPlan::Operation* ScalarPlan::Compiler::lastPush() const {

@@ -37,6 +37,8 @@ class Variable;
 class ScalarPlan {
 public:
     enum { MAX_VARIABLES = 16, MAX_DEPTH = 32 };
+    // An entry of a run's stack.
+    struct Entry;
 
     // The steps of an expression, made on demand: an element's indices are expressions of their own.
     typedef const std::vector<EvalStep>& (*StepsOf)(const Expression* expression);
@@ -167,6 +169,9 @@ private:
     // The result's number, which also goes into result when there is one; 0 when the run ended early.
     double execute(Executer* executer, Variable* const* found, const std::int32_t* stopped, int* part,
                    EvalValue* result) const;
+    // The same on a stack of at least depth entries.
+    double runOn(Entry* stack, Executer* executer, Variable* const* found, const std::int32_t* stopped,
+                 int* part, EvalValue* result) const;
     double withLiteral(Variable* const* found) const;
 
     std::vector<Operation> operations;
@@ -182,6 +187,7 @@ private:
     bool outermost = false;
     // A call may run this plan again, in a recursion, and fill its places anew: the run keeps its own.
     bool calls = false;
+    int depth = 0;  // the most entries the run's stack holds at once
     mutable std::uint64_t placesMark = 0;
     mutable Variable* places[MAX_VARIABLES];
 };

@@ -1,4 +1,6 @@
 // ScalarPlan: the run on plain numbers, in place in the variables and the elements.
+#include <alloca.h>
+
 #include <algorithm>
 
 #include "interpreter/arrayvar.h"
@@ -10,16 +12,18 @@
 #include "interpreter/scalar.h"
 #include "interpreter/scalarplan.h"
 
-namespace {
-
 // An entry of the stack: its value, and the variable or the element it was read from, if any.
-struct Entry {
+struct ScalarPlan::Entry {
     double value;
     union {
         Variable* variable;
         double* place;
     };
 };
+
+namespace {
+
+typedef ScalarPlan::Entry Entry;
 
 int indexValue(double x) { return int(ScalarVar::fitTo(ScalarVar::INT_LEVEL, x)); }
 
@@ -66,11 +70,19 @@ void ScalarPlan::runLoop(Variable* const* found, const std::int32_t& stopped, in
     execute(0, found, &stopped, &part, 0);
 }
 
+// A plan may run again at each level of a recursion, whose depth is what the thread's stack gives: its
+// stack, and the copy of its places that a plan that calls keeps, take no more than it needs.
 double ScalarPlan::execute(Executer* executer, Variable* const* found, const std::int32_t* stopped, int* part,
                            EvalValue* result) const {
-    Variable* own[MAX_VARIABLES];
-    if (calls) found = std::copy(found, found + variables.size(), own) - variables.size();
-    Entry stack[MAX_DEPTH];
+    Entry* stack = static_cast<Entry*>(alloca(sizeof(Entry) * std::size_t(depth + 1)));
+    if (!calls) return runOn(stack, executer, found, stopped, part, result);
+    Variable** own = static_cast<Variable**>(alloca(sizeof(Variable*) * (variables.size() + 1)));
+    std::copy(found, found + variables.size(), own);
+    return runOn(stack, executer, own, stopped, part, result);
+}
+
+double ScalarPlan::runOn(Entry* stack, Executer* executer, Variable* const* found,
+                         const std::int32_t* stopped, int* part, EvalValue* result) const {
     int top = -1;
     const Operation* next = operations.data();
     const Operation* operation;

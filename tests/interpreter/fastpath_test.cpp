@@ -402,6 +402,26 @@ const Case SCALAR_CASES[] = {
      "    return 0;\n"
      "}\n",
      "1002 334 64 7"},
+    // A struct or an array assigned whole while an expression holds one of its members or elements: the
+    // copy goes into the members in place, and the expression reads the new value.
+    {"struct P { int n = 1; int v[3]; };\n"
+     "struct Q { P b[2]; };\n"
+     "Q gq, gr;\n"
+     "int reset() { gq = gr; return 5; }\n"
+     "int first(P p) { return p.n; }\n"
+     "int main() {\n"
+     "    gq.b[1].n = 40;\n"
+     "    gr.b[1].n = 7;\n"
+     "    int x = gq.b[1].n + reset();\n"
+     "    P s, t;\n"
+     "    s.v[1] = 3;\n"
+     "    t.v[1] = 4;\n"
+     "    t.n = 20;\n"
+     "    int y = s.v[1] + first(s = t);\n"
+     "    cout << x << \" \" << gq.b[1].n << \" \" << y << \" \" << s.v[1];\n"
+     "    return 0;\n"
+     "}\n",
+     "12 7 24 4"},
 };
 
 TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
@@ -410,6 +430,23 @@ TEST(FastPathTest, scalarsComeOutAsTheValuesComputeThem) {
         EXPECT_EQ(run.message, "") << c.program;
         EXPECT_EQ(run.out, c.out) << c.program;
     }
+}
+
+// Recursions as deep as the interpreter took them before its plans, of a body that runs as a plan and of
+// one that does not: a level of either must not take more of the stack. The sanitizers' frames are larger.
+TEST(FastPathTest, deepRecursionsKeepTheirRoom) {
+#if TARN_SANITIZED
+    const char* depth = "5000";
+#else
+    const char* depth = "50000";
+#endif
+    ProgramRun run = runText(std::string("int down(int n) { if (n < 1) return 0; return down(n - 1) + 1; }\n"
+                                         "int walk(int n) {\n    int k = n * 2;\n    if (n < 1) return 0;\n"
+                                         "    return walk(n - 1) + 1;\n}\n"
+                                         "int main() {\n    cout << down(") +
+                             depth + ") << \" \" << walk(" + depth + ");\n    return 0;\n}\n");
+    EXPECT_EQ(run.message, "");
+    EXPECT_EQ(run.out, std::string(depth) + " " + depth);
 }
 
 TEST(FastPathTest, failuresOfScalarsKeepTheirMessages) {
