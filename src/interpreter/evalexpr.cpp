@@ -25,7 +25,7 @@
 // and the next element takes its place. Kept here for the usual depth; an
 // expression has at most as many values as elements.
 struct Executer::EvalState {
-    enum { NEAR = 32 };
+    enum { NEAR = 16 };
     Executer& executer;
     alignas(EvalValue) unsigned char near[NEAR * sizeof(EvalValue)];  // made as the stack grows
     std::vector<EvalValue> far;
