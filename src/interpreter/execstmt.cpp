@@ -179,6 +179,18 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
     return result;
 }
 
+// The plan kept, which make makes on the first look with the statement of each part.
+template <typename Make>
+const ScalarPlan* Executer::keptPlan(KeptPlan& kept, Make make) {
+    bool tried;
+    const ScalarPlan* plan = kept.get(tried);
+    if (tried) return plan;
+    std::vector<Statement*> parts;
+    std::unique_ptr<ScalarPlan> made = make(parts);
+    kept.set(std::move(made), std::move(parts));
+    return kept.get(tried);
+}
+
 // After a first pass: a loop whose test (of a char result), increment and statements of the body are
 // expressions of scalars, or ifs of such a test and such expressions (or a break or a continue), runs the
 // rest of its passes as one plan while nothing listens to the statements, whose announcements nobody would
@@ -186,14 +198,9 @@ Variable* Executer::execFor(ForStatement* loop, Variable* returnType) {
 // declares nothing, so that its scope would stay empty. False, with nothing done, for any other loop.
 bool Executer::runPlannedLoop(ForStatement* loop) {
     if (cbackData) return false;
-    bool tried;
-    const ScalarPlan* plan = loop->loopPlan(tried);
-    if (!tried) {
-        std::vector<Statement*> parts;
-        std::unique_ptr<ScalarPlan> made = loopPlanOf(loop, parts);
-        loop->setLoopPlan(std::move(made), std::move(parts));
-        plan = loop->loopPlan(tried);
-    }
+    KeptPlan& kept = loop->loopPlan();
+    const ScalarPlan* plan =
+        keptPlan(kept, [&](std::vector<Statement*>& parts) { return loopPlanOf(loop, parts); });
     Variable* const* found = plan ? placesOf(*plan) : 0;
     if (!found) return false;
     int part = 0;
@@ -202,7 +209,7 @@ bool Executer::runPlannedLoop(ForStatement* loop) {
     } catch (TarnException* e) {
         // A failure of the test is the loop's own, as it is when the statements run.
         if (part == 0) throw;
-        locate(e, loop->planPart(part));
+        locate(e, kept.part(part));
     }
     return true;
 }
@@ -264,14 +271,9 @@ bool Executer::addLoopStatements(Statement* statement, std::vector<ScalarPlan::L
 // fails, as the statements would.
 bool Executer::runBodyPlan(FuncDeclare* function, Variable*& result) {
     if (cbackData || stopped) return false;
-    bool tried;
-    const ScalarPlan* plan = function->bodyPlan(tried);
-    if (!tried) {
-        std::vector<Statement*> parts;
-        std::unique_ptr<ScalarPlan> made = bodyPlanOf(function, parts);
-        function->setBodyPlan(std::move(made), std::move(parts));
-        plan = function->bodyPlan(tried);
-    }
+    KeptPlan& kept = function->bodyPlan();
+    const ScalarPlan* plan =
+        keptPlan(kept, [&](std::vector<Statement*>& parts) { return bodyPlanOf(function, parts); });
     Variable* const* found = plan ? placesOf(*plan) : 0;
     if (!found) return false;
     int part = 0;
@@ -279,7 +281,7 @@ bool Executer::runBodyPlan(FuncDeclare* function, Variable*& result) {
     try {
         value = plan->runBody(*this, found, part);
     } catch (TarnException* e) {
-        locate(e, function->bodyPart(part));
+        locate(e, kept.part(part));
     }
     if (stopped) return true;
     returnedLevel = function->returnLevel();

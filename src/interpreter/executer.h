@@ -20,6 +20,7 @@ struct ScalarValue;
 struct EvalStep;
 class Expression;
 class FuncCall;
+class KeptPlan;
 class FuncDeclare;
 class ListOfElement;
 class MatrixVar;
@@ -114,6 +115,8 @@ private:
     Variable* execFor(ForStatement* loop, Variable* returnType);
     Variable* execIf(IfStatement* test, Variable* returnType);
     static bool needsScope(Statement* statement);
+    template <typename Make>
+    const ScalarPlan* keptPlan(KeptPlan& kept, Make make);
     bool runPlannedLoop(ForStatement* loop);
     // A body of returns of scalars runs as one plan while nothing listens; false, with nothing done, for
     // any other body.

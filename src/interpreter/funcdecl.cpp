@@ -2,12 +2,10 @@
 #include "interpreter/funcdecl.h"
 
 #include <ostream>
-#include <utility>
 
 #include "interpreter/cleanup.h"
 #include "interpreter/expressn.h"
 #include "interpreter/scalar.h"
-#include "interpreter/scalarplan.h"
 #include "interpreter/vardecl.h"
 #include "interpreter/variable.h"
 
@@ -38,20 +36,8 @@ void FuncDeclare::swapArguments(FuncDeclare* other) {
     OrderedCltn* mine = arguments;
     arguments = other->arguments;
     other->arguments = mine;
-    forgetBodyPlan();
-    other->forgetBodyPlan();
-}
-
-void FuncDeclare::setBodyPlan(std::unique_ptr<ScalarPlan> made, std::vector<Statement*> parts) const {
-    plan = std::move(made);
-    bodyParts = std::move(parts);
-    bodyPlanTried = true;
-}
-
-void FuncDeclare::forgetBodyPlan() {
-    plan.reset();
-    bodyParts.clear();
-    bodyPlanTried = false;
+    plan.forget();
+    other->plan.forget();
 }
 
 String FuncDeclare::signature() const {

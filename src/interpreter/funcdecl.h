@@ -2,14 +2,10 @@
 #ifndef INTERPRETER_FUNCDECL_H
 #define INTERPRETER_FUNCDECL_H
 
-#include <memory>
-#include <vector>
-
 #include "interpreter/codeelem.h"
 #include "interpreter/expressn.h"
+#include "interpreter/keptplan.h"
 #include "interpreter/vardecl.h"
-
-class ScalarPlan;
 
 extern Class class_FuncDeclare;
 extern Class class_FuncCall;
@@ -32,22 +28,16 @@ public:
     VarDeclare* getArgument(int i) const { return static_cast<VarDeclare*>(arguments->atInline(i)); }
     void addStatement(Statement* statement) {
         code.add(*statement);
-        forgetBodyPlan();
+        plan.forget();
     }
     const OrderedCltn& getCode() const { return code; }
     // Destroys the statements, for a definition that replaces an earlier one.
     void clearCode() {
         code.deleteContents();
-        forgetBodyPlan();
+        plan.forget();
     }
-    // The executer's plan of the whole body, made once when the body is of that kind; tried tells whether
-    // it was looked for. Each part of the plan that can fail runs a statement: the part's statement.
-    const ScalarPlan* bodyPlan(bool& tried) const {
-        tried = bodyPlanTried;
-        return plan.get();
-    }
-    void setBodyPlan(std::unique_ptr<ScalarPlan> made, std::vector<Statement*> parts) const;
-    Statement* bodyPart(int part) const { return bodyParts.at(std::size_t(part)); }
+    // The executer's plan of the whole body, made once when the body is of that kind.
+    KeptPlan& bodyPlan() const { return plan; }
     // Exchanges the parameter lists: a prototype, which earlier calls point to,
     // takes the parameters of its definition.
     void swapArguments(FuncDeclare* other);
@@ -58,15 +48,12 @@ public:
 
 private:
     int findReturnLevel() const;
-    void forgetBodyPlan();
 
     Variable* returnType;                  // a prototype, not owned
     OrderedCltn* arguments;                // VarDeclare, owned; may be null
     OrderedCltn code;                      // owned statements
     mutable std::int32_t returnTypeLevel;  // -1 until found
-    mutable std::unique_ptr<ScalarPlan> plan;
-    mutable std::vector<Statement*> bodyParts;  // not owned
-    mutable bool bodyPlanTried = false;
+    mutable KeptPlan plan;
 };
 
 class FuncCall : public CodeElement {

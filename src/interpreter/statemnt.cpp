@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "interpreter/expressn.h"
-#include "interpreter/scalarplan.h"
 #include "quill/indent.h"
 
 DEFINE_CLASS(Statement, LookupKey, 1, 0)
@@ -73,12 +72,6 @@ ForStatement::~ForStatement() noexcept(false) {
     delete test;
     delete assign;
     delete increment;
-}
-
-void ForStatement::setLoopPlan(std::unique_ptr<ScalarPlan> made, std::vector<Statement*> parts) const {
-    plan = std::move(made);
-    planParts = std::move(parts);
-    planTried = true;
 }
 
 namespace {

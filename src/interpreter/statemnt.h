@@ -4,15 +4,13 @@
 
 #include <cstdint>
 #include <iosfwd>
-#include <memory>
-#include <vector>
 
+#include "interpreter/keptplan.h"
 #include "quill/lookupky.h"
 #include "quill/orderedc.h"
 #include "quill/quillstr.h"
 
 class Expression;
-class ScalarPlan;
 
 extern Class class_Statement;
 extern Class class_BaseStatement;
@@ -95,23 +93,15 @@ public:
     Statement* getAssign() const { return assign; }
     Statement* getIncrement() const { return increment; }
     void printOn(std::ostream& os) const override;
-    // The executer's plan of the whole loop, made once when the loop is of that kind; tried tells whether
-    // it was looked for. Each part of the plan that can fail runs a statement: the part's statement.
-    const ScalarPlan* loopPlan(bool& tried) const {
-        tried = planTried;
-        return plan.get();
-    }
-    void setLoopPlan(std::unique_ptr<ScalarPlan> made, std::vector<Statement*> parts) const;
-    Statement* planPart(int part) const { return planParts.at(std::size_t(part)); }
+    // The executer's plan of the whole loop, made once when the loop is of that kind.
+    KeptPlan& loopPlan() const { return plan; }
 
 private:
     Statement* body;  // all four owned
     Expression* test;
     Statement* assign;
     Statement* increment;
-    mutable std::unique_ptr<ScalarPlan> plan;
-    mutable std::vector<Statement*> planParts;  // not owned
-    mutable bool planTried = false;
+    mutable KeptPlan plan;
 };
 
 class IfStatement : public BaseStatement {
