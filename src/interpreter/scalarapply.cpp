@@ -1,6 +1,8 @@
 // The binary operations of the scalar classes, one function per operator and rank of the result.
 #include "interpreter/scalarapply.h"
 
+#include <type_traits>
+
 #include "interpreter/scalar.h"
 
 namespace scalarops {
@@ -35,73 +37,28 @@ Apply integerOf(int level) {
                                           : &integerApply<OP, ScalarVar::INT_LEVEL>;
 }
 
+// The function that make gives for op when op is one of OPS, else null; make takes the operator as a
+// compile-time constant.
+template <int... OPS, typename Make>
+Apply among(int op, Make make) {
+    Apply found = 0;
+    ((found = op == OPS ? make(std::integral_constant<int, OPS>()) : found), ...);
+    return found;
+}
+
 Apply truthOf(int op) {
-    switch (op) {
-        case OP_EQ:
-            return &truthApply<OP_EQ>;
-        case OP_NE:
-            return &truthApply<OP_NE>;
-        case OP_GT:
-            return &truthApply<OP_GT>;
-        case OP_LT:
-            return &truthApply<OP_LT>;
-        case OP_GE:
-            return &truthApply<OP_GE>;
-        case OP_LE:
-            return &truthApply<OP_LE>;
-        case OP_OR:
-            return &truthApply<OP_OR>;
-        case OP_AND:
-            return &truthApply<OP_AND>;
-        default:
-            return 0;
-    }
+    return among<OP_EQ, OP_NE, OP_GT, OP_LT, OP_GE, OP_LE, OP_OR, OP_AND>(
+        op, [](auto code) -> Apply { return &truthApply<decltype(code)::value>; });
 }
 
 Apply floatOf(int op) {
-    switch (op) {
-        case OP_ADD:
-            return &floatApply<OP_ADD>;
-        case OP_SUB:
-            return &floatApply<OP_SUB>;
-        case OP_MUL:
-            return &floatApply<OP_MUL>;
-        case OP_DIV:
-            return &floatApply<OP_DIV>;
-        case OP_POWER:
-            return &floatApply<OP_POWER>;
-        default:
-            return 0;
-    }
+    return among<OP_ADD, OP_SUB, OP_MUL, OP_DIV, OP_POWER>(
+        op, [](auto code) -> Apply { return &floatApply<decltype(code)::value>; });
 }
 
 Apply integerOf(int op, int level) {
-    switch (op) {
-        case OP_ADD:
-            return integerOf<OP_ADD>(level);
-        case OP_SUB:
-            return integerOf<OP_SUB>(level);
-        case OP_MUL:
-            return integerOf<OP_MUL>(level);
-        case OP_DIV:
-            return integerOf<OP_DIV>(level);
-        case OP_MOD:
-            return integerOf<OP_MOD>(level);
-        case OP_BIT_OR:
-            return integerOf<OP_BIT_OR>(level);
-        case OP_BIT_AND:
-            return integerOf<OP_BIT_AND>(level);
-        case OP_XOR_ASSIGN:
-            return integerOf<OP_XOR_ASSIGN>(level);
-        case OP_SHR:
-            return integerOf<OP_SHR>(level);
-        case OP_SHL:
-            return integerOf<OP_SHL>(level);
-        case OP_POWER:
-            return integerOf<OP_POWER>(level);
-        default:
-            return 0;
-    }
+    return among<OP_ADD, OP_SUB, OP_MUL, OP_DIV, OP_MOD, OP_BIT_OR, OP_BIT_AND, OP_XOR_ASSIGN, OP_SHR, OP_SHL,
+                 OP_POWER>(op, [level](auto code) { return integerOf<decltype(code)::value>(level); });
 }
 
 }  // namespace
