@@ -215,9 +215,9 @@ bool Executer::runPlannedLoop(ForStatement* loop) {
 }
 
 std::unique_ptr<ScalarPlan> Executer::loopPlanOf(ForStatement* loop, std::vector<Statement*>& parts) {
-    const ScalarPlan* test = loop->getTest() ? planOf(loop->getTest()) : 0;
+    const ScalarPlan* test = truthPlan(loop->getTest());
     const ScalarPlan* increment = statementPlan(loop->getIncrement());
-    if (!test || !increment || test->resultRank() != ScalarVar::CHAR_LEVEL) return 0;
+    if (!test || !increment) return 0;
     std::vector<ScalarPlan::LoopStatement> body;
     parts.assign(1, loop);
     if (!addLoopStatements(loop->getBody(), body, parts)) return 0;
@@ -244,20 +244,18 @@ bool Executer::addLoopStatements(Statement* statement, std::vector<ScalarPlan::L
     }
     if (kind != &class_IfStatement) return false;
     IfStatement* choice = static_cast<IfStatement*>(statement);
-    const ScalarPlan* test = planOf(choice->getTest());
+    const ScalarPlan* test = truthPlan(choice->getTest());
     Statement* then = choice->getThen();
     const ScalarPlan* expression = statementPlan(then);
     Statement* otherwise = choice->getElse();
-    bool none = !otherwise || (otherwise->isA() == &class_Statement && otherwise->isEmpty());
+    bool none = !otherwise || otherwise->isEmpty();
     const ScalarPlan* other = none ? 0 : statementPlan(otherwise);
     ScalarPlan::LoopExit exit = ScalarPlan::NO_EXIT;
-    if (then && then->isA() == &class_Statement && none)
+    if (then && none)
         exit = then->isBreak()      ? ScalarPlan::BREAK_LOOP
                : then->isContinue() ? ScalarPlan::CONTINUE_LOOP
                                     : exit;
-    if (!test || test->resultRank() != ScalarVar::CHAR_LEVEL ||
-        (!expression && exit == ScalarPlan::NO_EXIT) || (!none && !other))
-        return false;
+    if (!test || (!expression && exit == ScalarPlan::NO_EXIT) || (!none && !other)) return false;
     body.push_back({test, expression, other, exit});
     parts.push_back(choice);
     parts.push_back(choice->getThen());
@@ -317,11 +315,9 @@ bool Executer::addReturn(Statement* statement, int level, std::vector<ScalarPlan
     }
     if (kind != &class_IfStatement) return false;
     IfStatement* choice = static_cast<IfStatement*>(statement);
-    const ScalarPlan* test = planOf(choice->getTest());
+    const ScalarPlan* test = truthPlan(choice->getTest());
     Statement* then = choice->getThen();
-    if (!test || test->resultRank() != ScalarVar::CHAR_LEVEL || !then ||
-        then->isA() != &class_ReturnStatement)
-        return false;
+    if (!test || !then || then->isA() != &class_ReturnStatement) return false;
     parts.push_back(choice);
     std::size_t before = body.size();
     bool returned = false;
@@ -329,8 +325,13 @@ bool Executer::addReturn(Statement* statement, int level, std::vector<ScalarPlan
     body[before].test = test;
     // What the else does when the test fails is what the statements after the if would do.
     Statement* otherwise = choice->getElse();
-    if (!otherwise || (otherwise->isA() == &class_Statement && otherwise->isEmpty())) return true;
+    if (!otherwise || otherwise->isEmpty()) return true;
     return addReturn(otherwise, level, body, parts, done);
+}
+
+const ScalarPlan* Executer::truthPlan(Expression* test) {
+    const ScalarPlan* plan = test ? planOf(test) : 0;
+    return plan && plan->resultRank() == ScalarVar::CHAR_LEVEL ? plan : 0;
 }
 
 const ScalarPlan* Executer::statementPlan(Statement* statement) {

@@ -136,6 +136,8 @@ private:
     const ScalarPlan* statementPlan(Statement* statement);
     // The expression's plan, made now if the expression was never evaluated; null when it has none.
     const ScalarPlan* planOf(Expression* expression);
+    // The same for a test, whose plan must answer a char; null otherwise.
+    const ScalarPlan* truthPlan(Expression* test);
     Variable* execReturn(ReturnStatement* statement, Variable* returnType);
     // The scalar left behind RETURNED_SCALAR, with the name of the function's type.
     Variable* returnScalar(ScalarValue scalar, Variable* returnType);
