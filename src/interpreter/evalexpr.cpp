@@ -312,12 +312,11 @@ void Executer::evalSelect(EvalState& state) {
         state.element = 0;
         return;
     }
+    if (state.member && selectScalarMember(state)) return;
     Variable* variable = state.below().scopeVariable();
     Variable* left = variable ? variable : state.below().box();
     Variable* result;
-    if (state.member && selectScalarMember(state, left, variable != 0)) {
-        return;
-    } else if (state.member) {
+    if (state.member) {
         result = new VarReference(left->getMemberVar(state.member));
         state.member = 0;
     } else if (selectScalar(state, left)) {
@@ -340,17 +339,12 @@ void Executer::evalSelect(EvalState& state) {
 // in its place as a variable of a scope does: the array's elements live as long as the array. False,
 // with nothing done, for any other operand.
 bool Executer::elementInPlace(EvalState& state) {
-    EvalValue& left = state.below();
-    Variable* array = left.scopeVariable();
-    if (!array)
-        array = left.ownedValue() && left.ownedValue()->isA() == &class_VarReference ? left.ownedValue() : 0;
+    Variable* array = state.below().lasting();
     ScalarValue index;
-    if (!array || !state.top().scalar(index)) return false;
-    array = Variable::dereference(array);
-    if (array->isA() != &class_ArrayVar) return false;
+    if (!array || array->isA() != &class_ArrayVar || !state.top().scalar(index)) return false;
     Variable* element = static_cast<ArrayVar*>(array)->elementAt(ScalarVar::truncate(index.value));
     state.top().drop();
-    left.drop();
+    state.below().drop();
     state.replaceTwo(EvalValue::of(element));
     return true;
 }
@@ -358,9 +352,10 @@ bool Executer::elementInPlace(EvalState& state) {
 // A member of a scalar class of a variable of a scope, or of what a reference refers to, is read and
 // stored in its place, as a variable of a scope is: neither lives in the evaluation, and a scalar
 // member stays where it is while its value lives. False, with nothing done, for any other member.
-bool Executer::selectScalarMember(EvalState& state, Variable* left, bool ofScope) {
-    if (!ofScope && left->isA() != &class_VarReference) return false;
-    Variable* member = left->getMemberVar(state.member);
+bool Executer::selectScalarMember(EvalState& state) {
+    Variable* owner = state.below().lasting();
+    if (!owner) return false;
+    Variable* member = owner->getMemberVar(state.member);
     int level = ScalarVar::rankOf(member);
     if (level == 0) return false;
     state.member = 0;

@@ -133,6 +133,13 @@ public:
     Variable* ownedValue() const { return tag == OWNED ? variable : 0; }
     // The variable of a scope it stands for, or null.
     Variable* scopeVariable() const { return tag == VARIABLE ? variable : 0; }
+    // What outlives the evaluation: the variable of a scope, or what an owned reference refers to, either
+    // taken through the references; null for anything else.
+    Variable* lasting() const {
+        if (tag == VARIABLE) return Variable::dereference(variable);
+        if (tag == OWNED && variable->isA() == &class_VarReference) return Variable::dereference(variable);
+        return 0;
+    }
 
     // The value of a scalar variable by the rank of its class, without a virtual call.
     static double valueOf(Variable* v, int level) {

@@ -181,7 +181,7 @@ private:
     void evalBinary(EvalState& state, const EvalStep& step);
     void evalSelect(EvalState& state);
     bool elementInPlace(EvalState& state);
-    bool selectScalarMember(EvalState& state, Variable* left, bool ofScope);
+    bool selectScalarMember(EvalState& state);
     bool selectScalar(EvalState& state, Variable* receiver);
     void evalMethod(EvalState& state, MethodCall* call);
     void bindIndices(EvalState& state, MatrixVar* matrix, MethodCall* call);
