@@ -282,10 +282,7 @@ bool Executer::runBodyPlan(FuncDeclare* function, Variable*& result) {
         locate(e, kept.part(part));
     }
     if (stopped) return true;
-    returnedLevel = function->returnLevel();
-    returnedValue = value;
-    returnedName = &function->getType()->getName();
-    result = RETURNED_SCALAR;
+    result = returnScalar(ScalarValue{function->returnLevel(), value}, function->getType());
     return true;
 }
 
