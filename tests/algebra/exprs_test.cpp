@@ -238,10 +238,6 @@ TEST(ExpressionText, PrioritiesBracketsAndFaults) {
     for (const auto& c : cases) EXPECT_EQ(valueOf(c.text), c.value) << c.text;
 }
 
-}  // namespace
-
-namespace {
-
 // Text and binary forms keep the postfix list and the variables' identity: a value set on the
 // read expression by name reaches its items.
 TEST(ExpressionS, BothStreamFormsKeepTheListAndTheVariables) {

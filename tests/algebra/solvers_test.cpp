@@ -303,18 +303,22 @@ TEST(Solvers, QrIterationOfATwoByTwoIsTheIdentity) {
 
 // --- Lyapunov ---
 
-TEST(Solvers, LyapSolvesTheContinuousEquation) {
+// Continuous A'P + PA + Q = 0 and discrete P - A'PA = Q, both from P = L'L, Q = L0'L0.
+TEST(Solvers, LyapAndLyapdSolveTheirEquations) {
     Algebra& algebra = numeric();
-    for (unsigned n : {1u, 2u, 5u, 20u}) {
-        SCOPED_TRACE(n);
-        Matrix A = withEigenvalues(algebra, spread(n, -0.4, -3.0), n);
-        Matrix L0 = randomMatrix(n, n, 50 + n), L = L0;
-        EXPECT_LT(algebra.lyap(A, L), 1000);
-        EXPECT_EQ(0.0, belowDiagonal(L));
-        Matrix P = L.transpose() * L;
-        Matrix Q = L0.transpose() * L0;
-        EXPECT_LT(frobenius(A.transpose() * P + P * A + Q) / frobenius(Q), 1e-4);
-    }
+    for (bool discrete : {false, true})
+        for (unsigned n : {1u, 2u, 5u, 20u}) {
+            SCOPED_TRACE(text(discrete) + " " + text(n));
+            Matrix A = discrete ? withEigenvalues(algebra, spread(n, 0.6, -0.5), n + 1)
+                                : withEigenvalues(algebra, spread(n, -0.4, -3.0), n);
+            Matrix L0 = randomMatrix(n, n, (discrete ? 70 : 50) + n), L = L0;
+            EXPECT_LT(discrete ? algebra.lyapd(A, L) : algebra.lyap(A, L), 1000);
+            EXPECT_EQ(0.0, belowDiagonal(L));
+            Matrix P = L.transpose() * L;
+            Matrix Q = L0.transpose() * L0;
+            Matrix residual = discrete ? P - A.transpose() * P * A - Q : A.transpose() * P + P * A + Q;
+            EXPECT_LT(frobenius(residual) / frobenius(Q), 1e-4);
+        }
 }
 
 TEST(Solvers, LyapFromTheSolutionStopsAtOnce) {
@@ -340,20 +344,6 @@ TEST(Solvers, LyapOfAnUnsettledMatrixRunsToTheLimit) {
     }
     Matrix L("[1]");
     EXPECT_EQ(1000, algebra.lyapd(Matrix("[1.5]"), L));
-}
-
-TEST(Solvers, LyapdSolvesTheDiscreteEquation) {
-    Algebra& algebra = numeric();
-    for (unsigned n : {1u, 2u, 5u, 20u}) {
-        SCOPED_TRACE(n);
-        Matrix A = withEigenvalues(algebra, spread(n, 0.6, -0.5), n + 1);
-        Matrix L0 = randomMatrix(n, n, 70 + n), L = L0;
-        EXPECT_LT(algebra.lyapd(A, L), 1000);
-        EXPECT_EQ(0.0, belowDiagonal(L));
-        Matrix P = L.transpose() * L;
-        Matrix Q = L0.transpose() * L0;
-        EXPECT_LT(frobenius(P - A.transpose() * P * A - Q) / frobenius(Q), 1e-4);
-    }
 }
 
 // --- Riccati ---

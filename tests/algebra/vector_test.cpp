@@ -104,22 +104,11 @@ TEST(VectorTest, ProductWithMatrix) {
     tall << 1, 2, 3, 4, 5, 6;
     expectVector({22, 28, 0}, row({1, 2, 3}) * tall);  // the size of the left vector
     Matrix wide(2, 3);
+    Vector r2 = row({1, 2}), c2 = column({1, 2}), r3 = row({1, 2, 3});
     expectErrors({
-        {"more columns than rows",
-         [&] {
-             row({1, 2}) * wide;
-         },
-         RANGE + "operator[](2)"},
-        {"column",
-         [&] {
-             column({1, 2}) * m;
-         },
-         SIZE + "operator*, 2 2"},
-        {"size",
-         [&] {
-             row({1, 2, 3}) * m;
-         },
-         SIZE + "operator*, 3 2"},
+        {"more columns than rows", [&] { r2* wide; }, RANGE + "operator[](2)"},
+        {"column", [&] { c2* m; }, SIZE + "operator*, 2 2"},
+        {"size", [&] { r3* m; }, SIZE + "operator*, 3 2"},
     });
 }
 

@@ -105,8 +105,6 @@ inline CxMatrix solveCx(CxMatrix M, CxMatrix R) {
     return R;
 }
 
-inline CxMatrix inverse(const CxMatrix& M) { return solveCx(M, identity(M.size())); }
-
 // C (sI - A)^-1 B + D of the system's state matrices.
 inline CxMatrix transferAt(const DynOp& s, Cx point) {
     CxMatrix D = cx(s.getD());

@@ -99,12 +99,9 @@ TEST(DiscDynOpTest, PoleTableGivesContinuousDecayAndFrequency) {
         EXPECT_NEAR(p(i, 3), std::log(std::sqrt(0.5)) / T, 1e-13);
         EXPECT_NEAR(p(i, 4), (p(i, 1) > 0 ? 1 : -1) * M_PI / 4 / T, 1e-13);
     }
-}
-
-TEST(DiscDynOpTest, PoleAtTheOriginHasNoNaNInTheTable) {
-    // z = 0 is s = log(z) / T = -infinity: the table's decay for it, and no frequency.
-    DiscDynOp s(mat(1, 1, {0}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0), 0.1);
-    EXPECT_TRUE(s.poles().isEqual(mat(1, 5, {0, 0, 0, -100000, 0})));
+    // A lone pole at z = 0 is s = log(z) / T = -infinity: the table's decay for it, no NaN, no frequency.
+    DiscDynOp origin(mat(1, 1, {0}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0), 0.1);
+    EXPECT_TRUE(origin.poles().isEqual(mat(1, 5, {0, 0, 0, -100000, 0})));
 }
 
 TEST(DiscDynOpTest, NormsAgreeWithTheUnitCircle) {
@@ -134,27 +131,23 @@ TEST(DiscDynOpTest, NormsAgreeWithTheUnitCircle) {
     EXPECT_LT(residual(A.transpose() * Q * A + C.transpose() * C - Q), 1e-13 * residual(Q));
 }
 
-TEST(DiscDynOpTest, ControllabilityGramianSolvesTheSteinEquation) {
-    // 2/(z - a): P = a P a + 4 gives 4/(1 - a^2) on either side of the origin.
+TEST(DiscDynOpTest, ControllabilityGramianAndBalancedRealization) {
+    // 2/(z - a): P = a P a + 4 gives 4/(1 - a^2) on either side of the origin. For 1/(z - a) both
+    // gramians are 1/(1 - a^2), and so is the Hankel singular value; the state stays discrete.
     for (double a : {0.5, -0.5}) {
+        SCOPED_TRACE(a);
         Matrix P =
             DiscDynOp(mat(1, 1, {a}), mat(1, 1, {2}), mat(1, 1, {1}), Matrix(0, 0), 1.0).contrGramian();
         EXPECT_NEAR(P(0, 0), 4 / (1 - a * a), 1e-12);
-    }
-    DiscDynOp s(randomStable(4, 2, 2, 5), false, 0.3);
-    Matrix P = s.contrGramian(), A = s.getA(), B = s.getB();
-    EXPECT_LT(residual(A * P * A.transpose() + B * B.transpose() - P), 1e-13 * residual(P));
-}
-
-TEST(DiscDynOpTest, BalancedRealizationKeepsTheDiscreteState) {
-    // 1/(z - a): both gramians are 1/(1 - a^2), and so is the Hankel singular value.
-    for (double a : {0.5, -0.5}) {
         DiscDynOp s(mat(1, 1, {a}), mat(1, 1, {1}), mat(1, 1, {1}), Matrix(0, 0), 1.0);
         Matrix sigma = s.balancedRealization(0.1);
         EXPECT_NEAR(sigma(0, 0), 4.0 / 3, 1e-12);
         ASSERT_EQ(s.order(), 1u);
         EXPECT_NEAR(s.getA()(0, 0), a, 1e-12);
     }
+    DiscDynOp s(randomStable(4, 2, 2, 5), false, 0.3);
+    Matrix P = s.contrGramian(), A = s.getA(), B = s.getB();
+    EXPECT_LT(residual(A * P * A.transpose() + B * B.transpose() - P), 1e-13 * residual(P));
 }
 
 TEST(DiscDynOpTest, CompositionsKeepTheSamplingTime) {

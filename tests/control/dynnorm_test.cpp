@@ -137,7 +137,7 @@ TEST(DynOpNormTest, ControllableAndObservablePartsKeepTheTransfer) {
     EXPECT_TRUE(T.isEqual(Matrix::diagonal(3, 1.0)));
 }
 
-TEST(DynOpNormTest, StabilizablePartKeepsUnstableUncontrollablePoles) {
+TEST(DynOpNormTest, StabilizablePartKeepsUnstableAndMarginalUncontrollablePoles) {
     Matrix T;
     // Uncontrollable poles 2 (unstable) and -5 (stable), coupled to the controllable -1.
     DynOp s(mat(3, 3, {-1, 1, 1, 0, 2, 1, 0, 0, -5}), mat(3, 1, {1, 0, 0}), mat(1, 3, {1, 1, 1}),
@@ -151,16 +151,12 @@ TEST(DynOpNormTest, StabilizablePartKeepsUnstableUncontrollablePoles) {
     EXPECT_EQ(partlyBlind().stabilizableSubSystem(0, T, 1e-9, 1e-6).order(), 2u);
     DynOp oneUnstable(mat(2, 2, {-1, 0, 0, 3}), mat(2, 1, {1, 0}), mat(1, 2, {1, 1}), Matrix(0, 0));
     EXPECT_EQ(oneUnstable.stabilizableSubSystem(0, T, 1e-9, 1e-6).order(), 2u);
-}
-
-TEST(DynOpNormTest, StabilizablePartKeepsUncontrollableIntegratorsAndUndampedModes) {
-    Matrix T;
-    // Controllable -1; uncontrollable 0 (an integrator), +-2j (undamped) and -5 (dropped).
-    DynOp s(mat(5, 5, {-1, 1, 1, 1, 1, 0, 0, 1, 0, 1, 0, 0, 0, 2, 1, 0, 0, -2, 0, 1, 0, 0, 0, 0, -5}),
-            mat(5, 1, {1, 0, 0, 0, 0}), mat(1, 5, {1, 1, 1, 1, 1}), Matrix(0, 0));
-    DynOp kept = s.stabilizableSubSystem(0, T, 1e-9, 1e-6);
-    ASSERT_EQ(kept.order(), 4u);
-    EXPECT_NEAR(Algebra().trace(kept.getA()), -1.0, 1e-9);  // the poles -1, 0, 2j, -2j
+    // Controllable -1; uncontrollable 0 (an integrator), +-2j (undamped), kept, and -5, dropped.
+    DynOp marginal(mat(5, 5, {-1, 1, 1, 1, 1, 0, 0, 1, 0, 1, 0, 0, 0, 2, 1, 0, 0, -2, 0, 1, 0, 0, 0, 0, -5}),
+                   mat(5, 1, {1, 0, 0, 0, 0}), mat(1, 5, {1, 1, 1, 1, 1}), Matrix(0, 0));
+    DynOp keptMarginal = marginal.stabilizableSubSystem(0, T, 1e-9, 1e-6);
+    ASSERT_EQ(keptMarginal.order(), 4u);
+    EXPECT_NEAR(Algebra().trace(keptMarginal.getA()), -1.0, 1e-9);  // the poles -1, 0, 2j, -2j
 }
 
 TEST(DynOpNormTest, BalancedRealizationGivesTheHankelSingularValues) {

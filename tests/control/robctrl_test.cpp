@@ -46,6 +46,16 @@ void expectSeparatedPoles(const RobustControl& rc) {
     for (size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(std::abs(got[i] - expected[i]), 0.0, 1e-6) << i;
 }
 
+// Both steps of an H2 design, gamma 1 and 30 iterations, their console output dropped.
+void twoH2Steps(RobustControl& rc) {
+    consoleOf([&] {
+        EXPECT_EQ(rc.firstStepSetup(1e-8, 1, 0), 0);
+        rc.firstStep(stepOf(1.0, 30, true));
+        EXPECT_EQ(rc.secondStepSetup(1e-8, 1, 0), 0);
+        rc.secondStep(stepOf(1.0, 30, true));
+    });
+}
+
 struct Case {
     const char* file;
     bool observerFirst;
@@ -96,12 +106,7 @@ TEST_F(DesignTest, TheoreticalLoopLeavesOutTheModesTheDesignsDropped) {
     DynOp plant(mat(2, 2, {1, 0, 0, -2}), mat(2, 3, {1, 0, 1, 1, 0, 0}), mat(3, 2, {1, 1, 0, 0, 1, 1}),
                 mat(3, 3, {0, 0, 0, 0, 0, 1, 0, 1, 0}), 1, 1);
     RobustControl rc(ExtendedSystem(plant), false, 0.0);
-    consoleOf([&] {
-        ASSERT_EQ(rc.firstStepSetup(1e-8, 1, 0), 0);
-        rc.firstStep(stepOf(1.0, 30, true));
-        ASSERT_EQ(rc.secondStepSetup(1e-8, 1, 0), 0);
-        rc.secondStep(stepOf(1.0, 30, true));
-    });
+    twoH2Steps(rc);
     ASSERT_EQ(rc.firstDesign()->stabilizableOrder(), 1u);
     RobustControl::System theoretical = rc.closedLoopTheoretical(), closed = rc.closedLoopExperimental();
     EXPECT_EQ(theoretical->order(), 1 + rc.secondDesign()->stabilizableOrder());
@@ -264,22 +269,13 @@ TEST_F(DesignTest, StructuringBalancesTheChannels) {
     EXPECT_EQ(none.rowNumber(), 0u);
 }
 
-}  // namespace
-
-namespace {
-
 // The free parameter Q of the observer-based compensator leaves the poles of the loop as they
 // were, adding those of Q: a stable Q keeps the loop stable.
 TEST_P(TwoStepDesign, ParameterQKeepsThePolesOfTheTwoDesigns) {
     Case c = GetParam();
     std::unique_ptr<DynOp> plant = twoMassPlant(c.file, 0.1);
     RobustControl rc(ExtendedSystem(*plant), c.observerFirst, 0.0);
-    consoleOf([&] {
-        rc.firstStepSetup(1e-8, 1, 0);
-        rc.firstStep(stepOf(1.0, 30, true));
-        rc.secondStepSetup(1e-8, 1, 0);
-        rc.secondStep(stepOf(1.0, 30, true));
-    });
+    twoH2Steps(rc);
     double pole = plant->isDiscreteTime() ? 0.3 : -5.0;
     DynOp Q(mat(1, 1, {pole}), mat(1, 1, {1}), mat(1, 1, {0.7}), mat(1, 1, {0.2}));
     std::vector<Cx> without = sortedPoles(*rc.closedLoopExperimental());
@@ -312,12 +308,7 @@ void answerDialogue(Cback& cb) {
 // The two H2 steps on plant, kept in "RobustControl.rc" for the final results.
 bool storedTwoSteps(const DynOp& plant) {
     RobustControl rc{ExtendedSystem(plant), false, 0.0};
-    consoleOf([&] {
-        rc.firstStepSetup(1e-8, 1, 0);
-        rc.firstStep(stepOf(1.0, 30, true));
-        rc.secondStepSetup(1e-8, 1, 0);
-        rc.secondStep(stepOf(1.0, 30, true));
-    });
+    twoH2Steps(rc);
     return Algebra().storeToFile(rc, "RobustControl.rc");
 }
 
@@ -380,10 +371,6 @@ TEST_F(DesignTest, FinalResultsTakeTheParameterAndThePerturbationFromTheDialogue
     EXPECT_TRUE(RobustControlDesign::systemFromTexts("[-1]", "[1 1]", "[1]", "[0 0]", s));
 }
 
-}  // namespace
-
-namespace {
-
 // A design problem with a reference has two degrees of freedom: the final results give the
 // steady gain from the reference to the objectives.
 TEST_F(DesignTest, TwoDegreesOfFreedomGiveTheSteadyGainOfTheReference) {
@@ -417,12 +404,7 @@ TEST_F(DesignTest, GetModelGaveTheWeightedSystemInsteadOfThePlant) {
     ExtendedSystem e = extendedComponents();
     consoleOf([&] { ASSERT_TRUE(e.make()); });
     RobustControl rc(e, false, 0.0);
-    consoleOf([&] {
-        rc.firstStepSetup(1e-8, 1, 0);
-        rc.firstStep(stepOf(1.0, 30, true));
-        rc.secondStepSetup(1e-8, 1, 0);
-        rc.secondStep(stepOf(1.0, 30, true));
-    });
+    twoH2Steps(rc);
     RobustControl::System model = rc.getModel(), k = rc.compensator();
     ASSERT_LT(e.getElement("Model").order(), e.order());
     ASSERT_EQ(model->order(), e.getElement("Model").order());
@@ -431,10 +413,6 @@ TEST_F(DesignTest, GetModelGaveTheWeightedSystemInsteadOfThePlant) {
     EXPECT_EQ(loop.order(), model->order() + k->order());
     EXPECT_EQ(rc.getExtended()->order(), e.order());
 }
-
-}  // namespace
-
-namespace {
 
 // Structuring a square loop: the scaling, the norms before and after, and "reset" making it the
 // structuring matrix of the next design.

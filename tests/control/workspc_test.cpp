@@ -145,10 +145,6 @@ TEST_F(WorkspaceTest, ModelFilesReadBackOrAreRefused) {
     EXPECT_EQ(Workspace::readModelFile(path("none.dyn").c_str()), nil);
 }
 
-}  // namespace
-
-namespace {
-
 TEST(ExamplesTest, ShippedModelsReadBack) {
     std::string dir = TARN_EXAMPLES;
     Object* plant = Workspace::readModelFile((dir + "/twomass.dyn").c_str());
