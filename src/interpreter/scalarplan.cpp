@@ -95,46 +95,42 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileLoop(const ScalarPlan& test,
     if (calls) return 0;
     std::unique_ptr<ScalarPlan> plan(new ScalarPlan);
     std::vector<Operation>& operations = plan->operations;
-    auto mark = [&](Operation::Kind kind, int index) {
-        operations.push_back(Operation{kind, false, 0, 0, index, 0.0, 0});
-    };
-    mark(Operation::STOP, 0);
+    plan->mark(Operation::STOP, 0);
     if (!plan->append(test)) return 0;
     int part = 1;
-    mark(Operation::TEST, part);
+    plan->mark(Operation::TEST, part);
     std::vector<std::size_t> continues;  // the jumps to the end of the pass
     for (const LoopStatement& statement : body) {
         std::size_t skip = 0;
         if (statement.test) {
             if (!plan->append(*statement.test)) return 0;
             skip = operations.size();
-            mark(Operation::SKIP, 0);
-            operations[skip].code = ++part;
+            plan->mark(Operation::SKIP, 0, ++part);
         }
         if (statement.exit == BREAK_LOOP) {
-            mark(Operation::BREAK, 0);
+            plan->mark(Operation::BREAK, 0);
         } else if (statement.exit == CONTINUE_LOOP) {
             continues.push_back(operations.size());
-            mark(Operation::JUMP, 0);
+            plan->mark(Operation::JUMP, 0);
         } else if (!plan->append(*statement.expression)) {
             return 0;
         }
         std::size_t jump = operations.size();
         if (statement.otherwise) {
-            mark(Operation::JUMP, 0);
+            plan->mark(Operation::JUMP, 0);
             operations[skip].index = int(operations.size());
-            mark(Operation::DROP, ++part);
+            plan->mark(Operation::DROP, ++part);
             if (!plan->append(*statement.otherwise)) return 0;
             operations[jump].index = int(operations.size());
         } else if (statement.test) {
             operations[skip].index = int(operations.size());
         }
-        mark(Operation::DROP, ++part);
+        plan->mark(Operation::DROP, ++part);
     }
     // A pass that continues goes to the last drop, which names the increment as running.
     for (std::size_t jump : continues) operations[jump].index = int(operations.size()) - 1;
     if (!plan->append(increment)) return 0;
-    mark(Operation::AGAIN, 0);
+    plan->mark(Operation::AGAIN, 0);
     return plan;
 }
 
@@ -147,19 +143,23 @@ std::unique_ptr<ScalarPlan> ScalarPlan::compileBody(int level, const std::vector
         if (statement.test) {
             if (!plan->append(*statement.test)) return 0;
             skip = operations.size();
-            operations.push_back(Operation{Operation::SKIP, false, 0, ++part, 0, 0.0, 0});
+            plan->mark(Operation::SKIP, 0, ++part);
         }
         if (!plan->append(*statement.value)) return 0;
-        operations.push_back(
-            Operation{Operation::RETURN, false, level, statement.value->resultRank(), 0, 0.0, 0});
+        plan->mark(Operation::RETURN, 0, statement.value->resultRank());
+        operations.back().level = level;
         if (!statement.test) break;
         operations[skip].index = int(operations.size());
-        operations.push_back(Operation{Operation::DROP, false, 0, 0, ++part, 0.0, 0});
+        plan->mark(Operation::DROP, ++part);
     }
     plan->calls = plan->calls || std::any_of(body.begin(), body.end(), [](const Return& r) {
                       return r.value->calls || (r.test && r.test->calls);
                   });
     return plan;
+}
+
+void ScalarPlan::mark(Operation::Kind kind, int index, int code) {
+    operations.push_back(Operation{kind, false, 0, code, index, 0.0, 0});
 }
 
 bool ScalarPlan::append(const ScalarPlan& part) {

@@ -165,6 +165,8 @@ private:
     class Compiler;
     // Appends the operations of part but its END, its variables numbered among this plan's.
     bool append(const ScalarPlan& part);
+    // Appends an operation of a loop or a body that reads no entry of the stack.
+    void mark(Operation::Kind kind, int index, int code = 0);
     int indexOf(const Used& used);
     // The result's number, which also goes into result when there is one; 0 when the run ended early.
     double execute(Executer* executer, Variable* const* found, const std::int32_t* stopped, int* part,
